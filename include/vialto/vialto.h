@@ -1,0 +1,356 @@
+/*
+ * Vialto: numerical analyses of measured road profiles.
+ *
+ * A profile is a contiguous array of 32-bit floats: elevations along a wheel track, taken at one
+ * constant sample interval. A host calls one function per analysis with its own arrays and records
+ * and gets numbers, flags and a return code. This header is the whole interface; it serves C99 and
+ * C++ alike.
+ *
+ * What all functions have in common:
+ *
+ *  1. The result is 1 when the analysis was carried out and 3 when it failed; nothing else occurs.
+ *  2. The last argument is the address of a tEvent, which is written on failure only. After a
+ *     success it holds what it held before, so decide by the result. It may be null.
+ *  3. Lengths are metres unless a unit is named. Arrays are indexed from 0 and belong to the host,
+ *     which provides room for every output. A negative size counts as 0. Unless a contract says
+ *     otherwise, the arrays of one call do not overlap.
+ *  4. A null pointer where data is needed, and a sample interval that is not a positive finite
+ *     number, are refused: result 3, error_code 100, a description that names the argument
+ *     ("dataarray is a null pointer", "xStepSize is not a positive finite number"), the function's
+ *     name as routine, and no output written. Memory that cannot be had is reported in the same way
+ *     ("not enough memory for the analysis"), but outputs written before stay as they are.
+ *  5. Most functions write a diagnostic text file on every call: the function's name and ".txt", in
+ *     the directory that the environment variable TMP names. Where that file cannot be opened the
+ *     analysis does not run: result 3 with
+ *         code 102  "error opening a new file - PATH, iostat = STATUS"
+ *         code 101  "error in finding a free file unit" (units 11 to 99 are all in use)
+ *     and the routine "io_tmp_file/" with the function's name. A contract says where a function
+ *     differs.
+ *  6. The library has one current event and one table of file units: two calls must not run at the
+ *     same time in one process.
+ */
+#ifndef VIALTO_VIALTO_H
+#define VIALTO_VIALTO_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#if defined(_WIN32)
+#if defined(VIALTO_BUILDING)
+#define VIALTO_API __declspec(dllexport)
+#else
+#define VIALTO_API __declspec(dllimport)
+#endif
+#else
+#define VIALTO_API __attribute__((visibility("default")))
+#endif
+
+/* stdcall (with undecorated names) on 32-bit Windows, the platform's own convention elsewhere. */
+#if defined(_WIN32) && !defined(_WIN64)
+#define VIALTO_CALL __stdcall
+#else
+#define VIALTO_CALL
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ------------------------------------------------------------------------------------------------
+ * Named values of the int32_t arguments and fields
+ * --------------------------------------------------------------------------------------------- */
+
+/* Results of every function. */
+enum { vialto_success = 1, vialto_failure = 3 };
+
+/* Ride-index selector. A contract says which of them the function takes. */
+enum {
+    idx_ridests_None = 0,    /* no index; no analysis takes it */
+    idx_ridests_IRI = 1,     /* International Roughness Index of one profile */
+    idx_ridests_RN = 2,      /* root-mean-square statistic of the Ride Number filter, one profile */
+    idx_ridests_TwoRN = 3,   /* former two-profile Ride Number, no longer supported */
+    idx_ridests_HRI = 4,     /* Half-car Roughness Index, two tracks */
+    idx_ridests_MRI = 5,     /* Mean Roughness Index, two tracks */
+    idx_ridests_2ChanRN = 6, /* Ride Number of two tracks */
+    idx_ridests_WIM = 9      /* WIM error index */
+};
+
+/* tFiltCon.iMainFilterType */
+enum {
+    idx_filttyp_none = 0,
+    idx_filttyp_mvgavg = 1,     /* moving average */
+    idx_filttyp_IRI = 2,        /* quarter car with the IRI parameters */
+    idx_filttyp_RN = 3,         /* quarter car with the Ride Number parameters */
+    idx_filttyp_bwfilt = 4,     /* third-order Butterworth */
+    idx_filttyp_antismooth = 5, /* anti-smoothing */
+    idx_filttyp_detrend = 6,    /* straight-line detrending */
+    idx_filttyp_bridge = 7      /* bridge filter */
+};
+
+/* tFiltCon.iSubFilterType, for moving average and Butterworth */
+enum {
+    idx_subfilttyp_none = 0,
+    idx_subfilttyp_bandpass = 1,
+    idx_subfilttyp_lowpass = 2,
+    idx_subfilttyp_highpass = 3,
+    idx_subfilttyp_centredband = 4 /* Butterworth only: band-pass about a centre frequency */
+};
+
+/* tFiltCon.iOutType */
+enum { idx_filtouttyp_elevation = 1, idx_filtouttyp_slope = 2 };
+
+/* Switches (fields and arguments whose name starts with if): any value but 1 is a no, unless a
+ * contract says otherwise. */
+enum { vialto_yes = 1, vialto_no = 2 };
+
+/* ------------------------------------------------------------------------------------------------
+ * Records
+ * --------------------------------------------------------------------------------------------- */
+
+/* What went wrong. The texts are blank-padded and have no terminating zero. */
+typedef struct tEvent {
+    char description[256]; /* in words */
+    char routine[256];     /* where: the innermost routine first, its callers behind slashes */
+    int32_t error_code;    /* 100 the request cannot be served, 101 a selector out of range, a
+                              numerical failure or a limit, 102 a file could not be opened */
+    int32_t error_type;    /* 1 fatal, 2 recoverable with some failure, 3 recoverable without */
+} tEvent;
+
+/* Settings of a filter, and the valid range of its result. */
+typedef struct tFiltCon {
+    int32_t iMainFilterType; /* idx_filttyp_... */
+    int32_t iSubFilterType;  /* idx_subfilttyp_... */
+    int32_t iOutType;        /* idx_filtouttyp_... */
+    int32_t if250mmFilter;   /* quarter car: 250 mm moving average ahead of it, 1 yes, 2 no */
+    float xBW4IniBaseLength; /* m; carried, read by no filter */
+    float xLongWavelength;   /* m; cutoff or base length of a high-pass */
+    float xShortWavelength;  /* m; cutoff or base length of a low-pass, and of types 5 and 7 */
+    float xSimuVelocity;     /* km/h; speed of the Ride Number filter */
+    float xPowerWeighting;   /* carried, read by no filter */
+    int32_t iBeginElemIdx;   /* out: first valid element of the filtered profile, from 0 */
+    int32_t iEndElemIdx;     /* out: last valid element, from 0 */
+} tFiltCon;
+
+/* One lot of a profilograph trace. The heights have the unit of the trace. */
+typedef struct tPGLot {
+    int32_t iStart;      /* first sample of the lot in the trace, from 0 */
+    int32_t iEnd;        /* its last sample, inclusive */
+    float xBBUpperStart; /* out: upper edge of the blanking band at the lot's start */
+    float xBBUpperEnd;   /* out: upper edge at the lot's end */
+    float xBBLowerStart; /* out: lower edge at the lot's start */
+    float xBBLowerEnd;   /* out: lower edge at the lot's end */
+    float RawPI;         /* out: profile index from raw heights, height per metre */
+    float RndPI;         /* out: profile index from rounded heights, height per metre */
+} tPGLot;
+
+/* One defect of a profilograph trace. */
+typedef struct tPGDefect {
+    int32_t iStart; /* first sample in the trace, from 0 */
+    int32_t iEnd;   /* last sample, inclusive */
+    float BeginX;   /* m; distance of its beginning, sample 0 standing at 0.0 */
+    float BeginY;   /* height of the blanking band there */
+    float EndX;     /* m; distance of its end */
+    float EndY;     /* height of the blanking band there */
+    float MxHts;    /* height above or below the band */
+    int32_t Type;   /* 1 above the band, 2 below it */
+} tPGDefect;
+
+/* A diamond grinder. */
+typedef struct tGrinderSetup {
+    float WheelBase;           /* m; from the centre of one tandem axle to that of the other */
+    float HeadPosition;        /* 0.0 at the axle ahead of the head, 1.0 at the other */
+    float TandemSpread;        /* m; distance between the two wheels of an axle */
+    float ShortWavelength;     /* m; base length of the wheels' moving average */
+    float MaxGrindingDepth_mm; /* mm; a deeper cut is flagged, and still carried out */
+} tGrinderSetup;
+
+/* One stretch to grind. */
+typedef struct tGrindSpot {
+    int32_t iNumPasses; /* 0 to 10 */
+    int32_t
+        iDirection[10];  /* of each pass: 1 towards higher sample numbers, 2 towards lower ones */
+    float xDepth_mm[10]; /* mm; cutting level of each pass above the plane of the wheels */
+    int32_t iStart;      /* first sample, from 0 */
+    int32_t iEnd;        /* last sample, inclusive */
+} tGrindSpot;
+
+/* Settings of the must-grind analysis. */
+typedef struct tMustGrindCfg {
+    int32_t iRideIndexType; /* idx_ridests_...; may be rewritten by the analysis */
+    int32_t if250mmFilter;  /* 1 yes, 2 no */
+    float xRideThreshold;   /* limit of the ride statistic, m/m */
+    float xSlideBaseLength; /* m; base length of the continuous ride statistic */
+    int32_t ib_grindopt[3]; /* 1 runs: dropping short spots, joining close ones, trying each spot */
+    float x_grinddepth_min; /* carried, used by no step */
+    float x_grindlength_min; /* m; shortest grind spot */
+    float x_grindgap_min;    /* m; smallest gap between spots */
+} tMustGrindCfg;
+
+/* Settings and results of a profile comparison. */
+typedef struct tProfAnalysis {
+    int32_t if_outputfilt;      /* 1 hands the filtered profiles back */
+    int32_t if_padding;         /* 2 filters the profile as it stands, otherwise a padded copy */
+    int32_t if_upsampling;      /* 2 compares at the reference profile's interval */
+    int32_t iIndexMaxCorr;      /* out: place of the best offset in the result arrays, from 0 */
+    float x_normsampleinterval; /* m; step of the comparison, out of CC_CoeffArray */
+    float x_offset_max;         /* m; largest offset tried to either side */
+    float x_opt_finalcc;        /* out: final coefficient at the best offset, -100 to 100 */
+    float x_opt_shapefactor;    /* out: shape factor there, 0 to 1 */
+    float x_opt_roughcc;        /* out: roughness coefficient there, percent */
+    float x_opt_offset;         /* m; out: the best offset */
+    float x_ref_iri;            /* m/m; out: ride index of the reference profile */
+    float x_test_iri;           /* m/m; out: ride index of the test profile */
+    float x_iri_diff;           /* out: (test - reference) / reference, percent */
+} tProfAnalysis;
+
+/* One profile of a comparison. */
+typedef struct tProfinfo {
+    int32_t i_raw_leadin;   /* first sample of the section of interest, from 0 */
+    int32_t i_raw_leadout;  /* last sample of the section, inclusive */
+    int32_t i_filt_leadin;  /* out: 0 */
+    int32_t i_filt_leadout; /* out: points left after trimming, minus 1 */
+    float x_sampleinterval; /* m */
+    tFiltCon tFilter;       /* filter settings; never written */
+} tProfinfo;
+
+/* Settings of the joint identification. */
+typedef struct tJointIDCfg {
+    int32_t i_jntid_method; /* 1 step detection, 3 anti-smoothing, 4 curled edge */
+    int32_t if_skewed;      /* written to the diagnostic file, read by no step */
+    float xDomJointSpacing; /* m; nominal joint spacing */
+} tJointIDCfg;
+
+/* ------------------------------------------------------------------------------------------------
+ * Ride indices of one track
+ * --------------------------------------------------------------------------------------------- */
+
+/*
+ * ride_dlldrv: overall ride index of one profile.
+ *
+ * Given:
+ *   ifExcludeLeaveout  1 leaves out the samples whose exclusion flag is not 0; any other value
+ *                      ignores the flags
+ *   if250mmFilter      1 takes a 250 mm moving average ahead of the quarter car, 2 does not
+ *   iRideIndex         idx_ridests_IRI or idx_ridests_RN
+ *   iSizeDataArray     number of samples N
+ *   dataarray          [N] elevations, m
+ *   exclusion_flags    [N]; read only if ifExcludeLeaveout is 1, and may be null otherwise
+ *   xStepSize          sample interval, m
+ * Returned:
+ *   xRideIndex         IRI: mean absolute filtered slope, m/m (times 1000: m/km).
+ *                      RN: root mean square of the filtered slope, m/m; it is not yet the Ride
+ *                      Number on its scale of 0 to 5.
+ *                      -1.0 when every sample was left out, which is a success.
+ *
+ * Failures (the routine is "ride_dlldrv" for all of them):
+ *   101  "i_rideindexsel is not within range"          iRideIndex other than 1, 2, 3 or 9
+ *   101  "two RN is no longer supported"               iRideIndex 3
+ *   100  "WIM error index should not be normal ride stats analysis"    iRideIndex 9
+ *   101  "tFiltCon%if250mmFilter is not either 1 -yes- nor 2 -no-"
+ *   101  "the calculated IRI is not a number"          a profile no longer than the moving average
+ *                                                      (or one interval), or one that holds a NaN
+ *   With a selector out of range xRideIndex is untouched; after the filter's own failure it is 0.0,
+ *   after the last one a NaN.
+ *
+ * Notes:
+ *  1. The quarter car runs at 80 km/h for IRI and at 80.46 km/h for RN, through the whole profile;
+ *     an excluded sample only leaves the sum and the divisor.
+ *  2. The last 250 mm (or the last sample, without the moving average) carry no filtered slope and
+ *     never count.
+ *  3. The initial slope is taken over the first 11 m (IRI) or 19 m (RN) and divided by one interval
+ *     too many, on purpose.
+ *
+ * Reference: ASTM E1926 (IRI), ASTM E1489 (RN); M. W. Sayers, "On the Calculation of International
+ * Roughness Index from Longitudinal Road Profile", Transportation Research Record 1501, 1995.
+ */
+VIALTO_API int32_t VIALTO_CALL ride_dlldrv(int32_t ifExcludeLeaveout, int32_t if250mmFilter,
+                                           int32_t iRideIndex, int32_t iSizeDataArray,
+                                           const float* dataarray, const int32_t* exclusion_flags,
+                                           float xStepSize, float* xRideIndex, tEvent* event);
+
+/* ------------------------------------------------------------------------------------------------
+ * Ride indices of two tracks
+ * --------------------------------------------------------------------------------------------- */
+
+/* ------------------------------------------------------------------------------------------------
+ * WIM error index
+ * --------------------------------------------------------------------------------------------- */
+
+/* ------------------------------------------------------------------------------------------------
+ * Spectrum and rolling straightedge
+ * --------------------------------------------------------------------------------------------- */
+
+/* ------------------------------------------------------------------------------------------------
+ * Profilograph
+ * --------------------------------------------------------------------------------------------- */
+
+/* ------------------------------------------------------------------------------------------------
+ * Grinding
+ * --------------------------------------------------------------------------------------------- */
+
+/* ------------------------------------------------------------------------------------------------
+ * Profile comparison
+ * --------------------------------------------------------------------------------------------- */
+
+/* ------------------------------------------------------------------------------------------------
+ * Joints
+ * --------------------------------------------------------------------------------------------- */
+
+/* ------------------------------------------------------------------------------------------------
+ * Anti-smoothing
+ * --------------------------------------------------------------------------------------------- */
+
+/* ------------------------------------------------------------------------------------------------
+ * Histogram
+ * --------------------------------------------------------------------------------------------- */
+
+/* ------------------------------------------------------------------------------------------------
+ * Layout of the records: 4-byte words without padding, as every host has them
+ * --------------------------------------------------------------------------------------------- */
+
+#if defined(__cplusplus)
+#define VIALTO_LAYOUT(condition) static_assert(condition, #condition)
+#elif defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L
+#define VIALTO_LAYOUT(condition) _Static_assert(condition, #condition)
+#else
+#define VIALTO_LAYOUT(condition) extern int vialto_layout_holds[(condition) ? 1 : -1]
+#endif
+
+VIALTO_LAYOUT(sizeof(tEvent) == 520);
+VIALTO_LAYOUT(offsetof(tEvent, routine) == 256);
+VIALTO_LAYOUT(offsetof(tEvent, error_code) == 512);
+VIALTO_LAYOUT(offsetof(tEvent, error_type) == 516);
+VIALTO_LAYOUT(sizeof(tFiltCon) == 44);
+VIALTO_LAYOUT(offsetof(tFiltCon, xBW4IniBaseLength) == 16);
+VIALTO_LAYOUT(offsetof(tFiltCon, xPowerWeighting) == 32);
+VIALTO_LAYOUT(offsetof(tFiltCon, iEndElemIdx) == 40);
+VIALTO_LAYOUT(sizeof(tPGLot) == 32);
+VIALTO_LAYOUT(offsetof(tPGLot, xBBUpperStart) == 8);
+VIALTO_LAYOUT(offsetof(tPGLot, RndPI) == 28);
+VIALTO_LAYOUT(sizeof(tPGDefect) == 32);
+VIALTO_LAYOUT(offsetof(tPGDefect, BeginX) == 8);
+VIALTO_LAYOUT(offsetof(tPGDefect, Type) == 28);
+VIALTO_LAYOUT(sizeof(tGrinderSetup) == 20);
+VIALTO_LAYOUT(offsetof(tGrinderSetup, MaxGrindingDepth_mm) == 16);
+VIALTO_LAYOUT(sizeof(tGrindSpot) == 92);
+VIALTO_LAYOUT(offsetof(tGrindSpot, xDepth_mm) == 44);
+VIALTO_LAYOUT(offsetof(tGrindSpot, iEnd) == 88);
+VIALTO_LAYOUT(sizeof(tMustGrindCfg) == 40);
+VIALTO_LAYOUT(offsetof(tMustGrindCfg, ib_grindopt) == 16);
+VIALTO_LAYOUT(offsetof(tMustGrindCfg, x_grindgap_min) == 36);
+VIALTO_LAYOUT(sizeof(tProfAnalysis) == 52);
+VIALTO_LAYOUT(offsetof(tProfAnalysis, x_normsampleinterval) == 16);
+VIALTO_LAYOUT(offsetof(tProfAnalysis, x_iri_diff) == 48);
+VIALTO_LAYOUT(sizeof(tProfinfo) == 64);
+VIALTO_LAYOUT(offsetof(tProfinfo, x_sampleinterval) == 16);
+VIALTO_LAYOUT(offsetof(tProfinfo, tFilter) == 20);
+VIALTO_LAYOUT(sizeof(tJointIDCfg) == 12);
+VIALTO_LAYOUT(offsetof(tJointIDCfg, xDomJointSpacing) == 8);
+
+#undef VIALTO_LAYOUT
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

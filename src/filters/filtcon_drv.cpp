@@ -1,0 +1,44 @@
+#include "filters/filtcon.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "filters/quarter_car.hpp"
+
+namespace vialto {
+
+namespace {
+
+constexpr std::string_view routine_name = "filtcon_drv";
+
+ReturnCode copy_profile(std::span<const float> xProfile, tFiltCon& settings,
+                        std::span<float> xFiltered) {
+    std::copy_n(xProfile.begin(), std::min(xProfile.size(), xFiltered.size()), xFiltered.begin());
+    settings.iBeginElemIdx = 0;
+    settings.iEndElemIdx = static_cast<std::int32_t>(xProfile.size()) - 1;
+    return success;
+}
+
+} // namespace
+
+ReturnCode filtcon_drv(std::span<const float> xProfile, float xStepSize, tFiltCon& settings,
+                       std::span<float> xFiltered, float& xQcarStat) {
+    xQcarStat = 0.0F;
+    ReturnCode code = success;
+    switch (settings.iMainFilterType) {
+    case idx_filttyp_none:
+        code = copy_profile(xProfile, settings, xFiltered);
+        break;
+    case idx_filttyp_IRI:
+    case idx_filttyp_RN:
+        code = qcarfilt_drv(xProfile, xStepSize, settings, xFiltered, xQcarStat);
+        break;
+    default:
+        return raise_failure("Illegal Main filter type", routine_name);
+    }
+    return code == success ? success : pass_failure(routine_name);
+}
+
+} // namespace vialto

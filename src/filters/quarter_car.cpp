@@ -1,0 +1,261 @@
+#include "filters/quarter_car.hpp"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <string_view>
+
+#include "filters/slope.hpp"
+#include "numeric/inverse.hpp"
+#include "numeric/rounding.hpp"
+
+namespace vialto {
+
+namespace {
+
+constexpr float ini_length_iri = 11.0F;    // m
+constexpr float ini_length_rn = 19.0F;     // m
+constexpr float speed_iri = 80.0F;         // km/h
+constexpr float base_length_250mm = 0.25F; // m
+constexpr float kmh_per_mps = 3.6F;
+constexpr float smallest_ini_length = 1.1920929e-07F; // m; epsilon of float32
+
+constexpr std::size_t states = 4;
+
+using Matrix = SquareMatrix<states>;
+using Vector = std::array<float, states>;
+
+// dX/dt = a X + b u: X is height and velocity of the sprung mass, then of the unsprung mass; u is
+// the profile.
+struct System {
+    Matrix a;
+    Vector b;
+};
+
+// X(i) = st X(i-1) + pr u(i): the system over one time step with a constant input.
+struct Transition {
+    Matrix st;
+    Vector pr;
+};
+
+System setabc(const tQcarParams& p) {
+    return {{{{0.0F, 1.0F, 0.0F, 0.0F},
+              {-p.xK2, -p.xC, p.xK2, p.xC},
+              {0.0F, 0.0F, 0.0F, 1.0F},
+              {p.xK2 / p.xMu, p.xC / p.xMu, -(p.xK1 + p.xK2) / p.xMu, -p.xC / p.xMu}}},
+            {0.0F, 0.0F, 0.0F, p.xK1 / p.xMu}};
+}
+
+Matrix unit_matrix() {
+    Matrix unit{};
+    for (std::size_t i = 0; i < states; ++i) {
+        unit[i][i] = 1.0F;
+    }
+    return unit;
+}
+
+// Sums in ascending order of k, without a leading zero.
+Matrix multiply(const Matrix& left, const Matrix& right) {
+    Matrix product{};
+    for (std::size_t i = 0; i < states; ++i) {
+        for (std::size_t j = 0; j < states; ++j) {
+            float sum = left[i][0] * right[0][j];
+            for (std::size_t k = 1; k < states; ++k) {
+                sum += left[i][k] * right[k][j];
+            }
+            product[i][j] = sum;
+        }
+    }
+    return product;
+}
+
+Vector multiply(const Matrix& left, const Vector& right) {
+    Vector product{};
+    for (std::size_t i = 0; i < states; ++i) {
+        float sum = left[i][0] * right[0];
+        for (std::size_t k = 1; k < states; ++k) {
+            sum += left[i][k] * right[k];
+        }
+        product[i] = sum;
+    }
+    return product;
+}
+
+bool same_bits(const Matrix& left, const Matrix& right) {
+    using Words = std::array<std::uint32_t, states * states>;
+    return std::bit_cast<Words>(left) == std::bit_cast<Words>(right);
+}
+
+// exp(a dt) by its power series, until a term changes no bit of the sum. A NaN changes none either,
+// so the loop ends for every time step.
+Matrix state_transition(const Matrix& a, float dt) {
+    Matrix term = unit_matrix();
+    Matrix sum = term;
+    for (std::int32_t j = 1;; ++j) {
+        term = multiply(term, a);
+        for (Vector& row : term) {
+            for (float& element : row) {
+                element = element * dt / static_cast<float>(j);
+            }
+        }
+        const Matrix before = sum;
+        for (std::size_t i = 0; i < states; ++i) {
+            for (std::size_t k = 0; k < states; ++k) {
+                sum[i][k] += term[i][k];
+            }
+        }
+        if (same_bits(before, sum)) {
+            return sum;
+        }
+    }
+}
+
+ReturnCode setstm(const System& system, float dt, Transition& transition) {
+    constexpr std::string_view name = "setstm";
+    transition.st = state_transition(system.a, dt);
+    Matrix inverse{};
+    if (invert(system.a, inverse) != inverse_found) {
+        (void)raise_failure("the combination of cutoff wavelengths causes ill-conditioned matrix",
+                            name, error_code_analysis, fatal);
+        // Deliberately named twice: the path reads setstm/setstm.
+        return pass_failure(name);
+    }
+    const Vector moved = multiply(multiply(inverse, transition.st), system.b);
+    const Vector rest = multiply(inverse, system.b);
+    for (std::size_t i = 0; i < states; ++i) {
+        transition.pr[i] = moved[i] - rest[i];
+    }
+    return success;
+}
+
+// Runs the recursion over y in place: the input slope becomes the filtered slope, that of the
+// suspension, X(3) - X(1). Returns the sum of magnitude(filtered slope) in ascending order: it is
+// taken here because an addition beside the recursion costs nothing, while a pass of its own would
+// wait for each addition in turn. For the same reason the state stands in four separate variables:
+// the products of a step run side by side, and only the chain of sums is waited for.
+template <class Magnitude>
+float stfilt(const Transition& transition, const Vector& start, std::span<float> y,
+             const Magnitude& magnitude) {
+    const auto [st, pr] = transition;
+    float x1 = start[0];
+    float x2 = start[1];
+    float x3 = start[2];
+    float x4 = start[3];
+    float sum = 0.0F;
+    for (float& sample : y) {
+        const float u = sample;
+        const float next1 =
+            st[0][0] * x1 + st[0][1] * x2 + st[0][2] * x3 + st[0][3] * x4 + pr[0] * u;
+        const float next2 =
+            st[1][0] * x1 + st[1][1] * x2 + st[1][2] * x3 + st[1][3] * x4 + pr[1] * u;
+        const float next3 =
+            st[2][0] * x1 + st[2][1] * x2 + st[2][2] * x3 + st[2][3] * x4 + pr[2] * u;
+        const float next4 =
+            st[3][0] * x1 + st[3][1] * x2 + st[3][2] * x3 + st[3][3] * x4 + pr[3] * u;
+        x1 = next1;
+        x2 = next2;
+        x3 = next3;
+        x4 = next4;
+        sample = x3 - x1;
+        sum += magnitude(sample);
+    }
+    return sum;
+}
+
+} // namespace
+
+tQcarParams iri_parameters() {
+    return {ini_length_iri, 1.0F, 653.0F, 63.3F, 6.0F, 0.15F, speed_iri};
+}
+
+tQcarParams rn_parameters(float xSimuVelocity) {
+    return {ini_length_rn, 2.0F, 5120.0F, 390.0F, 17.0F, 0.036F, xSimuVelocity};
+}
+
+ReturnCode qcar_filter(std::span<const float> xProfile, float xStepSize, float xBase,
+                       float xSlopeScale, const tQcarParams& parameters, std::span<float> xFiltered,
+                       float& xQcarStat, std::int32_t& iBegin, std::int32_t& iEnd) {
+    constexpr std::string_view name = "qcar_filter";
+    const auto count = static_cast<std::int32_t>(xProfile.size());
+    std::copy_n(xProfile.begin(), std::min(xProfile.size(), xFiltered.size()), xFiltered.begin());
+    if (parameters.xInitLength < smallest_ini_length) {
+        return raise_failure("initialization length for IRI/PTRN should not be zero", name);
+    }
+    const System system = setabc(parameters);
+    Transition transition{};
+    if (setstm(system, xStepSize / (parameters.xSpeed / kmh_per_mps), transition) != success) {
+        return pass_failure(name);
+    }
+
+    const std::int32_t iBase = std::max(1, truncate(xBase / xStepSize + 0.5F));
+    const std::int32_t iInit =
+        count == 0 ? 0
+                   : std::min(count - 1, truncate(parameters.xInitLength / xStepSize + 0.5F)) + 1;
+
+    // The start slope is taken from the unsmoothed profile and divided by iInit intervals, one more
+    // than it spans: deliberate.
+    float slope = 0.0F;
+    if (iInit > 0) {
+        slope = (xProfile[static_cast<std::size_t>(iInit - 1)] - xProfile[0]) * xSlopeScale /
+                (xStepSize * static_cast<float>(iInit));
+    }
+
+    const std::int32_t filtered_count = std::max(count - iBase, 0);
+    const std::span<float> y = xFiltered.first(static_cast<std::size_t>(filtered_count));
+    const float scale = xSlopeScale / (static_cast<float>(iBase) * xStepSize);
+    for (std::size_t i = 0; i < y.size(); ++i) {
+        y[i] = (xProfile[i + static_cast<std::size_t>(iBase)] - xProfile[i]) * scale;
+    }
+
+    const Vector start{slope, 0.0F, slope, 0.0F};
+    const bool mean_of_magnitudes = parameters.xStatPower == 1.0F;
+    const float sum =
+        mean_of_magnitudes
+            ? stfilt(transition, start, y, [](float value) { return std::fabs(value); })
+            : stfilt(transition, start, y, [](float value) { return value * value; });
+    const float mean = sum / static_cast<float>(filtered_count);
+    xQcarStat = mean_of_magnitudes ? mean : std::sqrt(mean);
+
+    iBegin = 1;
+    iEnd = filtered_count;
+    std::fill(xFiltered.begin() + filtered_count, xFiltered.end(), 0.0F);
+    return success;
+}
+
+ReturnCode qcarfilt_drv(std::span<const float> xProfile, float xStepSize, tFiltCon& settings,
+                        std::span<float> xFiltered, float& xQcarStat) {
+    constexpr std::string_view name = "qcarfilt_drv";
+    tQcarParams parameters{};
+    if (settings.iMainFilterType == idx_filttyp_IRI) {
+        parameters = iri_parameters();
+    } else if (settings.iMainFilterType == idx_filttyp_RN) {
+        parameters = rn_parameters(settings.xSimuVelocity);
+    } else {
+        return raise_failure("tFiltCon%iMainFilterType is not either IRI nor RN", name);
+    }
+    if (settings.if250mmFilter != vialto_yes && settings.if250mmFilter != vialto_no) {
+        return raise_failure("tFiltCon%if250mmFilter is not either 1 -yes- nor 2 -no-", name);
+    }
+    const float xBase = settings.if250mmFilter == vialto_yes ? base_length_250mm : 0.0F;
+    constexpr float xSlopeScale = 1.0F;
+    std::int32_t iBegin = 0;
+    std::int32_t iEnd = 0;
+    if (qcar_filter(xProfile, xStepSize, xBase, xSlopeScale, parameters, xFiltered, xQcarStat,
+                    iBegin, iEnd) != success) {
+        return pass_failure(name);
+    }
+    if (settings.iOutType == idx_filtouttyp_elevation) {
+        covertslope_integration(xFiltered, xStepSize);
+    } else if (settings.iOutType != idx_filtouttyp_slope) {
+        return raise_failure(
+            "tFiltCon%iOutType is not either idx_filtouttyp_elevation nor idx_filtouttyp_slope",
+            name);
+    }
+    settings.iBeginElemIdx = iBegin - 1;
+    settings.iEndElemIdx = iEnd - 1;
+    return success;
+}
+
+} // namespace vialto

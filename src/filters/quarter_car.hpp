@@ -1,0 +1,55 @@
+// The quarter-car filter: the response of a two-mass vehicle model to a profile. One recursion
+// serves two parameter sets, that of the International Roughness Index (IRI) and that of the Ride
+// Number (RN, called PTRN in messages).
+//
+// Reference: M. W. Sayers, "On the Calculation of International Roughness Index from Longitudinal
+// Road Profile", Transportation Research Record 1501, 1995; ASTM E1926 (IRI) and E1489 (RN).
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "frame/event.hpp"
+#include "vialto/vialto.h"
+
+namespace vialto {
+
+struct tQcarParams {
+    float xInitLength; // initialization length [m]
+    float xStatPower;  // exponent of the summary statistic
+    float xK1;         // tyre spring rate per sprung mass [1/s^2]
+    float xK2;         // suspension spring rate per sprung mass [1/s^2]
+    float xC;          // damper rate per sprung mass [1/s]
+    float xMu;         // unsprung to sprung mass ratio
+    float xSpeed;      // simulation speed [km/h]
+};
+
+[[nodiscard]] tQcarParams iri_parameters();
+[[nodiscard]] tQcarParams rn_parameters(float xSimuVelocity);
+
+// iMainFilterType 2 (IRI) and 3 (RN).
+//
+// Given: a profile of N elevations, its interval [m], iMainFilterType, if250mmFilter, iOutType and,
+// for RN, xSimuVelocity [km/h].
+// Returned: the filtered slope (iOutType 2) or its integral (1), N values, of which the last iBase
+// ones, iBase being the base of the moving average in samples, have no slope of their own; the
+// summary statistic (IRI: mean absolute slope, RN: root mean square); iBeginElemIdx 0 and
+// iEndElemIdx N - iBase - 1, or -1 if no sample is filtered, the statistic then being a NaN.
+//
+// Fails for a type other than 2 and 3, a switch other than 1 and 2 and, after the filter has run,
+// for an output type other than 1 and 2, which leaves the slope in xFiltered and the statistic set.
+[[nodiscard]] ReturnCode qcarfilt_drv(std::span<const float> xProfile, float xStepSize,
+                                      tFiltCon& settings, std::span<float> xFiltered,
+                                      float& xQcarStat);
+
+// The filter behind qcarfilt_drv.
+//
+// Given: base length of the moving average [m] (0.0: slope over one interval), scale factor on the
+// slopes, parameters.
+// Returned: filtered slope, statistic, and the 1-based first and last filtered sample.
+[[nodiscard]] ReturnCode qcar_filter(std::span<const float> xProfile, float xStepSize, float xBase,
+                                     float xSlopeScale, const tQcarParams& parameters,
+                                     std::span<float> xFiltered, float& xQcarStat,
+                                     std::int32_t& iBegin, std::int32_t& iEnd);
+
+} // namespace vialto

@@ -1,0 +1,21 @@
+#include "ride/ride_drv.hpp"
+
+#include "ride/ride_stats.hpp"
+
+namespace vialto {
+
+ReturnCode ride_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mmFilter,
+                    std::int32_t iRideIndex, std::span<const float> dataarray,
+                    std::span<const std::int32_t> exclusion_flags, float xStepSize,
+                    float& xRideIndex) {
+    const RideRequest request{.ifExcludeLeaveout = ifExcludeLeaveout,
+                              .if250mmFilter = if250mmFilter,
+                              .i_reptype = normal_report,
+                              .i_rideindexsel = iRideIndex,
+                              .xDataArray = dataarray,
+                              .iExclusionFlags = exclusion_flags,
+                              .xStepSize = xStepSize};
+    return ride_stats(request, {xRideIndex}) == success ? success : pass_failure("ride_drv");
+}
+
+} // namespace vialto

@@ -1,0 +1,43 @@
+// The dispatcher through which every ride analysis goes: whole profile, segments, and the
+// continuous statistic.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "frame/event.hpp"
+#include "vialto/vialto.h"
+
+namespace vialto {
+
+// Report types, fixed by each driver.
+inline constexpr std::int32_t normal_report = 1;     // one index
+inline constexpr std::int32_t segmented_report = 2;  // an index and a length per segment
+inline constexpr std::int32_t continuous_report = 3; // one value per sample
+
+// An index output where no sample existed or remained. It is a value, not a failure.
+inline constexpr float hole_value = -1.0F;
+
+// What the routines behind ride_stats work on.
+struct RideRequest {
+    std::int32_t ifExcludeLeaveout; // 1 leaves out the samples whose flag is not 0
+    std::int32_t if250mmFilter;     // 1 yes, 2 no; the WIM analysis reads it as its bridging switch
+    std::int32_t i_reptype;
+    std::int32_t i_rideindexsel; // idx_ridests_...
+    std::span<const float> xDataArray;
+    std::span<const std::int32_t> iExclusionFlags;        // read only if ifExcludeLeaveout is 1
+    float xStepSize;                                      // m
+    float xBaseLength = 0.0F;                             // m; of the continuous statistic
+    std::span<const std::int32_t> iNumSegmentPoints = {}; // points per segment
+};
+
+// Where they leave their results.
+struct RideOutput {
+    float& xRideIndex;                // the one index, or scratch
+    std::span<float> xOutput = {};    // index per segment or per sample
+    std::span<float> xSegLength = {}; // m; length per segment
+};
+
+[[nodiscard]] ReturnCode ride_stats(const RideRequest& request, const RideOutput& output);
+
+} // namespace vialto

@@ -1,0 +1,51 @@
+// What a host has around its calls: a temporary directory, an event record, diagnostic files.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+#include "vialto/vialto.h"
+
+namespace vialto::test {
+
+// A directory of its own under the name TMP, for the life of the object.
+class TemporaryDirectory {
+public:
+    TemporaryDirectory();
+    ~TemporaryDirectory();
+    TemporaryDirectory(const TemporaryDirectory&) = delete;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+    [[nodiscard]] bool holds(const std::string& file_name) const;
+    // The whole text of a file in it; empty if there is none.
+    [[nodiscard]] std::string text_of(const std::string& file_name) const;
+
+private:
+    std::filesystem::path path_;
+    std::string former_;
+};
+
+// Sets TMP.
+void set_tmp(const std::string& directory);
+
+// An event record whose every byte is known before the call.
+class EventRecord {
+public:
+    EventRecord();
+
+    operator tEvent*() { return &event_; } // NOLINT: stands for the record's address in a call
+    [[nodiscard]] bool untouched() const;
+    [[nodiscard]] std::string description() const; // without the padding
+    [[nodiscard]] std::string routine() const;
+    [[nodiscard]] std::int32_t error_code() const { return event_.error_code; }
+    [[nodiscard]] std::int32_t error_type() const { return event_.error_type; }
+    // "code type routine: description", for one comparison of the whole event.
+    [[nodiscard]] std::string summary() const;
+
+private:
+    tEvent event_;
+};
+
+} // namespace vialto::test
