@@ -20,6 +20,14 @@ std::string unpadded(const char (&text)[256]) {
     return std::string(trim_trailing_blanks({text, sizeof text}));
 }
 
+void unset_tmp() {
+#if defined(_WIN32)
+    _putenv_s("TMP", "");
+#else
+    unsetenv("TMP");
+#endif
+}
+
 } // namespace
 
 void set_tmp(const std::string& directory) {
@@ -31,8 +39,9 @@ void set_tmp(const std::string& directory) {
 }
 
 TemporaryDirectory::TemporaryDirectory() {
-    const char* former = std::getenv("TMP");
-    former_ = former == nullptr ? "" : former;
+    if (const char* former = std::getenv("TMP"); former != nullptr) {
+        former_ = former;
+    }
     std::random_device entropy;
     path_ = std::filesystem::temp_directory_path() / ("vialto-" + std::to_string(entropy()));
     std::filesystem::create_directories(path_);
@@ -42,7 +51,11 @@ TemporaryDirectory::TemporaryDirectory() {
 TemporaryDirectory::~TemporaryDirectory() {
     std::error_code ignored;
     std::filesystem::remove_all(path_, ignored);
-    set_tmp(former_);
+    if (former_) {
+        set_tmp(*former_);
+    } else {
+        unset_tmp();
+    }
 }
 
 bool TemporaryDirectory::holds(const std::string& file_name) const {

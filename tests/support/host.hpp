@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "vialto/vialto.h"
@@ -24,7 +25,7 @@ public:
 
 private:
     std::filesystem::path path_;
-    std::string former_;
+    std::optional<std::string> former_;
 };
 
 // Sets TMP.
