@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "filters/moving_average.hpp"
 #include "filters/quarter_car.hpp"
 
 namespace vialto {
@@ -30,6 +31,9 @@ ReturnCode filtcon_drv(std::span<const float> xProfile, float xStepSize, tFiltCo
     switch (settings.iMainFilterType) {
     case idx_filttyp_none:
         code = copy_profile(xProfile, settings, xFiltered);
+        break;
+    case idx_filttyp_mvgavg:
+        code = mvgavg(xProfile, xStepSize, settings, xFiltered);
         break;
     case idx_filttyp_IRI:
     case idx_filttyp_RN:
