@@ -130,22 +130,32 @@ ReturnCode setstm(const System& system, float dt, Transition& transition) {
     return success;
 }
 
-// Runs the recursion over y in place: the input slope becomes the filtered slope, that of the
-// suspension, X(3) - X(1). Returns the sum of magnitude(filtered slope) in ascending order: it is
-// taken here because an addition beside the recursion costs nothing, while a pass of its own would
-// wait for each addition in turn. For the same reason the state stands in four separate variables:
-// the products of a step run side by side, and only the chain of sums is waited for.
+// The profile's slope over the moving average's base, sample by sample.
+struct Slope {
+    std::span<const float> profile;
+    std::size_t base; // samples
+    float scale;      // one over the base in metres
+
+    float operator[](std::size_t i) const { return (profile[i + base] - profile[i]) * scale; }
+};
+
+// Runs the recursion over the slope u and writes the filtered slope, that of the suspension,
+// X(3) - X(1). Returns the sum of magnitude(filtered slope) in ascending order.
+//
+// Both the slope and the sum are taken here because they cost nothing beside the recursion, which
+// waits for its own chain of sums. For the same reason the state stands in four separate variables:
+// the products of a step run side by side.
 template <class Magnitude>
-float stfilt(const Transition& transition, const Vector& start, std::span<float> y,
-             const Magnitude& magnitude) {
+float stfilt(const Transition& transition, const Vector& start, const Slope& slope,
+             std::span<float> y, const Magnitude& magnitude) {
     const auto [st, pr] = transition;
     float x1 = start[0];
     float x2 = start[1];
     float x3 = start[2];
     float x4 = start[3];
     float sum = 0.0F;
-    for (float& sample : y) {
-        const float u = sample;
+    for (std::size_t i = 0; i < y.size(); ++i) {
+        const float u = slope[i];
         const float next1 =
             st[0][0] * x1 + st[0][1] * x2 + st[0][2] * x3 + st[0][3] * x4 + pr[0] * u;
         const float next2 =
@@ -158,10 +168,28 @@ float stfilt(const Transition& transition, const Vector& start, std::span<float>
         x2 = next2;
         x3 = next3;
         x4 = next4;
-        sample = x3 - x1;
-        sum += magnitude(sample);
+        y[i] = x3 - x1;
+        sum += magnitude(y[i]);
     }
     return sum;
+}
+
+// Slope of the unsmoothed profile over its first iInit samples. It is divided by iInit intervals,
+// one more than it spans: deliberate.
+float start_slope(std::span<const float> profile, float xStepSize, float xInitLength,
+                  float xSlopeScale) {
+    if (profile.empty()) {
+        return 0.0F;
+    }
+    const auto last = static_cast<std::int32_t>(profile.size()) - 1;
+    const std::int32_t intervals = std::min(last, truncate(xInitLength / xStepSize + 0.5F));
+    const float iInit = static_cast<float>(intervals + 1);
+    return (profile[static_cast<std::size_t>(intervals)] - profile[0]) * xSlopeScale /
+           (xStepSize * iInit);
+}
+
+void copy_profile(std::span<const float> xProfile, std::span<float> xFiltered) {
+    std::copy_n(xProfile.begin(), std::min(xProfile.size(), xFiltered.size()), xFiltered.begin());
 }
 
 } // namespace
@@ -178,43 +206,31 @@ ReturnCode qcar_filter(std::span<const float> xProfile, float xStepSize, float x
                        float xSlopeScale, const tQcarParams& parameters, std::span<float> xFiltered,
                        float& xQcarStat, std::int32_t& iBegin, std::int32_t& iEnd) {
     constexpr std::string_view name = "qcar_filter";
-    const auto count = static_cast<std::int32_t>(xProfile.size());
-    std::copy_n(xProfile.begin(), std::min(xProfile.size(), xFiltered.size()), xFiltered.begin());
     if (parameters.xInitLength < smallest_ini_length) {
+        copy_profile(xProfile, xFiltered);
         return raise_failure("initialization length for IRI/PTRN should not be zero", name);
     }
     const System system = setabc(parameters);
     Transition transition{};
     if (setstm(system, xStepSize / (parameters.xSpeed / kmh_per_mps), transition) != success) {
+        copy_profile(xProfile, xFiltered);
         return pass_failure(name);
     }
 
     const std::int32_t iBase = std::max(1, truncate(xBase / xStepSize + 0.5F));
-    const std::int32_t iInit =
-        count == 0 ? 0
-                   : std::min(count - 1, truncate(parameters.xInitLength / xStepSize + 0.5F)) + 1;
-
-    // The start slope is taken from the unsmoothed profile and divided by iInit intervals, one more
-    // than it spans: deliberate.
-    float slope = 0.0F;
-    if (iInit > 0) {
-        slope = (xProfile[static_cast<std::size_t>(iInit - 1)] - xProfile[0]) * xSlopeScale /
-                (xStepSize * static_cast<float>(iInit));
-    }
-
-    const std::int32_t filtered_count = std::max(count - iBase, 0);
+    const std::int32_t filtered_count =
+        std::max(static_cast<std::int32_t>(xProfile.size()) - iBase, 0);
+    const Slope slope{xProfile, static_cast<std::size_t>(iBase),
+                      xSlopeScale / (static_cast<float>(iBase) * xStepSize)};
+    const float s = start_slope(xProfile, xStepSize, parameters.xInitLength, xSlopeScale);
+    const Vector start{s, 0.0F, s, 0.0F};
     const std::span<float> y = xFiltered.first(static_cast<std::size_t>(filtered_count));
-    const float scale = xSlopeScale / (static_cast<float>(iBase) * xStepSize);
-    for (std::size_t i = 0; i < y.size(); ++i) {
-        y[i] = (xProfile[i + static_cast<std::size_t>(iBase)] - xProfile[i]) * scale;
-    }
 
-    const Vector start{slope, 0.0F, slope, 0.0F};
     const bool mean_of_magnitudes = parameters.xStatPower == 1.0F;
     const float sum =
         mean_of_magnitudes
-            ? stfilt(transition, start, y, [](float value) { return std::fabs(value); })
-            : stfilt(transition, start, y, [](float value) { return value * value; });
+            ? stfilt(transition, start, slope, y, [](float value) { return std::fabs(value); })
+            : stfilt(transition, start, slope, y, [](float value) { return value * value; });
     const float mean = sum / static_cast<float>(filtered_count);
     xQcarStat = mean_of_magnitudes ? mean : std::sqrt(mean);
 

@@ -82,6 +82,9 @@ std::int32_t io_tmp_file(std::string_view name) {
     const FixedText<128> path = temporary_path(name);
     std::array<char, 129> terminated{};
     std::copy(path.trimmed().begin(), path.trimmed().end(), terminated.begin());
+    // A new file is much cheaper to open than an old one is to empty. Where the old one cannot be
+    // removed, it is emptied.
+    std::remove(terminated.data());
     errno = 0;
     std::FILE* file = std::fopen(terminated.data(), "w");
     if (file == nullptr) {
