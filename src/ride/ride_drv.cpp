@@ -18,4 +18,21 @@ ReturnCode ride_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mmFilter,
     return ride_stats(request, {xRideIndex}) == success ? success : pass_failure("ride_drv");
 }
 
+ReturnCode ridecon_drv(std::int32_t if250mmFilter, float xStepSize, float xBaseLength,
+                       std::int32_t iRideIndexType, std::span<const float> dataarray,
+                       std::span<float> xOutput) {
+    // The continuous statistic knows no exclusions, so there are no flags to pass.
+    const RideRequest request{.ifExcludeLeaveout = vialto_no,
+                              .if250mmFilter = if250mmFilter,
+                              .i_reptype = continuous_report,
+                              .i_rideindexsel = iRideIndexType,
+                              .xDataArray = dataarray,
+                              .iExclusionFlags = {},
+                              .xStepSize = xStepSize,
+                              .xBaseLength = xBaseLength};
+    float scratch_index = 0.0F;
+    return ride_stats(request, {scratch_index, xOutput}) == success ? success
+                                                                    : pass_failure("ridecon_drv");
+}
+
 } // namespace vialto

@@ -15,4 +15,12 @@ namespace vialto {
                                   std::span<const std::int32_t> exclusion_flags, float xStepSize,
                                   float& xRideIndex);
 
+// One value per sample: the moving mean of the rectified filtered slope (iRideIndexType 1) or its
+// moving root mean square (2) over xBaseLength [m], in the profile's unit per metre; with 9 the WIM
+// error index. xOutput is as long as dataarray and does not overlap it. Fails with the failures of
+// ride_stats, xOutput as it was.
+[[nodiscard]] ReturnCode ridecon_drv(std::int32_t if250mmFilter, float xStepSize, float xBaseLength,
+                                     std::int32_t iRideIndexType, std::span<const float> dataarray,
+                                     std::span<float> xOutput);
+
 } // namespace vialto

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "filters/filtcon.hpp"
+#include "ride/continuous_statistic.hpp"
 #include "ride/overall_statistic.hpp"
 
 namespace vialto {
@@ -40,6 +41,11 @@ ReturnCode compute_iri(const RideRequest& request, const RideOutput& output,
     case normal_report:
         normal_pi(request, settings, filtered, output.xRideIndex);
         return success;
+    case continuous_report:
+        return postproc_conpi(request, settings.xPowerWeighting, filtered, output.xOutput) ==
+                       success
+                   ? success
+                   : pass_failure(name);
     default:
         return raise_failure("i_reptype is not within range", name);
     }
