@@ -280,6 +280,41 @@ VIALTO_API int32_t VIALTO_CALL ride_dlldrv(int32_t ifExcludeLeaveout, int32_t if
  * Spectrum and rolling straightedge
  * --------------------------------------------------------------------------------------------- */
 
+/*
+ * rse_dlldrv: deflection under a rolling straightedge.
+ *
+ * Given:
+ *   iSizeDataArray     number of samples N
+ *   xStepSize          sample interval, m
+ *   xStrLeng           length of the straightedge, m
+ *   xProfile           [N] elevations, m
+ * Returned:
+ *   xDeflection        [N] m; the height at the middle of the straightedge less the mean of the
+ *                      heights at its two ends, 0.0 outside the valid range
+ *   xRMSvertacc        root mean square of the vertical acceleration that the deflection stands
+ *                      for, per unit speed squared, 1/m
+ *   iBeginelemIdx      first valid element of xDeflection, from 0
+ *   iEndelemIdx        last valid element, from 0
+ *
+ * Failures (the routine is "rse_dlldrv"; outputs are untouched):
+ *   100  "xStrLeng is negative or not a number"
+ *
+ * Notes:
+ *  1. With b half the length in samples, the valid range leaves b samples free at each end where b
+ *     is whole (to 1e-5 of a sample), and otherwise the whole number of samples above b: the height
+ *     at an end that falls between two samples is interpolated along the straight line.
+ *  2. The acceleration is that of a point at unit speed on the circle through the three points of
+ *     contact: 2 * deflection / (xStrLeng / 2)^2.
+ *  3. A profile too short for the straightedge is a success: all deflections are 0.0, and
+ *     iBeginelemIdx is greater than iEndelemIdx. xRMSvertacc is then zero, or a NaN where the
+ *     profile is short by exactly one sample.
+ *  4. The diagnostic file is called "rse_dlldrv2.txt".
+ */
+VIALTO_API int32_t VIALTO_CALL rse_dlldrv(int32_t iSizeDataArray, float xStepSize, float xStrLeng,
+                                          const float* xProfile, float* xDeflection,
+                                          float* xRMSvertacc, int32_t* iBeginelemIdx,
+                                          int32_t* iEndelemIdx, tEvent* event);
+
 /* ------------------------------------------------------------------------------------------------
  * Profilograph
  * --------------------------------------------------------------------------------------------- */
