@@ -339,6 +339,45 @@ VIALTO_API int32_t VIALTO_CALL rse_dlldrv(int32_t iSizeDataArray, float xStepSiz
  * Histogram
  * --------------------------------------------------------------------------------------------- */
 
+/*
+ * histgrm_dlldrv: distribution of a series of values, such as a ride index along a road.
+ *
+ * Given:
+ *   ifExcludeLeaveout  1 leaves out the values whose mask entry is not 0; any other value takes all
+ *   iNumClasses        number of classes K
+ *   iSizeDataArray     number of values
+ *   xLow               first class boundary, in the unit of the values like the next three
+ *   xHigh              last class boundary
+ *   xStep              step from one inner boundary to the next
+ *   xThreshold         threshold of the exceedance percentage
+ *   xDataArray         [iSizeDataArray] the values
+ *   iMaskArray         [iSizeDataArray] 0 counts, any other entry masks; read only if
+ *                      ifExcludeLeaveout is 1, and may be null otherwise
+ * Returned:
+ *   xHistogram         [K] percentage of the values in each class
+ *   xAboveThreshold    percentage of the values strictly above xThreshold
+ *
+ * Failures (routine "imsl_owfrq/histgrm_drv/histgrm_dlldrv"):
+ *   101  "error calling imsl drcurv"    no value to tally, or no class. The percentages of no
+ *                                       values are then NaN; xAboveThreshold is untouched.
+ *
+ * Notes:
+ *  1. The K - 1 boundaries are xLow, then each the one before it plus xStep, and xHigh as the last,
+ *     wherever the steps have come to: the last inner class may be wider or narrower than xStep.
+ *     With two classes the one boundary is xHigh; with one class there is none, and every value is
+ *     in it.
+ *  2. The first and the last class are open-ended. A value on a boundary belongs to the class below
+ *     it, a NaN to the first class. With xThreshold equal to xHigh the exceedance is the last
+ *     class's percentage.
+ *  3. This function writes no diagnostic file.
+ */
+VIALTO_API int32_t VIALTO_CALL histgrm_dlldrv(int32_t ifExcludeLeaveout, int32_t iNumClasses,
+                                              int32_t iSizeDataArray, float xLow, float xHigh,
+                                              float xStep, float xThreshold,
+                                              const float* xDataArray, const int32_t* iMaskArray,
+                                              float* xHistogram, float* xAboveThreshold,
+                                              tEvent* event);
+
 /* ------------------------------------------------------------------------------------------------
  * Layout of the records: 4-byte words without padding, as every host has them
  * --------------------------------------------------------------------------------------------- */
