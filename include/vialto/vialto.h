@@ -335,6 +335,47 @@ VIALTO_API int32_t VIALTO_CALL rse_dlldrv(int32_t iSizeDataArray, float xStepSiz
  * Anti-smoothing
  * --------------------------------------------------------------------------------------------- */
 
+/*
+ * antismth_dlldrv: distance of each sample of a profile from the mean of a window around it.
+ *
+ * Given:
+ *   xStepSize       sample interval dx, m
+ *   xBaseLength     base length of the window, m: the window has L = trunc(xBaseLength / dx) + 1
+ *                   samples
+ *   iSizeDataArray  number of samples N
+ *   xProfile        [N] elevations, m
+ * Returned:
+ *   xProfile        [N] absolute difference between a sample and the mean of its window, m; 0.0
+ *                   where there is none, outside iBeginElemIdx to iEndElemIdx
+ *   iBeginElemIdx   first valid element, from 0
+ *   iEndElemIdx     last valid element, from 0; below iBeginElemIdx when there is none
+ *
+ * Failures, all outputs untouched:
+ *   101  "the baselength is only 1 sampling interval- check your input"         L is 1: a base
+ *                                                  length below one interval, 0.0 among them
+ *   101  "the baselength greater than the profile length - check your input"    N is not above L
+ *   The routine is "antismooth/filtcon_drv/antismth_dlldrv" for both.
+ *
+ * Notes:
+ *  1. The sample in the middle of a window is its h-th, h = trunc(xBaseLength / (2 dx)) + 1, so the
+ *     window is symmetric about it when L is odd. Element i of the result belongs to sample i + h
+ *     of the profile: the shift is not undone, on purpose.
+ *  2. iBeginElemIdx is h and iEndElemIdx N - L - 1: the elements before h are cleared although they
+ *     could be computed, on purpose.
+ *  3. A negative base length gives a window without a sample, whose mean is not a number: valid
+ *     elements, here 0 to N - 1, are then NaN.
+ *  4. The diagnostic file is opened only after the analysis has succeeded. It lists, for each valid
+ *     element, the distance i dx, element i of the profile and element i of the result with its
+ *     sign. When it cannot be opened all outputs stay untouched, as after any other failure.
+ *
+ * Reference: M. W. Sayers and S. M. Karamihas, "The Little Book of Profiling", University of
+ * Michigan, 1998 (moving-average filters and their high-pass form, which anti-smoothing is).
+ */
+VIALTO_API int32_t VIALTO_CALL antismth_dlldrv(float xStepSize, float xBaseLength,
+                                               int32_t iSizeDataArray, float* xProfile,
+                                               int32_t* iBeginElemIdx, int32_t* iEndElemIdx,
+                                               tEvent* event);
+
 /* ------------------------------------------------------------------------------------------------
  * Histogram
  * --------------------------------------------------------------------------------------------- */

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "filters/anti_smoothing.hpp"
+#include "filters/detrend.hpp"
 #include "filters/moving_average.hpp"
 #include "filters/quarter_car.hpp"
 
@@ -38,6 +40,12 @@ ReturnCode filtcon_drv(std::span<const float> xProfile, float xStepSize, tFiltCo
     case idx_filttyp_IRI:
     case idx_filttyp_RN:
         code = qcarfilt_drv(xProfile, xStepSize, settings, xFiltered, xQcarStat);
+        break;
+    case idx_filttyp_antismooth:
+        code = antismooth(xProfile, xStepSize, settings, xFiltered);
+        break;
+    case idx_filttyp_detrend:
+        code = detrend(xProfile, xStepSize, settings, xFiltered);
         break;
     default:
         return raise_failure("Illegal Main filter type", routine_name);

@@ -14,4 +14,9 @@ namespace vialto::test {
                                                         std::size_t base, std::size_t half,
                                                         bool high_pass);
 
+// Each sample less the mean of its window of `length` samples, the result standing `shift` places
+// before the sample; as many values as there are windows.
+[[nodiscard]] std::vector<float> literal_anti_smoothing(std::span<const float> profile,
+                                                        std::size_t length, std::size_t shift);
+
 } // namespace vialto::test

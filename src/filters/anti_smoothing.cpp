@@ -1,0 +1,81 @@
+#include "filters/anti_smoothing.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "filters/slope.hpp"
+#include "numeric/rounding.hpp"
+
+namespace vialto {
+
+namespace {
+
+// Element i of y, from 0, becomes p[i + shift] less the mean of p[i + 1] to p[i + length].
+//
+// Each running sum takes two additions that wait for the one before. The means and differences of a
+// block of sums are taken while the processor already adds up the next block.
+void subtract_window_means(std::span<const float> p, std::size_t length, std::size_t shift,
+                           std::span<float> y) {
+    constexpr std::size_t block = 64;
+    if (y.empty()) {
+        return;
+    }
+    const auto divisor = static_cast<float>(length);
+    const float* const entering = p.data() + length;
+    const float* const middle = p.data() + shift;
+    float sum = 0.0F;
+    for (std::size_t i = 1; i <= length; ++i) {
+        sum += p[i];
+    }
+    y[0] = sum;
+    for (std::size_t first = 0; first < y.size(); first += block) {
+        const std::size_t end = std::min(first + block, y.size());
+        for (std::size_t i = std::max(first, std::size_t{1}); i < end; ++i) {
+            sum = sum + entering[i] - p[i];
+            y[i] = sum;
+        }
+        for (std::size_t i = first; i < end; ++i) {
+            y[i] = middle[i] - y[i] / divisor;
+        }
+    }
+}
+
+} // namespace
+
+ReturnCode antismooth(std::span<const float> xProfile, float xStepSize, tFiltCon& settings,
+                      std::span<float> xFiltered) {
+    constexpr std::string_view name = "antismooth";
+    const auto count = static_cast<std::int32_t>(xProfile.size());
+    const float samples = settings.xShortWavelength / xStepSize;
+    std::int32_t length = nint(samples + 0.5F);
+    std::int32_t shift = nint(samples * 0.5F + 0.5F);
+    if (length == 1) {
+        return raise_failure("the baselength is only 1 sampling interval- check your input", name);
+    }
+    if (count <= length) {
+        return raise_failure("the baselength greater than the profile length - check your input",
+                             name);
+    }
+    if (length < 1) {
+        length = 0;
+        shift = 0;
+    }
+    const std::int32_t filtered_count = count - length;
+    const std::span<float> y =
+        xFiltered.first(std::min(static_cast<std::size_t>(filtered_count), xFiltered.size()));
+    subtract_window_means(xProfile, static_cast<std::size_t>(length),
+                          static_cast<std::size_t>(shift), y);
+    if (settings.iOutType == idx_filtouttyp_slope) {
+        covertslope_differences(y, xStepSize);
+    }
+    settings.iBeginElemIdx = shift;
+    settings.iEndElemIdx = filtered_count - 1;
+    const std::size_t cleared = std::min(static_cast<std::size_t>(shift), xFiltered.size());
+    std::fill_n(xFiltered.begin(), cleared, 0.0F);
+    std::fill(xFiltered.begin() + static_cast<std::ptrdiff_t>(y.size()), xFiltered.end(), 0.0F);
+    return success;
+}
+
+} // namespace vialto

@@ -1,0 +1,28 @@
+// Anti-smoothing: each sample minus the mean of a window around it, the ends left out.
+#pragma once
+
+#include <span>
+
+#include "frame/event.hpp"
+#include "vialto/vialto.h"
+
+namespace vialto {
+
+// iMainFilterType 5.
+//
+// Given: a profile of N elevations, its interval dx [m], the base length of the window,
+// xShortWavelength [m], and iOutType. The window has L = trunc(xShortWavelength / dx) + 1 samples,
+// the sample in its middle is its h-th, h = trunc(xShortWavelength / (2 dx)) + 1.
+// Returned: N values, elevation or slope (iOutType 2); iBeginElemIdx h and iEndElemIdx N - L - 1.
+// Elements outside that range are 0.0. The range may be empty, the end then being below the begin.
+//
+// The result stands h places before the sample that it belongs to, and the first h results are
+// cleared although they were computed: both deliberate. A negative base length gives a window
+// without a sample, its mean 0/0, a NaN, throughout.
+//
+// Fails where the window has one sample only or is not shorter than the profile; xFiltered is then
+// untouched.
+[[nodiscard]] ReturnCode antismooth(std::span<const float> xProfile, float xStepSize,
+                                    tFiltCon& settings, std::span<float> xFiltered);
+
+} // namespace vialto

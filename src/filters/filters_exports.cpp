@@ -1,0 +1,64 @@
+// The exported filter; its contract stands in vialto/vialto.h.
+#include <cmath>
+#include <cstddef>
+#include <span>
+#include <vector>
+
+#include "filters/filtcon.hpp"
+#include "frame/analysis_frame.hpp"
+#include "vialto/vialto.h"
+
+using namespace vialto;
+
+namespace {
+
+tFiltCon antismooth_settings(float xBaseLength) {
+    tFiltCon settings{};
+    settings.iMainFilterType = idx_filttyp_antismooth;
+    settings.iOutType = idx_filtouttyp_elevation;
+    settings.if250mmFilter = vialto_yes;
+    settings.xShortWavelength = xBaseLength;
+    return settings;
+}
+
+// Distance, elevation and filtered elevation of each valid element.
+void list_profiles(DiagnosticText& text, const tFiltCon& settings, float xStepSize,
+                   std::span<const float> profile, std::span<const float> filtered) {
+    for (std::int32_t i = settings.iBeginElemIdx; i <= settings.iEndElemIdx; ++i) {
+        const auto element = static_cast<std::size_t>(i);
+        text.record(static_cast<float>(i) * xStepSize, profile[element], filtered[element]);
+    }
+}
+
+} // namespace
+
+int32_t VIALTO_CALL antismth_dlldrv(float xStepSize, float xBaseLength, int32_t iSizeDataArray,
+                                    float* xProfile, int32_t* iBeginElemIdx, int32_t* iEndElemIdx,
+                                    tEvent* event) {
+    const std::span<float> profile = host_array(xProfile, iSizeDataArray);
+    tFiltCon settings = antismooth_settings(xBaseLength);
+    std::vector<float> filtered;
+    return run_export(
+        {.name = "antismth_dlldrv", .diagnostic_file = DiagnosticFile::opened_after_success}, event,
+        [&](ArgumentCheck& check) {
+            check.sample_interval("xStepSize", xStepSize);
+            check.array("xProfile", xProfile, iSizeDataArray);
+            check.address("iBeginElemIdx", iBeginElemIdx);
+            check.address("iEndElemIdx", iEndElemIdx);
+        },
+        [](DiagnosticText&) {},
+        [&] {
+            filtered.resize(profile.size());
+            return filtcon_drv(profile, xStepSize, settings, filtered);
+        },
+        [&](DiagnosticText& text) {
+            list_profiles(text, settings, xStepSize, profile, filtered);
+            // The host's array still holds the profile up to here, so that a file that cannot be
+            // opened leaves it untouched.
+            for (std::size_t i = 0; i < profile.size(); ++i) {
+                profile[i] = std::fabs(filtered[i]);
+            }
+            *iBeginElemIdx = settings.iBeginElemIdx;
+            *iEndElemIdx = settings.iEndElemIdx;
+        });
+}
