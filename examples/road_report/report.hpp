@@ -1,0 +1,17 @@
+// The sections of the report. Each calls the library and prints what a road engineer expects.
+#pragma once
+
+#include <cstdint>
+
+#include "options.hpp"
+#include "road.hpp"
+#include "vialto/vialto.h"
+
+// Throws std::runtime_error with the library's own words if a call did not succeed.
+void require_success(std::int32_t result, const tEvent& event);
+
+// A 250 mm moving average belongs ahead of the quarter car where samples lie closer than that.
+[[nodiscard]] std::int32_t if250mm_filter(const Road& road);
+
+void report_road(const Options& options, const Road& road);
+void report_ride(const Road& road);
