@@ -1,0 +1,131 @@
+#include "comparison/sweep_estimate.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numeric>
+
+namespace vialto {
+
+namespace {
+
+constexpr float percent = 100.0F;
+
+// What rounding of the 64-bit sums may take of SweepEstimate::tolerance; the rest is for the
+// roundings to 32 bits.
+constexpr double accuracy_of_sums = 1.0e-7;
+
+} // namespace
+
+void SlidingSums::enter(double sample) {
+    sum_ += sample;
+    squares_ += sample * sample;
+    largest_squares_ = std::max(largest_squares_, squares_);
+    additions_ += 1.0;
+}
+
+void SlidingSums::leave(double sample) {
+    sum_ -= sample;
+    squares_ -= sample * sample;
+    additions_ += 1.0;
+}
+
+void SlidingSums::move_to(std::size_t first, std::size_t count) {
+    const std::size_t end = first + count;
+    while (end_ < end) {
+        enter(samples_[end_++]);
+    }
+    while (first_ > first) {
+        enter(samples_[--first_]);
+    }
+    while (end_ > end) {
+        leave(samples_[--end_]);
+    }
+    while (first_ < first) {
+        leave(samples_[first_++]);
+    }
+}
+
+double SlidingSums::variance_sum() const {
+    return squares_ - sum_ * sum_ / static_cast<double>(end_ - first_);
+}
+
+bool SlidingSums::accurate() const {
+    // Each addition errs by half an epsilon of a sum that never exceeded the largest; the squared
+    // mean brings that error in three more times.
+    const double worst_error =
+        2.0 * std::numeric_limits<double>::epsilon() * additions_ * largest_squares_;
+    return worst_error < accuracy_of_sums * variance_sum();
+}
+
+SweepEstimate::SweepEstimate(const ProfilePair& profiles)
+    : reference_(centred(profiles.reference)), test_(centred(profiles.test)),
+      reference_sums_(reference_), test_sums_(test_) {}
+
+std::vector<double> SweepEstimate::centred(std::span<const float> profile) {
+    const double mean =
+        std::accumulate(profile.begin(), profile.end(), 0.0) / static_cast<double>(profile.size());
+    std::vector<double> deviations(profile.size() + block - 1);
+    std::transform(profile.begin(), profile.end(), deviations.begin(),
+                   [mean](float sample) { return static_cast<double>(sample) - mean; });
+    return deviations;
+}
+
+std::optional<Agreement> SweepEstimate::at(const Overlap& overlap) {
+    if (overlap.count < 2) {
+        return std::nullopt;
+    }
+    const auto count = static_cast<std::size_t>(overlap.count);
+    reference_sums_.move_to(static_cast<std::size_t>(overlap.reference_first), count);
+    test_sums_.move_to(static_cast<std::size_t>(overlap.test_first), count);
+    if (!reference_sums_.accurate() || !test_sums_.accurate()) {
+        return std::nullopt;
+    }
+    const auto n = static_cast<double>(count);
+    const double rms_base = std::sqrt(reference_sums_.variance_sum() / n);
+    const double rms_test = std::sqrt(test_sums_.variance_sum() / n);
+    const auto x_rms_base = static_cast<float>(rms_base);
+    const auto x_rms_test = static_cast<float>(rms_test);
+    // Close to the limit the definition decides.
+    if (both_flat(x_rms_base / 2.0F, x_rms_test / 2.0F)) {
+        return std::nullopt;
+    }
+    const double covariance_sum =
+        product_sum(overlap.offset) - reference_sums_.sum() * test_sums_.sum() / n;
+    // The roundings of sngl_croxcorr, whose normalised segments have n as the sum of their squares.
+    const auto c = static_cast<float>(covariance_sum / (rms_base * rms_test));
+    return Agreement{.roughness = static_cast<float>(static_cast<double>(c) / n) * percent,
+                     .shape = shape_factor(x_rms_base, x_rms_test)};
+}
+
+double SweepEstimate::product_sum(std::int64_t offset) {
+    const bool test_moves = offset < 0;
+    const auto lag = static_cast<std::size_t>(test_moves ? -offset : offset);
+    const std::size_t place = lag % block;
+    const std::size_t first_lag = lag - place;
+    if (!products_ || products_->test_moves != test_moves || products_->first_lag != first_lag) {
+        products_ = products(test_moves, first_lag);
+    }
+    return products_->sums[place];
+}
+
+// One pass over the overlap of the smallest lag serves all lags of the block: with a larger lag the
+// last products are those with the zeros behind the moving profile. Each sum is taken in ascending
+// order; the lags stand side by side in the vector registers.
+SweepEstimate::ProductBlock SweepEstimate::products(bool test_moves, std::size_t first_lag) const {
+    const std::vector<double>& fixed = test_moves ? reference_ : test_;
+    const std::vector<double>& moving = test_moves ? test_ : reference_;
+    constexpr std::size_t padding = block - 1;
+    const std::size_t count = std::min(fixed.size() - padding, moving.size() - padding - first_lag);
+    const double* const first = moving.data() + first_lag;
+    std::array<double, block> sums{};
+    for (std::size_t i = 0; i < count; ++i) {
+        const double sample = fixed[i];
+        for (std::size_t lag = 0; lag < block; ++lag) {
+            sums[lag] += sample * first[i + lag];
+        }
+    }
+    return {test_moves, first_lag, sums};
+}
+
+} // namespace vialto
