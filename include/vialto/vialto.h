@@ -323,6 +323,81 @@ VIALTO_API int32_t VIALTO_CALL rse_dlldrv(int32_t iSizeDataArray, float xStepSiz
  * Grinding
  * --------------------------------------------------------------------------------------------- */
 
+/*
+ * grindsimu_dlldrv: diamond grinder on one profile.
+ *
+ * The cutting head runs between two tandem axles and takes off what stands above the plane of the
+ * wheels. The wheels ride on a moving average of the profile, which is cut together with it, so
+ * that the wheels behind the head ride on the ground surface.
+ *
+ * Given:
+ *   xStepSize       sample interval, m
+ *   iNumGrindSpots  number of spots
+ *   nsamp           number of samples N
+ *   setup           the machine, a tGrinderSetup
+ *   tGrindSpots     [iNumGrindSpots] stretches to grind, in the order of the work; samples are
+ *                   counted from 0, and a stretch may reach beyond the profile
+ *   xProfile        [N] elevations, m
+ * Returned:
+ *   xProfile        [N] the ground profile, m
+ *   iGrindFlags     [N] 1 not ground, 2 ground no deeper than MaxGrindingDepth_mm, 3 ground deeper
+ *
+ * Failures:
+ *   100  "tGrindSpots holds a spot with more than ten passes"          grindsimu_dlldrv
+ *        Nothing is ground.
+ *   101  "moving average base length is greater the sampling distance"
+ *                                             mvgavg/filtcon_drv/grindsimu/grindsimu_dlldrv
+ *        ShortWavelength is not shorter than the profile. Outputs untouched.
+ *   101  "grinding direction is not defined correctly"                 grindsimu/grindsimu_dlldrv
+ *        An iDirection other than 1 and 2. The passes before it remain done, with their flags.
+ *
+ * Notes:
+ *  1. A pass of direction 1 runs towards higher samples. With h = TandemSpread / 2, the wheels
+ *     stand WheelBase * HeadPosition - h and + h ahead of the head, and
+ *     WheelBase * (1 - HeadPosition) - h and + h behind it, each rounded to whole samples. The
+ *     plane at the head is interpolated between the axles, an axle's height being the mean of its
+ *     wheels.
+ *  2. A sample that stands more than xDepth_mm above the plane is cut to exactly that level. A
+ *     sample for which the head or a wheel would stand off the profile is not cut.
+ *  3. A later pass overwrites a flag only where it cuts: a sample flagged 3 becomes 2 when a
+ *     shallower cut follows. The flag judges the cut of one pass, not the sum of the passes.
+ *  4. The diagnostic file, grindsimu_dlldrv.txt, is opened only after the grinder has succeeded: a
+ *     failure leaves no file, and when the file itself cannot be opened the outputs are written
+ *     already. It holds a table of distance, profile before and profile after.
+ *
+ * Reference: FHWA, "Concrete Pavement Preservation Guide", second edition, 2014, chapter "Diamond
+ * Grinding and Grooving".
+ */
+VIALTO_API int32_t VIALTO_CALL grindsimu_dlldrv(float xStepSize, int32_t iNumGrindSpots,
+                                                int32_t nsamp, const tGrinderSetup* setup,
+                                                const tGrindSpot* tGrindSpots, float* xProfile,
+                                                int32_t* iGrindFlags, tEvent* event);
+
+/*
+ * grindsimu_2chan_dlldrv: the same spots on the profiles of two wheel tracks.
+ *
+ * Given:
+ *   xStepSize .. tGrindSpots    as for grindsimu_dlldrv; one machine and one list for both tracks
+ *   xProfile1, xProfile2        [N] elevations of the two tracks, m
+ * Returned:
+ *   xProfile1, xProfile2        [N] the ground profiles, m
+ *   iGrindFlags                 [N] the greater of the two tracks' flags
+ *
+ * Failures: those of grindsimu_dlldrv, with "/grindsimu_2chan_dlldrv" behind its routine (the
+ * refused number of passes names grindsimu_2chan_dlldrv alone). iGrindFlags is then untouched;
+ * xProfile1 may be ground already, and a profile whose pass fails keeps the passes before it.
+ *
+ * Note: each track is a whole call of grindsimu_dlldrv, with its diagnostic file; the file of the
+ * second track stays, beside grindsimu_2chan_dlldrv.txt.
+ *
+ * Reference: as for grindsimu_dlldrv.
+ */
+VIALTO_API int32_t VIALTO_CALL grindsimu_2chan_dlldrv(float xStepSize, int32_t iNumGrindSpots,
+                                                      int32_t nsamp, const tGrinderSetup* setup,
+                                                      const tGrindSpot* tGrindSpots,
+                                                      float* xProfile1, float* xProfile2,
+                                                      int32_t* iGrindFlags, tEvent* event);
+
 /* ------------------------------------------------------------------------------------------------
  * Profile comparison
  * --------------------------------------------------------------------------------------------- */

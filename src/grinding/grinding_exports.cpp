@@ -1,0 +1,85 @@
+// The exported grinding analyses; their contracts stand in vialto/vialto.h.
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+#include "frame/analysis_frame.hpp"
+#include "grinding/grindsimu.hpp"
+#include "vialto/vialto.h"
+
+using namespace vialto;
+
+namespace {
+
+void check_spots(ArgumentCheck& check, const tGrindSpot* tGrindSpots, std::int32_t iNumGrindSpots) {
+    check.array("tGrindSpots", tGrindSpots, iNumGrindSpots);
+    const std::span<const tGrindSpot> spots = host_array(tGrindSpots, iNumGrindSpots);
+    if (std::any_of(spots.begin(), spots.end(),
+                    [](const tGrindSpot& spot) { return spot.iNumPasses > most_passes; })) {
+        check.refuse("tGrindSpots", " holds a spot with more than ten passes");
+    }
+}
+
+} // namespace
+
+int32_t VIALTO_CALL grindsimu_dlldrv(float xStepSize, int32_t iNumGrindSpots, int32_t nsamp,
+                                     const tGrinderSetup* setup, const tGrindSpot* tGrindSpots,
+                                     float* xProfile, int32_t* iGrindFlags, tEvent* event) {
+    std::vector<float> kept;
+    return run_export(
+        {.name = "grindsimu_dlldrv", .diagnostic_file = DiagnosticFile::opened_after_success},
+        event,
+        [&](ArgumentCheck& check) {
+            check.sample_interval("xStepSize", xStepSize);
+            check.address("tGrinderSetup", setup);
+            check_spots(check, tGrindSpots, iNumGrindSpots);
+            check.array("xProfile", xProfile, nsamp);
+            check.array("iGrindFlags", iGrindFlags, nsamp);
+        },
+        [](DiagnosticText&) {},
+        [&] {
+            const std::span<float> profile = host_array(xProfile, nsamp);
+            kept.assign(profile.begin(), profile.end());
+            return grindsimu(xStepSize, host_array(tGrindSpots, iNumGrindSpots), *setup, profile,
+                             host_array(iGrindFlags, nsamp));
+        },
+        [&](DiagnosticText& text) {
+            for (std::size_t i = 0; i < kept.size(); ++i) {
+                text.record(static_cast<float>(i) * xStepSize, kept[i], xProfile[i]);
+            }
+        });
+}
+
+int32_t VIALTO_CALL grindsimu_2chan_dlldrv(float xStepSize, int32_t iNumGrindSpots, int32_t nsamp,
+                                           const tGrinderSetup* setup,
+                                           const tGrindSpot* tGrindSpots, float* xProfile1,
+                                           float* xProfile2, int32_t* iGrindFlags, tEvent* event) {
+    return run_export(
+        {.name = "grindsimu_2chan_dlldrv"}, event,
+        [&](ArgumentCheck& check) {
+            check.sample_interval("xStepSize", xStepSize);
+            check.address("tGrinderSetup", setup);
+            check_spots(check, tGrindSpots, iNumGrindSpots);
+            check.array("xProfile1", xProfile1, nsamp);
+            check.array("xProfile2", xProfile2, nsamp);
+            check.array("iGrindFlags", iGrindFlags, nsamp);
+        },
+        [](DiagnosticText&) {},
+        [&] {
+            const std::span<std::int32_t> combined = host_array(iGrindFlags, nsamp);
+            std::vector<std::int32_t> flags1(combined.size());
+            std::vector<std::int32_t> flags2(combined.size());
+            // Each run is the whole export: it clears the event and writes a file of its own, of
+            // which the second one stays. This frame hands the host what has gone wrong there.
+            if (grindsimu_dlldrv(xStepSize, iNumGrindSpots, nsamp, setup, tGrindSpots, xProfile1,
+                                 flags1.data(), nullptr) == success &&
+                grindsimu_dlldrv(xStepSize, iNumGrindSpots, nsamp, setup, tGrindSpots, xProfile2,
+                                 flags2.data(), nullptr) == success) {
+                std::transform(flags1.begin(), flags1.end(), flags2.begin(), combined.begin(),
+                               [](std::int32_t first, std::int32_t second) {
+                                   return std::max(first, second);
+                               });
+            }
+        },
+        [](DiagnosticText&) {});
+}
