@@ -11,9 +11,6 @@ target_compile_options(vialto_compile_options INTERFACE
   $<$<COMPILE_LANGUAGE:CXX>:-Wdouble-promotion>
   $<$<BOOL:${VIALTO_WARNINGS_AS_ERRORS}>:-Werror>)
 
-# The default of -O2 is not enough: the loops are laid out for the vectoriser.
-string(REPLACE "-O2" "-O3" CMAKE_CXX_FLAGS_RELWITHDEBINFO "${CMAKE_CXX_FLAGS_RELWITHDEBINFO}")
-
 include(CheckCXXSourceCompiles)
 check_cxx_source_compiles("
   #if !(defined(__i386__) || defined(_M_IX86))
