@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "filters/anti_smoothing.hpp"
+#include "filters/butterworth.hpp"
 #include "filters/detrend.hpp"
 #include "filters/moving_average.hpp"
 #include "filters/quarter_car.hpp"
@@ -40,6 +41,9 @@ ReturnCode filtcon_drv(std::span<const float> xProfile, float xStepSize, tFiltCo
     case idx_filttyp_IRI:
     case idx_filttyp_RN:
         code = qcarfilt_drv(xProfile, xStepSize, settings, xFiltered, xQcarStat);
+        break;
+    case idx_filttyp_bwfilt:
+        code = bwfilt_drv(xProfile, xStepSize, settings, xFiltered);
         break;
     case idx_filttyp_antismooth:
         code = antismooth(xProfile, xStepSize, settings, xFiltered);

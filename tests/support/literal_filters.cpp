@@ -1,5 +1,8 @@
 #include "support/literal_filters.hpp"
 
+#include <algorithm>
+#include <cmath>
+
 namespace vialto::test {
 
 namespace {
@@ -28,6 +31,25 @@ float literal_line_slope(std::vector<float>& p, std::size_t first, std::size_t c
     }
     const auto n = static_cast<double>(count);
     return static_cast<float>((n * siy - sy * s1) / (n * s2 - s1 * s1));
+}
+
+// Runs the passes of a Butterworth filter, each given as a function of the samples in its own
+// direction.
+template <class FirstOrder, class SecondOrder>
+void run_both_ways(std::vector<double>& x, const FirstOrder& first_order,
+                   const SecondOrder& second_order) {
+    x = first_order(x);
+    std::reverse(x.begin(), x.end());
+    x = second_order(x);
+    x = first_order(x);
+    std::reverse(x.begin(), x.end());
+    x = second_order(x);
+}
+
+constexpr double cutoff_correction = 0.8633841081005059;
+
+double cotangent(double dx, double cutoff) {
+    return 1.0 / std::tan(dx * 0.5 * (6.283185307 / cutoff));
 }
 
 } // namespace
@@ -75,6 +97,76 @@ std::vector<float> literal_anti_smoothing(std::span<const float> profile, std::s
         at(y, i) = at(p, i + shift) - at(y, i) / static_cast<float>(length);
     }
     return y;
+}
+
+std::vector<double> literal_butterworth_high_pass(std::vector<double> profile, float interval,
+                                                  float wavelength) {
+    using Samples = std::vector<double>;
+    const double c = cotangent(static_cast<double>(interval),
+                               static_cast<double>(wavelength) / cutoff_correction);
+    const double b0 = c / (c + 1.0);
+    const double b1 = -c / (c + 1.0);
+    const double a1 = (1.0 - c) / (c + 1.0);
+    const double e = c + c * c + 1.0;
+    const double c0 = c * c / e;
+    const double c1 = -2.0 * (c * c) / e;
+    const double d1 = -2.0 * (c * c - 1.0) / e;
+    const double d2 = (c * c + 1.0 - c) / e;
+    const auto first_order = [&](Samples x) {
+        Samples y(x.size());
+        for (std::size_t i = 2; i <= x.size(); ++i) {
+            at(y, i) = b0 * at(x, i) + b1 * at(x, i - 1) - a1 * at(y, i - 1);
+        }
+        return y;
+    };
+    const auto second_order = [&](Samples x) {
+        Samples y(x.size());
+        if (x.size() > 1) {
+            at(y, 2) = b0 * at(x, 2) + b1 * at(x, 1) - a1 * at(y, 1);
+        }
+        for (std::size_t i = 3; i <= x.size(); ++i) {
+            at(y, i) = c1 * at(x, i - 1) - d1 * at(y, i - 1) - d2 * at(y, i - 2) +
+                       c0 * (at(x, i - 2) + at(x, i));
+        }
+        return y;
+    };
+    run_both_ways(profile, first_order, second_order);
+    return profile;
+}
+
+std::vector<double> literal_butterworth_low_pass(std::vector<double> profile, float interval,
+                                                 float wavelength) {
+    using Samples = std::vector<double>;
+    const double c = cotangent(static_cast<double>(interval),
+                               static_cast<double>(wavelength) * cutoff_correction);
+    const double e0 = 1.0 / (c + 1.0);
+    const double a1 = (1.0 - c) / (c + 1.0);
+    const double f = c * c + 1.0;
+    const double g = c + f;
+    const double g0 = 1.0 / g;
+    const double g1 = 2.0 / g;
+    const double h1 = -2.0 * (c * c - 1.0) / g;
+    const double h2 = (f - c) / g;
+    const auto first_order = [&](Samples x) {
+        Samples y = x;
+        for (std::size_t i = 2; i <= x.size(); ++i) {
+            at(y, i) = e0 * (at(x, i - 1) + at(x, i)) - a1 * at(y, i - 1);
+        }
+        return y;
+    };
+    const auto second_order = [&](Samples x) {
+        Samples y = x;
+        if (x.size() > 1) {
+            at(y, 2) = e0 * (at(x, 1) + at(x, 2)) - a1 * at(y, 1);
+        }
+        for (std::size_t i = 3; i <= x.size(); ++i) {
+            at(y, i) = g1 * at(x, i - 1) - h1 * at(y, i - 1) - h2 * at(y, i - 2) +
+                       g0 * (at(x, i - 2) + at(x, i));
+        }
+        return y;
+    };
+    run_both_ways(profile, first_order, second_order);
+    return profile;
 }
 
 } // namespace vialto::test

@@ -19,4 +19,11 @@ namespace vialto::test {
 [[nodiscard]] std::vector<float> literal_anti_smoothing(std::span<const float> profile,
                                                         std::size_t length, std::size_t shift);
 
+// The third-order Butterworth high-pass and low-pass, each pass of each section on its own, in
+// 64-bit. Wavelengths are cutoffs in metres.
+[[nodiscard]] std::vector<double> literal_butterworth_high_pass(std::vector<double> profile,
+                                                                float interval, float wavelength);
+[[nodiscard]] std::vector<double> literal_butterworth_low_pass(std::vector<double> profile,
+                                                               float interval, float wavelength);
+
 } // namespace vialto::test
