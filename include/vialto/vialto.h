@@ -36,11 +36,7 @@
 #include <stdint.h>
 
 #if defined(_WIN32)
-#if defined(VIALTO_BUILDING)
-#define VIALTO_API __declspec(dllexport)
-#else
-#define VIALTO_API __declspec(dllimport)
-#endif
+#define VIALTO_API /* the export list of the library says it all */
 #else
 #define VIALTO_API __attribute__((visibility("default")))
 #endif
