@@ -13,32 +13,18 @@ namespace vialto {
 namespace {
 
 // Element i of y, from 0, becomes p[i + shift] less the mean of p[i + 1] to p[i + length].
-//
-// Each running sum takes two additions that wait for the one before. The means and differences of a
-// block of sums are taken while the processor already adds up the next block.
 void subtract_window_means(std::span<const float> p, std::size_t length, std::size_t shift,
                            std::span<float> y) {
-    constexpr std::size_t block = 64;
-    if (y.empty()) {
-        return;
-    }
     const auto divisor = static_cast<float>(length);
-    const float* const entering = p.data() + length;
-    const float* const middle = p.data() + shift;
     float sum = 0.0F;
     for (std::size_t i = 1; i <= length; ++i) {
         sum += p[i];
     }
-    y[0] = sum;
-    for (std::size_t first = 0; first < y.size(); first += block) {
-        const std::size_t end = std::min(first + block, y.size());
-        for (std::size_t i = std::max(first, std::size_t{1}); i < end; ++i) {
-            sum = sum + entering[i] - p[i];
-            y[i] = sum;
+    for (std::size_t i = 0; i < y.size(); ++i) {
+        if (i > 0) {
+            sum = sum + p[i + length] - p[i];
         }
-        for (std::size_t i = first; i < end; ++i) {
-            y[i] = middle[i] - y[i] / divisor;
-        }
+        y[i] = p[i + shift] - sum / divisor;
     }
 }
 

@@ -25,71 +25,68 @@ Box box_of(float base_length, float xStepSize) {
     return {truncate(samples + 0.5F), truncate(samples * 0.5F + 0.5F)};
 }
 
-// The profile with `half` samples more at either end, on the lines through its first and last
-// `half` samples.
-std::vector<float> extended(std::span<const float> w, std::int32_t half) {
+// Room for the extended profile and one place more, which the last update of the mean reads and
+// nothing uses.
+std::size_t work_size(std::size_t count, std::int32_t half) {
+    return count + 2 * static_cast<std::size_t>(half) + 1;
+}
+
+// Moves the profile `half` places up and continues it at either end by `half` samples on the lines
+// through its first and its last `half` samples.
+void extend(std::vector<float>& w, std::int32_t half) {
+    const std::size_t count = w.size();
     const auto margin = static_cast<std::size_t>(half);
-    std::vector<float> p(w.size() + 2 * margin);
-    std::copy(w.begin(), w.end(), p.begin() + half);
+    w.resize(work_size(count, half));
     if (half == 0) {
-        return p;
+        return;
     }
-    const float first = w.front();
-    const float last = w.back();
-    const float slope_left = lrslop(w.first(margin));
-    const float slope_right = lrslop(w.last(margin));
-    float* const left = p.data();
-    float* const right = left + margin + w.size();
+    std::copy_backward(w.begin(), w.begin() + static_cast<std::ptrdiff_t>(count),
+                       w.begin() + static_cast<std::ptrdiff_t>(count) + half);
+    const std::span<const float> profile = std::span(w).subspan(margin, count);
+    const float first = profile.front();
+    const float last = profile.back();
+    const float slope_left = lrslop(profile.first(margin));
+    const float slope_right = lrslop(profile.last(margin));
+    float* const left = w.data();
+    float* const right = left + margin + count;
     for (std::int32_t k = 0; k < half; ++k) {
         left[k] = first - static_cast<float>(half - k) * slope_left;
         right[k] = last + static_cast<float>(k + 1) * slope_right;
     }
-    return p;
 }
 
-// m(i) = mean of p(i) to p(i + base - 1), all counted from 0, by the update of m(i - 1).
+// Puts the result for sample i, from 0, to w[i]: the mean of w[i] to w[i + base - 1], or, as a
+// high-pass, w[i + half] less that mean. No result lands on an element that is still to be read.
 //
-// Each mean waits for the one before, but the updates do not: a block of them is written where the
-// means will stand, and added up while the processor already divides for the next block.
-void running_means(std::span<const float> p, std::size_t base, std::span<float> m) {
-    constexpr std::size_t block = 64;
+// Each mean waits for the addition before it, and for nothing else: the divisions run ahead.
+void run_box(std::span<float> w, std::size_t count, std::size_t base, std::size_t half,
+             PassMode mode) {
     const auto divisor = static_cast<float>(base);
+    const bool high_pass = mode == PassMode::high_pass;
     float mean = 0.0F;
     for (std::size_t i = 0; i < base; ++i) {
-        mean += p[i];
+        mean += w[i];
     }
     mean /= divisor;
-    m[0] = mean;
-    for (std::size_t first = 1; first < m.size(); first += block) {
-        const std::size_t count = std::min(block, m.size() - first);
-        float* const updates = m.data() + first;
-        const float* const leaving = p.data() + (first - 1);
-        const float* const entering = leaving + base;
-        for (std::size_t k = 0; k < count; ++k) {
-            updates[k] = (entering[k] - leaving[k]) / divisor;
-        }
-        for (std::size_t k = 0; k < count; ++k) {
-            mean += updates[k];
-            updates[k] = mean;
-        }
+    for (std::size_t i = 0; i < count; ++i) {
+        const float update = (w[i + base] - w[i]) / divisor;
+        w[i] = high_pass ? w[i + half] - mean : mean;
+        mean += update;
     }
 }
 
 } // namespace
 
-void mvgavg_pass(std::span<float> w, std::int32_t iBase, std::int32_t iHalf, PassMode mode) {
-    if (w.empty()) {
+void mvgavg_pass(std::vector<float>& w, std::int32_t iBase, std::int32_t iHalf, PassMode mode) {
+    const std::size_t count = w.size();
+    if (count == 0) {
         return;
     }
+    const std::int32_t base = std::max(iBase, 0);
     const std::int32_t half = std::max(iHalf, 0);
-    const std::vector<float> p = extended(w, half);
-    running_means(p, static_cast<std::size_t>(std::max(iBase, 0)), w);
-    if (mode == PassMode::high_pass) {
-        const float* const samples = p.data() + half;
-        for (std::size_t i = 0; i < w.size(); ++i) {
-            w[i] = samples[i] - w[i];
-        }
-    }
+    extend(w, half);
+    run_box(w, count, static_cast<std::size_t>(base), static_cast<std::size_t>(half), mode);
+    w.resize(count);
 }
 
 ReturnCode mvgavg(std::span<const float> xProfile, float xStepSize, tFiltCon& settings,
@@ -107,23 +104,24 @@ ReturnCode mvgavg(std::span<const float> xProfile, float xStepSize, tFiltCon& se
         return success;
     }
 
-    std::vector<float> w(xProfile.begin(), xProfile.end());
+    const Box high = high_pass ? box_of(settings.xLongWavelength, xStepSize) : Box{};
+    if (high_pass && count <= high.iBase) {
+        return raise_failure("hi-pass moving average base length is greater the sampling distance",
+                             routine_name);
+    }
+    const Box low = low_pass ? box_of(settings.xShortWavelength, xStepSize) : Box{};
+    if (low_pass && count <= low.iBase) {
+        return raise_failure("moving average base length is greater the sampling distance",
+                             routine_name);
+    }
+    std::vector<float> w;
+    w.reserve(work_size(xProfile.size(), std::max({high.iHalf, low.iHalf, 0})));
+    w.assign(xProfile.begin(), xProfile.end());
     if (high_pass) {
-        const Box box = box_of(settings.xLongWavelength, xStepSize);
-        if (count <= box.iBase) {
-            return raise_failure(
-                "hi-pass moving average base length is greater the sampling distance",
-                routine_name);
-        }
-        mvgavg_pass(w, box.iBase, box.iHalf, PassMode::high_pass);
+        mvgavg_pass(w, high.iBase, high.iHalf, PassMode::high_pass);
     }
     if (low_pass) {
-        const Box box = box_of(settings.xShortWavelength, xStepSize);
-        if (count <= box.iBase) {
-            return raise_failure("moving average base length is greater the sampling distance",
-                                 routine_name);
-        }
-        mvgavg_pass(w, box.iBase, box.iHalf, PassMode::low_pass);
+        mvgavg_pass(w, low.iBase, low.iHalf, PassMode::low_pass);
     }
     std::copy_n(w.begin(), written, xFiltered.begin());
     if (settings.iOutType == idx_filtouttyp_slope) {

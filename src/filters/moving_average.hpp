@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "frame/event.hpp"
 #include "vialto/vialto.h"
@@ -25,7 +26,7 @@ namespace vialto {
 
 enum class PassMode : std::int32_t { high_pass = 1, low_pass = 2 };
 
-// One stage, in place: each element of w becomes the mean of a box of iBase samples around it
+// One stage, in place (w grows by the extension for the time being): each element of w becomes the mean of a box of iBase samples around it
 // (low-pass) or itself minus that mean (high-pass). The ends are extended by iHalf samples along
 // the least-squares lines through the first and the last iHalf samples. The box of element i, from
 // 1, covers P(i) to P(i + iBase - 1), P being the extended profile, in which w(i) is P(iHalf + i).
@@ -34,6 +35,6 @@ enum class PassMode : std::int32_t { high_pass = 1, low_pass = 2 };
 //
 // iBase is less than the length of w, and iHalf the half of it, rounded up or down. With iBase
 // below 1 the box is empty and every mean 0/0, a NaN.
-void mvgavg_pass(std::span<float> w, std::int32_t iBase, std::int32_t iHalf, PassMode mode);
+void mvgavg_pass(std::vector<float>& w, std::int32_t iBase, std::int32_t iHalf, PassMode mode);
 
 } // namespace vialto
