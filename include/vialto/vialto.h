@@ -402,6 +402,44 @@ VIALTO_API int32_t VIALTO_CALL grindsimu_2chan_dlldrv(float xStepSize, int32_t i
  * Joints
  * --------------------------------------------------------------------------------------------- */
 
+/*
+ * joint_fault_dlldrv: height difference of the slabs at each joint of a concrete pavement.
+ *
+ * Given:
+ *   iSizeDataArray     number of samples N
+ *   iNumJoints         number of joints J
+ *   xStepSize          sample interval, m
+ *   xJointWindow       half width of the window round a joint whose samples belong to neither slab,
+ *                      mm
+ *   xProfile           [N] elevations, mm
+ *   xJointLoc          [J] joints, m from the start of the profile, such as joint_id_dlldrv finds
+ * Returned:
+ *   xFault             [J] mm, positive where the slab behind stands higher. A joint nearer than
+ *                      2.4384 m to either end of the profile is passed over: its entry keeps what
+ *                      it held.
+ *
+ * Failures (the faults of the joints before it stand, the others are untouched; each routine ends
+ * in "/jntfault_drv/joint_fault_dlldrv", the first one begins with it):
+ *   101  "profile segment for current joint is not defined properly"    a joint behind the end of
+ *                                          the profile or ahead of its start
+ *   101  "x or y data contains NaN"        routine "polycurvfit/joint_func/...": a sample of a slab
+ *                                          is not a number
+ *   101  "error calling imsl drcurv"       the same routine: the window leaves fewer than two
+ *                                          samples a slab
+ *
+ * Notes:
+ *  1. A straight line is fitted to each slab from 2.4384 m away up to the window. The fault is the
+ *     difference of the two lines at one point about 0.15 m past the joint.
+ *  2. The diagnostic file lists the slopes of the slabs, too. That of the right slab is taken
+ *     against the direction of travel, deliberately, and enters the mean slope like that.
+ *
+ * Reference: AASHTO R 36, "Standard Practice for Evaluating Faulting of Concrete Pavements".
+ */
+VIALTO_API int32_t VIALTO_CALL joint_fault_dlldrv(int32_t iSizeDataArray, int32_t iNumJoints,
+                                                  float xStepSize, float xJointWindow,
+                                                  const float* xProfile, const double* xJointLoc,
+                                                  float* xFault, tEvent* event);
+
 /* ------------------------------------------------------------------------------------------------
  * Anti-smoothing
  * --------------------------------------------------------------------------------------------- */
