@@ -402,6 +402,65 @@ VIALTO_API int32_t VIALTO_CALL grindsimu_2chan_dlldrv(float xStepSize, int32_t i
  * Joints
  * --------------------------------------------------------------------------------------------- */
 
+/* tJointIDCfg.i_jntid_method */
+enum {
+    idx_jntid_stepdetect = 1,   /* a step between two neighbouring samples */
+    idx_jntid_valleydetect = 2, /* refused: not implemented */
+    idx_jntid_antismooth = 3,   /* a downward spike about the smoothed profile */
+    idx_jntid_curledge = 4      /* a peak under the rolling straightedge */
+};
+
+/*
+ * joint_id_dlldrv: joints and cracks of a concrete pavement in two wheel tracks.
+ *
+ * Given:
+ *   settings           method and nominal joint spacing; the skewed flag changes nothing
+ *   xStepSize          sample interval, m
+ *   iSizeDataArray     number of samples N of each track
+ *   xLeftProfile       [N] elevations, m
+ *   xRightProfile      [N] elevations, m
+ * Returned, for each track:
+ *   iLeftTypes, iRightTypes          [N] 1 a joint, 2 a crack, 0 past the last feature: count the
+ *                                    entries up to the first 0
+ *   xLeftLocations, xRightLocations  [N] m from the start of the profile, ascending. Past the last
+ *                                    feature they hold what the host gave them or what rejected
+ *                                    detections left (-1.0, or a position).
+ *
+ * Failures (each routine ends in "joint_id_cal/joint_id/joint_id_dlldrv", which is the whole of it
+ * for the first two):
+ *   100  "idx_jntid_valleydetect is not implemented"         method 2
+ *   100  "i_jntid_method is not defined"                     method other than 1 to 4
+ *   100  "No joints found using the curled-edge method"      routine "joint_id_curledge/..."
+ *   100  "No joints found using the anti-smooth method"      routine "joint_id_antismooth/..."
+ *   101  "hi-pass moving average base length is greater the sampling distance"    method 4, routine
+ *        "mvgavg/filtcon_drv/joint_id_curledge/...": a profile no longer than 50 m
+ *   101  "the baselength is only 1 sampling interval- check your input"           method 3, routine
+ *        "antismooth/filtcon_drv/joint_id_antismooth/...": an interval above 0.25 m
+ *   101  "the baselength greater than the profile length - check your input"      method 3, same
+ *        routine: a profile no longer than about 0.25 m
+ *   101  "x_num_act should not be zero"                      method 3, routine
+ *        "norm_cal/joint_id_antismooth/...": a profile no longer than about 0.5 m
+ *   The outputs keep what was written before.
+ *
+ * Notes:
+ *  1. The method runs over the left track, then the right, with a strict threshold, and again with
+ *     a lower one, up to 20 times, until the features of the right track, joints and cracks
+ *     together, exceed 0.9 of what the spacing promises. The left track has no say in that.
+ *  2. A track without a detection in some pass ends the analysis with methods 3 and 4, although a
+ *     lower threshold might find some. Method 1 then reports one joint, at whatever the first
+ *     location held.
+ *  3. Thresholds at first: a step of 2.032 mm (method 1), 4 root mean squares below the smoothed
+ *     profile (3), a deflection of 3 mm either way of a 3 m straightedge (4). A detection within
+ *     0.9144 m (method 1) or 0.5 m of the one before it is the same feature.
+ *  4. The first feature is a joint, and so is every one more than 0.95 spacings behind the last
+ *     joint. Those between are cracks.
+ */
+VIALTO_API int32_t VIALTO_CALL joint_id_dlldrv(const tJointIDCfg* settings, float xStepSize,
+                                               int32_t iSizeDataArray, const float* xLeftProfile,
+                                               const float* xRightProfile, int32_t* iLeftTypes,
+                                               int32_t* iRightTypes, double* xLeftLocations,
+                                               double* xRightLocations, tEvent* event);
+
 /*
  * joint_fault_dlldrv: height difference of the slabs at each joint of a concrete pavement.
  *

@@ -4,9 +4,46 @@
 
 #include "frame/analysis_frame.hpp"
 #include "joints/joint_fault.hpp"
+#include "joints/joint_id.hpp"
 #include "vialto/vialto.h"
 
 using namespace vialto;
+
+int32_t VIALTO_CALL joint_id_dlldrv(const tJointIDCfg* settings, float xStepSize,
+                                    int32_t iSizeDataArray, const float* xLeftProfile,
+                                    const float* xRightProfile, int32_t* iLeftTypes,
+                                    int32_t* iRightTypes, double* xLeftLocations,
+                                    double* xRightLocations, tEvent* event) {
+    return run_export(
+        {.name = "joint_id_dlldrv"}, event,
+        [&](ArgumentCheck& check) {
+            check.address("settings", settings);
+            check.sample_interval("xStepSize", xStepSize);
+            check.array("xLeftProfile", xLeftProfile, iSizeDataArray);
+            check.array("xRightProfile", xRightProfile, iSizeDataArray);
+            check.array("iLeftTypes", iLeftTypes, iSizeDataArray);
+            check.array("iRightTypes", iRightTypes, iSizeDataArray);
+            check.array("xLeftLocations", xLeftLocations, iSizeDataArray);
+            check.array("xRightLocations", xRightLocations, iSizeDataArray);
+        },
+        [&](DiagnosticText& text) {
+            text.record("Joint ID Analysis");
+            text.record("Joint ID method          : ", settings->i_jntid_method);
+            text.record("If skewed joints         : ", settings->if_skewed);
+            text.record("Dominating joint spacing : ", settings->xDomJointSpacing);
+            text.record("Sample Interval (m)  : ", xStepSize);
+            text.record("Num profile Points       : ", iSizeDataArray);
+        },
+        [&] {
+            return joint_id(
+                *settings, xStepSize,
+                {host_array(xLeftProfile, iSizeDataArray), host_array(iLeftTypes, iSizeDataArray),
+                 host_array(xLeftLocations, iSizeDataArray)},
+                {host_array(xRightProfile, iSizeDataArray), host_array(iRightTypes, iSizeDataArray),
+                 host_array(xRightLocations, iSizeDataArray)});
+        },
+        [&](DiagnosticText& text) { text.record("done with the joint_id call"); });
+}
 
 namespace {
 
