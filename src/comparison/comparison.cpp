@@ -1,0 +1,118 @@
+#include "comparison/comparison.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <limits>
+#include <string_view>
+#include <vector>
+
+#include "comparison/preparation.hpp"
+#include "numeric/rounding.hpp"
+#include "ride/ride_drv.hpp"
+
+namespace vialto {
+
+namespace {
+
+constexpr float unreached_coefficient = -999.0F;
+constexpr float unreached_offset = 999.0F; // m
+constexpr float percent = 100.0F;
+
+void mark_unreached(const SweepArrays& arrays) {
+    for (const std::span<float> array : {arrays.final_cc, arrays.roughness, arrays.shape}) {
+        std::fill(array.begin(), array.end(), unreached_coefficient);
+    }
+    std::fill(arrays.offset.begin(), arrays.offset.end(), unreached_offset);
+}
+
+// Resamples what the preparation left of a profile.
+ReturnCode resample_trimmed(std::span<const float> filtered, const tProfinfo& info, float step,
+                            std::vector<float>& resampled) {
+    const auto count = static_cast<std::size_t>(std::int64_t{info.i_filt_leadout} + 1);
+    return resampling(filtered.first(count), info.x_sampleinterval, step, resampled);
+}
+
+// The ride index of the section of interest of the raw profile [m/m].
+ReturnCode section_iri(std::span<const float> raw, const tProfinfo& info, float& xRideIndex) {
+    const std::int64_t count =
+        std::int64_t{info.i_raw_leadout} - std::int64_t{info.i_raw_leadin} + 1;
+    const std::span<const float> section =
+        count > 0 ? raw.subspan(static_cast<std::size_t>(info.i_raw_leadin),
+                                static_cast<std::size_t>(count))
+                  : std::span<const float>{};
+    // Nothing is left out, so that no exclusion flag is read.
+    return ride_drv(vialto_no, info.tFilter.if250mmFilter, idx_ridests_IRI, section, {},
+                    info.x_sampleinterval, xRideIndex);
+}
+
+} // namespace
+
+ReturnCode cc_coefarr(std::int32_t& iCroxCorrPoints, tProfAnalysis& analysis,
+                      const tProfinfo& reference, const tProfinfo& test) {
+    const float step = comparison_step(analysis.if_upsampling, reference, test);
+    analysis.x_normsampleinterval = step;
+    constexpr std::int64_t most = std::numeric_limits<std::int32_t>::max(); // odd, as every count
+    const std::int64_t count = 2 * std::int64_t{nint(analysis.x_offset_max / step)} + 1;
+    iCroxCorrPoints = static_cast<std::int32_t>(std::clamp(count, -most, most));
+    return success;
+}
+
+ReturnCode cc_cal(const ProfilePair& raw, tProfAnalysis& analysis, const ProfileRecords& records,
+                  const ComparisonOutput& output, SweepOptimum& optimum) {
+    constexpr std::string_view name = "cc_cal";
+    mark_unreached(output.sweep);
+
+    std::vector<float> reference_filtered;
+    std::vector<float> test_filtered;
+    if (prefiltering(raw.reference, analysis.if_padding, records.reference, reference_filtered) !=
+            success ||
+        prefiltering(raw.test, analysis.if_padding, records.test, test_filtered) != success) {
+        return pass_failure(name);
+    }
+
+    // Deliberately not the step in the analysis record, which only labels the offsets.
+    const float step = comparison_step(analysis.if_upsampling, records.reference, records.test);
+    std::vector<float> reference;
+    std::vector<float> test;
+    if (resample_trimmed(reference_filtered, records.reference, step, reference) != success ||
+        resample_trimmed(test_filtered, records.test, step, test) != success) {
+        return pass_failure(name);
+    }
+
+    if (cc_sweep({reference, test}, analysis.x_normsampleinterval, analysis.x_offset_max,
+                 output.sweep, optimum) != success) {
+        return pass_failure(name);
+    }
+    analysis.iIndexMaxCorr = optimum.index;
+    if (analysis.if_outputfilt == vialto_yes) {
+        std::copy(reference_filtered.begin(), reference_filtered.end(),
+                  output.xDataArrayRefFilt.begin());
+        std::copy(test_filtered.begin(), test_filtered.end(), output.xDataArrayTestFilt.begin());
+    }
+    return success;
+}
+
+ReturnCode compare_profiles(const ProfilePair& raw, tProfAnalysis& analysis,
+                            const ProfileRecords& records, const ComparisonOutput& output) {
+    SweepOptimum optimum;
+    if (cc_cal(raw, analysis, records, output, optimum) != success) {
+        return failure;
+    }
+    float reference_iri = 0.0F;
+    float test_iri = 0.0F;
+    if (section_iri(raw.reference, records.reference, reference_iri) != success ||
+        section_iri(raw.test, records.test, test_iri) != success) {
+        return failure;
+    }
+    analysis.x_opt_finalcc = optimum.final_cc;
+    analysis.x_opt_shapefactor = optimum.shape;
+    analysis.x_opt_roughcc = optimum.roughness;
+    analysis.x_opt_offset = optimum.offset;
+    analysis.x_ref_iri = reference_iri;
+    analysis.x_test_iri = test_iri;
+    // A reference index of 0 divides by zero: deliberate.
+    analysis.x_iri_diff = (test_iri - reference_iri) / reference_iri * percent;
+    return success;
+}
+
+} // namespace vialto
