@@ -15,7 +15,7 @@ namespace {
 constexpr std::string_view sweep_name = "cc_sweep";
 
 constexpr float smallest_rms = std::numeric_limits<float>::epsilon(); // 1.1920929e-7
-constexpr double smallest_variance_sum = std::numeric_limits<float>::epsilon();
+constexpr auto smallest_variance_sum = static_cast<double>(smallest_rms);
 constexpr float percent = 100.0F;
 
 // The overlap never passes an end; the test is a guard.
