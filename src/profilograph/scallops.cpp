@@ -1,0 +1,242 @@
+#include "profilograph/scallops.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+
+#include "numeric/rounding.hpp"
+
+namespace vialto {
+
+namespace {
+
+constexpr float partial_width_factor = 0.33F;     // of the width of a whole scallop
+constexpr float smallest_height = 1.1920929e-07F; // epsilon of float32
+
+// A lower scallop is an upper one of the trace turned upside down: below, "height" is sign * y, and
+// a change of sign loses no bit. Where the two sides differ all the same, it is deliberate.
+struct Side {
+    std::int32_t Type;
+    float sign;
+};
+
+constexpr Side above{scallop_above, 1.0F};
+constexpr Side below{scallop_below, -1.0F};
+
+struct Lot {
+    std::span<const float> y;
+    float xStepSize;
+    float x0;
+    float bu; // upper edge of the band; the lower one is 0.0 - bu
+    float inv;
+    const ScallopRules& rules;
+
+    // The one place where sample numbers become indexes.
+    [[nodiscard]] float height(Side side, std::size_t i) const { return side.sign * y[i - 1]; }
+
+    // i * xStepSize for a sample number or a number of intervals.
+    [[nodiscard]] float length(std::size_t i) const { return static_cast<float>(i) * xStepSize; }
+
+    [[nodiscard]] float highest(Side side, std::size_t first, std::size_t last) const {
+        float result = height(side, first);
+        for (std::size_t i = first + 1; i <= last; ++i) {
+            result = std::max(result, height(side, i));
+        }
+        return result;
+    }
+
+    // Distance from sample `anchor` on to the edge of the band, along the slope between the samples
+    // i - 1 and i.
+    [[nodiscard]] float to_edge(Side side, std::size_t anchor, std::size_t i) const {
+        return (bu - height(side, anchor)) /
+               (std::fabs(height(side, i) - height(side, i - 1)) * inv);
+    }
+
+    [[nodiscard]] float height_by_rules(float h) const {
+        if (rules.MinScallopHeight > h) {
+            return 0.0F;
+        }
+        if (rules.ScallopRound > 0.0F) {
+            return static_cast<float>(truncate(h / rules.ScallopRound + 0.5F)) * rules.ScallopRound;
+        }
+        return h;
+    }
+};
+
+// The sample from which the crossing ahead of the first sample outside the band is measured: the
+// one before it for an upper scallop, that sample itself for a lower one.
+std::size_t begin_anchor(Side side, std::size_t first_outside) {
+    return side.Type == scallop_above ? first_outside - 1 : first_outside;
+}
+
+// Judges the scallop with the first sample s outside the band and the first sample e back in it.
+ReturnCode evaluate(const Lot& lot, Side side, std::size_t s, std::size_t e, LotScallops& found) {
+    if (found.scallops.size() >= max_scallops) {
+        // Deliberately under the name of its caller: the path reads pgindex/pgindex/pgindex_dll.
+        return raise_failure("maximum number of scallops exceeds the program limits. Try with "
+                             "smaller segments",
+                             "pgindex");
+    }
+    // The raw height counts whatever the rules make of it.
+    const float raw = lot.highest(side, s, e) - lot.bu;
+    found.xSumRaw += raw;
+    const float height = lot.height_by_rules(raw);
+    if (!(height > smallest_height)) {
+        return success;
+    }
+    found.xSumRnd += height;
+    const std::size_t anchor = begin_anchor(side, s);
+    found.scallops.push_back({.Type = side.Type,
+                              .BeginX = lot.length(anchor) + lot.x0 + lot.to_edge(side, anchor, s),
+                              .EndX = lot.length(e) + lot.x0 - lot.to_edge(side, e, e),
+                              .iStart = static_cast<std::int32_t>(s),
+                              .iEnd = static_cast<std::int32_t>(e - 1),
+                              .MxHts = height});
+    return success;
+}
+
+// Follows the trace on one side of the band.
+class Excursion {
+public:
+    explicit Excursion(Side side) : side_(side) {}
+
+    // One step of the scan, to sample number i. A trace that starts outside the band has opened
+    // nothing, and so closes nothing.
+    [[nodiscard]] ReturnCode step(const Lot& lot, std::size_t i, LotScallops& found) {
+        const float here = lot.height(side_, i);
+        const float before = lot.height(side_, i - 1);
+        if (here > lot.bu && lot.bu >= before) {
+            start_ = i;
+        } else if (lot.bu >= here && before > lot.bu && start_ < i) {
+            const std::size_t s = start_;
+            start_ = none_open;
+            if (lot.length(i - s) >= lot.rules.MinScallopWidth) {
+                return evaluate(lot, side_, s, i, found);
+            }
+        }
+        return success;
+    }
+
+private:
+    static constexpr std::size_t none_open = std::numeric_limits<std::size_t>::max();
+
+    Side side_;
+    std::size_t start_ = none_open;
+};
+
+ReturnCode scan_whole_scallops(const Lot& lot, LotScallops& found) {
+    Excursion upper(above);
+    Excursion lower(below);
+    for (std::size_t i = 2; i <= lot.y.size(); ++i) {
+        if (upper.step(lot, i, found) != success || lower.step(lot, i, found) != success) {
+            return failure;
+        }
+    }
+    return success;
+}
+
+// A partial scallop over the samples first to last with its heights and, if they are high enough,
+// its type.
+PartialScallop measure_partial(const Lot& lot, Side side, std::size_t first, std::size_t last) {
+    PartialScallop partial;
+    partial.xRawHt = lot.highest(side, first, last) - lot.bu;
+    partial.xRndHt = lot.height_by_rules(partial.xRawHt);
+    if (partial.xRndHt > smallest_height) {
+        partial.iType = side.Type;
+    }
+    return partial;
+}
+
+// The partial scallop in which the lot starts, looked for up to sample `limit`.
+PartialScallop start_partial(const Lot& lot, Side side, std::size_t limit) {
+    std::size_t j = 2;
+    while (j <= limit && !(lot.bu > lot.height(side, j))) {
+        ++j;
+    }
+    if (lot.length(j - 2) < partial_width_factor * lot.rules.MinScallopWidth) {
+        return {};
+    }
+    const std::size_t m = j - 1;
+    PartialScallop partial = measure_partial(lot, side, 1, m);
+    if (partial.iType == no_scallop) {
+        return partial;
+    }
+    partial.iStart = 1;
+    // Deliberately one less than the last sample outside the band; and the crossing is projected
+    // forward from that sample, not taken between it and the next. With no sample before it there
+    // is no slope to project along.
+    partial.iEnd = static_cast<std::int32_t>(j - 2);
+    partial.EndX = (m > 1 ? lot.length(m) - lot.to_edge(side, m, m) : lot.length(m)) + lot.x0;
+    partial.BeginX = side.Type == scallop_above ? lot.x0 : lot.xStepSize + lot.x0;
+    return partial;
+}
+
+// The partial scallop in which the lot ends, looked for down to sample `first`.
+PartialScallop end_partial(const Lot& lot, Side side, std::size_t first) {
+    const std::size_t n = lot.y.size();
+    std::size_t p = n - 1;
+    if (n > first) {
+        while (p >= first && !(lot.bu > lot.height(side, p))) {
+            --p;
+        }
+    }
+    if (lot.length(n - p - 1) < partial_width_factor * lot.rules.MinScallopWidth) {
+        return {};
+    }
+    PartialScallop partial = measure_partial(lot, side, p + 1, n);
+    if (partial.iType == no_scallop) {
+        return partial;
+    }
+    partial.iStart = static_cast<std::int32_t>(p + 1);
+    partial.iEnd = static_cast<std::int32_t>(n);
+    // With no sample before the first there is no crossing to measure.
+    const std::size_t anchor = begin_anchor(side, p + 1);
+    partial.BeginX =
+        (p > 0 ? lot.length(anchor) + lot.to_edge(side, anchor, p + 1) : lot.length(anchor)) +
+        lot.x0;
+    partial.EndX = lot.length(n) + lot.x0;
+    return partial;
+}
+
+void find_partial_scallops(const Lot& lot, LotScallops& found) {
+    const std::size_t n = lot.y.size();
+    const bool none = found.scallops.empty();
+    const std::size_t limit =
+        none ? n : static_cast<std::size_t>(found.scallops.front().iStart) - 1;
+    const std::size_t first = none ? 1 : static_cast<std::size_t>(found.scallops.back().iEnd) + 1;
+    for (const Side side : {above, below}) {
+        if (lot.height(side, 1) > lot.bu) {
+            found.edges.start = start_partial(lot, side, limit);
+        }
+        if (lot.height(side, n) > lot.bu) {
+            found.edges.end = end_partial(lot, side, first);
+        }
+    }
+}
+
+} // namespace
+
+ReturnCode CountScallops(std::span<const float> y, float xStepSize, float x0,
+                         const ScallopRules& rules, LotScallops& found) {
+    const Lot lot{.y = y,
+                  .xStepSize = xStepSize,
+                  .x0 = x0,
+                  .bu = rules.BlankingBand * 0.5F,
+                  .inv = 1.0F / xStepSize,
+                  .rules = rules};
+    found.scallops.clear();
+    found.xSumRaw = 0.0F;
+    found.xSumRnd = 0.0F;
+    found.edges = {};
+    if (y.empty()) {
+        return success;
+    }
+    if (scan_whole_scallops(lot, found) != success) {
+        return failure;
+    }
+    find_partial_scallops(lot, found);
+    return success;
+}
+
+} // namespace vialto
