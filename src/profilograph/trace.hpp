@@ -1,0 +1,29 @@
+// The trace of a simulated profilograph: a rigid beam on pairs of support wheels, with a sensing
+// wheel at its middle.
+//
+// Reference: ASTM E1274, Standard Test Method for Measuring Pavement Roughness Using a
+// Profilograph.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "frame/event.hpp"
+
+namespace vialto {
+
+// Given: the sample interval [m]; the distance of each wheel pair from the sensing wheel [m], at
+// least one, none negative, in any order; the profile of the stretch.
+// Returned: the trace, as many samples as the profile and in its unit: the profile less the mean
+// height of all support wheels, each wheel between two samples standing on the straight line
+// between them. iBeginElem and iEndElem are the 0-based first and last sample at which all wheels
+// stand on the stretch; the trace is 0.0 outside of them.
+//
+// Fails with "nsamp < 2*maxsampbegin" if the stretch is not longer than twice the reach of the
+// longest pair, and with "maxsampbegin > minsampend" if no sample is left; the two indexes are then
+// untouched.
+[[nodiscard]] ReturnCode pgfilter(float xStepSize, std::span<const float> xWheelOffsets,
+                                  std::span<const float> xProfile, std::span<float> xPGTrace,
+                                  std::int32_t& iBeginElem, std::int32_t& iEndElem);
+
+} // namespace vialto
