@@ -1,0 +1,215 @@
+#include "profilograph/profile_index.hpp"
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "numeric/line_fit.hpp"
+#include "profilograph/scallops.hpp"
+
+namespace vialto {
+
+namespace {
+
+constexpr std::string_view name = "pgindex";
+
+// The lot from which on a start partial scallop takes an earlier end partial scallop out.
+constexpr std::size_t first_lot_that_takes_out = 3;
+
+// The trend line of a lot: its height at the first and at the last sample.
+struct Trend {
+    float yStart;
+    float yEnd;
+};
+
+ScallopRules rules_of(const PGSettings& settings) {
+    return {.BlankingBand = settings.BlankingBand,
+            .MinScallopWidth = settings.MinScallopWidth,
+            .ScallopRound = settings.ScallopRound,
+            .MinScallopHeight = settings.MinScallopHeight};
+}
+
+// Distances of the first `count` samples from the first one.
+std::vector<float> distances(std::size_t count, float xStepSize) {
+    std::vector<float> x(count);
+    for (std::size_t k = 0; k < count; ++k) {
+        x[k] = static_cast<float>(static_cast<std::int32_t>(k)) * xStepSize;
+    }
+    return x;
+}
+
+// Takes the least-squares line out of y, which has the length of x.
+Trend DetrendProfile(std::span<const float> x, std::span<float> y) {
+    const auto [b0, b1] = fit_line(x, y);
+    for (std::size_t k = 0; k < y.size(); ++k) {
+        y[k] = y[k] - b0 - x[k] * b1;
+    }
+    return {b0, x.back() * b1 + b0};
+}
+
+void set_band(const Trend& trend, float half, LotResult& result) {
+    result.xBBUpperStart = half + trend.yStart;
+    result.xBBUpperEnd = half + trend.yEnd;
+    result.xBBLowerStart = trend.yStart - half;
+    result.xBBLowerEnd = trend.yEnd - half;
+}
+
+Scallop as_scallop(const PartialScallop& partial) {
+    return {.Type = partial.iType,
+            .BeginX = partial.BeginX,
+            .EndX = partial.EndX,
+            .iStart = partial.iStart,
+            .iEnd = partial.iEnd,
+            .MxHts = partial.xRndHt};
+}
+
+// What the next lot needs of the last one that was counted; a lot of one sample leaves it alone.
+struct PreviousLot {
+    PartialScallop end;
+    TraceLot* lot = nullptr;
+};
+
+// Puts the partial scallop at the lot's start ahead of the others. Of a scallop that straddles a
+// lot boundary, both parts count if the later one is the higher, and neither if it is not: that
+// asymmetry, the exception of the second lot, and this lot's Linv in the other lot's indexes are
+// deliberate.
+ReturnCode join_start_partial(std::size_t lot_number, float Linv, const PreviousLot& previous,
+                              LotScallops& found) {
+    const PartialScallop& start = found.edges.start;
+    if (start.iType == no_scallop) {
+        return success;
+    }
+    if (found.scallops.size() >= max_scallops) {
+        return raise_failure("maximum allowable scallops exceeded for a segment", name);
+    }
+    found.scallops.insert(found.scallops.begin(), as_scallop(start));
+    if (start.xRndHt > previous.end.xRndHt) {
+        found.xSumRaw += start.xRawHt;
+        found.xSumRnd += start.xRndHt;
+    } else if (lot_number >= first_lot_that_takes_out && previous.lot != nullptr) {
+        previous.lot->result.RndPI -= previous.end.xRndHt * Linv;
+        previous.lot->result.RawPI -= previous.end.xRawHt * Linv;
+    }
+    return success;
+}
+
+void append_end_partial(LotScallops& found) {
+    const PartialScallop& end = found.edges.end;
+    if (end.iType != no_scallop) {
+        found.xSumRaw += end.xRawHt;
+        found.xSumRnd += end.xRndHt;
+        found.scallops.push_back(as_scallop(end));
+    }
+}
+
+// Writes the scallops of a lot behind the iNumDefects records that stand.
+ReturnCode write_defects(const TraceLot& lot, std::span<const Scallop> scallops, float xStepSize,
+                         float xSlope, std::int32_t iNumDefects, std::span<tPGDefect> tDefects) {
+    auto place = static_cast<std::size_t>(iNumDefects);
+    if (place + scallops.size() > std::size_t{i_PG_maxdefects}) {
+        return raise_failure("maximum allowable scallops exceeded for the entire trace", name);
+    }
+    const auto s = static_cast<std::int32_t>(lot.iStart);
+    const float base = static_cast<float>(s) * xStepSize - xStepSize;
+    for (const Scallop& scallop : scallops) {
+        if (place >= tDefects.size()) {
+            return raise_failure("PG Defects > i_PG_maxdefects. Try cropping the profiles", name);
+        }
+        // The slope is taken on the lot's own distance, which starts one step past its first
+        // sample: deliberate.
+        const float xBand =
+            scallop.Type == scallop_above ? lot.result.xBBUpperStart : lot.result.xBBLowerStart;
+        // The one place where sample numbers of the lot become indexes of the stretch.
+        tDefects[place] = {.iStart = s - 1 + scallop.iStart,
+                           .iEnd = s - 1 + scallop.iEnd,
+                           .BeginX = scallop.BeginX + base,
+                           .BeginY = scallop.BeginX * xSlope + xBand,
+                           .EndX = base + scallop.EndX,
+                           .EndY = xBand + scallop.EndX * xSlope,
+                           .MxHts = scallop.MxHts,
+                           .Type = scallop.Type};
+        ++place;
+    }
+    return success;
+}
+
+// The analysis of one lot after the other.
+class LotAnalysis {
+public:
+    LotAnalysis(float xStepSize, const PGSettings& settings, std::span<const float> xTrace)
+        : xStepSize_(xStepSize), half_(settings.BlankingBand * 0.5F), rules_(rules_of(settings)),
+          xTrace_(xTrace) {}
+
+    // Lot number lot_number of the list, of more than one sample and inside the stretch.
+    [[nodiscard]] ReturnCode run(std::size_t lot_number, TraceLot& lot, std::int32_t& iNumDefects,
+                                 std::span<tPGDefect> tDefects) {
+        constexpr float x0 = 0.0F;
+        const auto s = static_cast<std::size_t>(lot.iStart);
+        const std::size_t n = static_cast<std::size_t>(lot.iEnd) - s + 1;
+        // From the lot's first sample to its last: one interval less than it has samples.
+        const float Linv = 1.0F / (static_cast<float>(n - 1) * xStepSize_);
+
+        const std::span<const float> samples = xTrace_.subspan(s, n);
+        y_.assign(samples.begin(), samples.end());
+        if (x_.size() < n) {
+            x_ = distances(n, xStepSize_);
+        }
+        const Trend trend = DetrendProfile(std::span(x_).first(n), y_);
+        set_band(trend, half_, lot.result);
+        const float xSlope = (trend.yEnd - trend.yStart) * Linv;
+
+        if (CountScallops(y_, xStepSize_, x0, rules_, found_) != success) {
+            return pass_failure(name);
+        }
+        if (join_start_partial(lot_number, Linv, previous_, found_) != success) {
+            return failure;
+        }
+        append_end_partial(found_);
+        previous_ = {found_.edges.end, &lot};
+        if (write_defects(lot, found_.scallops, xStepSize_, xSlope, iNumDefects, tDefects) !=
+            success) {
+            return failure;
+        }
+        lot.result.RawPI = found_.xSumRaw * Linv;
+        lot.result.RndPI = found_.xSumRnd * Linv;
+        iNumDefects += static_cast<std::int32_t>(found_.scallops.size());
+        return success;
+    }
+
+private:
+    float xStepSize_;
+    float half_;
+    ScallopRules rules_;
+    std::span<const float> xTrace_;
+    std::vector<float> x_; // m; distances from the first sample, of the longest lot so far
+    std::vector<float> y_; // the lot, detrended
+    LotScallops found_;
+    PreviousLot previous_;
+};
+
+} // namespace
+
+ReturnCode pgindex(float xStepSize, const PGSettings& settings, std::span<const float> xTrace,
+                   std::span<TraceLot> tLots, std::int32_t& iNumDefects,
+                   std::span<tPGDefect> tDefects) {
+    iNumDefects = 0;
+    LotAnalysis analysis(xStepSize, settings, xTrace);
+    for (std::size_t k = 0; k < tLots.size(); ++k) {
+        TraceLot& lot = tLots[k];
+        lot.result = {};
+        if (lot.iEnd <= lot.iStart) {
+            continue;
+        }
+        // A lot is refused as a whole and before it is read, so no defect of a counted lot can end
+        // outside the stretch.
+        if (lot.iStart < 0 || lot.iEnd >= static_cast<std::int64_t>(xTrace.size())) {
+            return raise_failure("End location of a defect exceeds the profile length.", name);
+        }
+        if (analysis.run(k + 1, lot, iNumDefects, tDefects) != success) {
+            return failure;
+        }
+    }
+    return success;
+}
+
+} // namespace vialto
