@@ -315,6 +315,127 @@ VIALTO_API int32_t VIALTO_CALL rse_dlldrv(int32_t iSizeDataArray, float xStepSiz
  * Profilograph
  * --------------------------------------------------------------------------------------------- */
 
+/*
+ * pgfilt_dll: trace of a simulated profilograph.
+ *
+ * A rigid beam rests on pairs of wheels and carries a sensing wheel at its middle. The trace is the
+ * profile at the sensing wheel less the mean height of all support wheels.
+ *
+ * Given:
+ *   iStartIndex        first profile sample to use, from 0
+ *   iEndIndex          last profile sample to use, inclusive
+ *   xStepSize          sample interval, m
+ *   iNumWheelOffsets   number of wheel pairs, at least 1
+ *   iNumPoints         length of the host's profile; written to the diagnostic file, and used for
+ *                      nothing else: that the arrays reach to iEndIndex is the host's promise
+ *   xWheelOffsets      [iNumWheelOffsets] distance of each pair ahead of and behind the sensing
+ *                      wheel, m, in any order
+ *   xProfile           [iEndIndex + 1] the host's whole profile
+ * Returned:
+ *   xPGTrace           [iEndIndex + 1] the trace, in the unit of the profile and at its indexes.
+ *                      Only BeginElemIdx to EndElemIdx are written. It may be the array xProfile.
+ *   BeginElemIdx       first valid sample of xPGTrace, from 0
+ *   EndElemIdx         last valid sample, inclusive
+ *
+ * Failures (no output is written):
+ *   101  "nsamp < 2*maxsampbegin", routine "pgfilter/pgfilt_dll"        the stretch is not longer
+ *        than twice the reach of the longest pair, counted in samples from the sensing wheel's own
+ *        on and with the last one outward; equality fails as well, whatever the words say. So does
+ *        an iEndIndex before iStartIndex.
+ *   101  "maxsampbegin > minsampend", routine "pgfilter/pgfilt_dll"     no sample has all wheels on
+ *        the stretch; the test above leaves nothing for this one
+ *   100  "iNumWheelOffsets is not positive", "xWheelOffsets holds an offset that is negative or not
+ *        finite", "iStartIndex is negative", "iEndIndex makes the stretch longer than 2147483647
+ *        samples", routine "pgfilt_dll"
+ *
+ * Notes:
+ *  1. A wheel within 1e-5 intervals of a sample stands on it. Any other wheel stands on the
+ * straight line between its two neighbours.
+ *  2. All pairs weigh the same; a pair at distance 0.0 counts the sample below the sensing wheel
+ *     twice.
+ *
+ * Reference: ASTM E1274, Measuring Pavement Roughness Using a Profilograph.
+ */
+VIALTO_API int32_t VIALTO_CALL pgfilt_dll(int32_t iStartIndex, int32_t iEndIndex, float xStepSize,
+                                          int32_t iNumWheelOffsets, int32_t iNumPoints,
+                                          const float* xWheelOffsets, const float* xProfile,
+                                          float* xPGTrace, int32_t* BeginElemIdx,
+                                          int32_t* EndElemIdx, tEvent* event);
+
+/*
+ * pgindex_dll: profile index of the lots of a profilograph trace, and the list of its scallops.
+ *
+ * Each lot is detrended by itself with its least-squares line. What leaves the blanking band about
+ * that line is a scallop; the index of the lot is the sum of their heights per metre.
+ *
+ * Given:
+ *   iStartIndex   first trace sample to use, from 0
+ *   iEndIndex     last trace sample to use, inclusive
+ *   xStepSize     sample interval, m
+ *   xPGSettings   [6] in this order, heights in the unit of the trace:
+ *                   BlankingBand      full width of the band about the trend line
+ *                   MinScallopWidth   m; narrowest scallop that counts
+ *                   MinScallopHeight  lowest scallop that counts
+ *                   ScallopRound      rounding step of scallop heights; 0.0 or less for none
+ *                   BumpCutoffHeight  written to the diagnostic file, without any effect
+ *                   BumpChordlength   m; likewise
+ *   iNumPoints    length of the host's trace; written to the diagnostic file, and used for nothing
+ *                 else: that xPGTrace reaches to iEndIndex is the host's promise
+ *   xPGTrace      [iEndIndex + 1] the host's whole trace
+ *   iNumLots      number of lots
+ *   tPGLots       [iNumLots] iStart and iEnd of each lot; lots come in any order, and may overlap
+ * or leave gaps iNumBumps     number of records in tPGBumps, read only; above 5000 it counts as
+ * 5000, below 0 as 0 Returned: tPGLots       [iNumLots] the band and the two indexes of each lot;
+ * iStart and iEnd stay iNumDefects   number of records written to tPGDefects tPGDefects    [5000]
+ * the scallops: lot by lot, the partial one in which the lot starts, the whole ones in the order in
+ * which they close, the partial one in which it ends tPGBumps      [iNumBumps] the host's own
+ * records, moved by iStartIndex: iStart and iEnd by as many samples (saturating at the ends of
+ * int32), BeginX and EndX by iStartIndex * xStepSize. No step fills this list. It may be null when
+ * it holds no record.
+ *
+ * Failures (tPGLots and tPGBumps are not written; iNumDefects counts the defects of the lots before
+ * the failing one; tPGDefects keeps what was written, with indexes and distances that count from
+ * iStartIndex):
+ *   101  "End location of a defect exceeds the profile length."    a lot of more than one sample
+ *        reaches outside iStartIndex to iEndIndex
+ *   101  "maximum allowable scallops exceeded for a segment"       a partial scallop at the start
+ * of a lot would come on top of 1000 whole ones 101  "maximum allowable scallops exceeded for the
+ * entire trace"        more than 5000 defects 101  "PG Defects > i_PG_maxdefects. Try cropping the
+ * profiles"         the same; the test above leaves nothing for it routine "pgindex/pgindex_dll"
+ * for these four 101  "maximum number of scallops exceeds the program limits. Try with smaller
+ * segments" routine "pgindex/pgindex/pgindex_dll"                     more than 1000 scallops in a
+ * lot 101  "iNumDefects > i_PG_maxdefects", routine "pgindex_dll"            never comes, likewise
+ *   100  "iStartIndex is negative", "iEndIndex lies before iStartIndex", "iEndIndex makes the
+ *        stretch longer than 2147483647 samples", routine "pgindex_dll": no output is written
+ *
+ * Notes:
+ *  1. A lot of one sample, or with iEnd before iStart, gets -1.0 in both indexes and 0.0 in its
+ * band fields, wherever it lies. The lots around it count as neighbours.
+ *  2. A lot is divided by (iEnd - iStart) * xStepSize: its length runs from its first sample to its
+ *     last.
+ *  3. A sample on the edge of the band is inside it. A scallop that is wide enough adds its raw
+ *     height to RawPI even if the rules make it 0.0; it then is no defect. One that is too narrow
+ *     counts nowhere. A partial scallop needs 0.33 of the width of a whole one.
+ *  4. A partial scallop at a lot's start always is a defect, but it adds to the indexes only if it
+ *     is higher than the partial scallop at the end of the lot counted before. If it is not, that
+ *     earlier one leaves the indexes of its lot as well, taken by this lot's length, except for the
+ *     second lot in the list. So a scallop across a boundary counts twice or not at all, on
+ * purpose.
+ *  5. The crossings of partial scallops, their last samples and the heights BeginY and EndY (taken
+ *     one interval further along the trend line than the distances) are asymmetric on purpose. The
+ *     EndX of a partial scallop at a lot's start is projected along its last two samples, and is
+ *     infinite where these are equal.
+ *  6. A lot with a NaN in it has no scallops: its indexes are 0.0 and its band is a NaN.
+ *
+ * Reference: ASTM E1274, Measuring Pavement Roughness Using a Profilograph.
+ */
+VIALTO_API int32_t VIALTO_CALL pgindex_dll(int32_t iStartIndex, int32_t iEndIndex, float xStepSize,
+                                           const float* xPGSettings, int32_t iNumPoints,
+                                           const float* xPGTrace, int32_t iNumLots, tPGLot* tPGLots,
+                                           int32_t* iNumDefects, tPGDefect* tPGDefects,
+                                           const int32_t* iNumBumps, tPGDefect* tPGBumps,
+                                           tEvent* event);
+
 /* ------------------------------------------------------------------------------------------------
  * Grinding
  * --------------------------------------------------------------------------------------------- */
