@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -50,6 +51,8 @@ BENCHMARK_CAPTURE(filter, butterworth_high, idx_filttyp_bwfilt, 3, 91.0F, 0.0F, 
 BENCHMARK_CAPTURE(filter, butterworth_low, idx_filttyp_bwfilt, 2, 0.0F, 0.3F, elevation);
 BENCHMARK_CAPTURE(filter, butterworth_band, idx_filttyp_bwfilt, 1, 91.0F, 0.3F, elevation);
 BENCHMARK_CAPTURE(filter, anti_smoothing, idx_filttyp_antismooth, 0, 0.0F, 2.5F, elevation);
+BENCHMARK_CAPTURE(filter, bridge_250mm, idx_filttyp_bridge, 0, 0.0F, 0.25F, elevation);
+BENCHMARK_CAPTURE(filter, bridge_10m, idx_filttyp_bridge, 0, 0.0F, 10.0F, elevation);
 BENCHMARK_CAPTURE(filter, detrending, idx_filttyp_detrend, 0, 0.0F, 0.0F, elevation);
 
 // The plain loops of the tests, for comparison.
@@ -86,6 +89,18 @@ void literal_butterworth_band(benchmark::State& state) {
     }
 }
 BENCHMARK(literal_butterworth_band);
+
+void literal_bridge(benchmark::State& state) {
+    const auto profile = test::random_road(samples, interval, 1);
+    const auto base = static_cast<std::size_t>(state.range(0));
+    const std::span<const float> road(profile);
+    for (auto _ : state) {
+        for (std::size_t first = 0; first + base <= samples; ++first) {
+            benchmark::DoNotOptimize(test::literal_bridge_level(road.subspan(first, base), 0.001F));
+        }
+    }
+}
+BENCHMARK(literal_bridge)->Arg(10)->Arg(400);
 
 // The export with its diagnostic file: three numbers for each of the 64272 valid elements.
 void antismth_dlldrv_call(benchmark::State& state) {

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "filters/anti_smoothing.hpp"
+#include "filters/bridge.hpp"
 #include "filters/butterworth.hpp"
 #include "filters/detrend.hpp"
 #include "filters/moving_average.hpp"
@@ -50,6 +51,9 @@ ReturnCode filtcon_drv(std::span<const float> xProfile, float xStepSize, tFiltCo
         break;
     case idx_filttyp_detrend:
         code = detrend(xProfile, xStepSize, settings, xFiltered);
+        break;
+    case idx_filttyp_bridge:
+        code = bridge_filter_drv(xProfile, xStepSize, settings, xFiltered);
         break;
     default:
         return raise_failure("Illegal Main filter type", routine_name);

@@ -26,10 +26,11 @@ namespace vialto {
 
 enum class PassMode : std::int32_t { high_pass = 1, low_pass = 2 };
 
-// One stage, in place (w grows by the extension for the time being): each element of w becomes the mean of a box of iBase samples around it
-// (low-pass) or itself minus that mean (high-pass). The ends are extended by iHalf samples along
-// the least-squares lines through the first and the last iHalf samples. The box of element i, from
-// 1, covers P(i) to P(i + iBase - 1), P being the extended profile, in which w(i) is P(iHalf + i).
+// One stage, in place (w grows by the extension for the time being): each element of w becomes the
+// mean of a box of iBase samples around it (low-pass) or itself minus that mean (high-pass). The
+// ends are extended by iHalf samples along the least-squares lines through the first and the last
+// iHalf samples. The box of element i, from 1, covers P(i) to P(i + iBase - 1), P being the
+// extended profile, in which w(i) is P(iHalf + i).
 //
 // The mean is updated by the sample that enters and the one that leaves, never summed anew.
 //

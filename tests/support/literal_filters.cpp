@@ -169,4 +169,26 @@ std::vector<double> literal_butterworth_low_pass(std::vector<double> profile, fl
     return profile;
 }
 
+std::optional<float> literal_bridge_level(std::span<const float> window, float tolerance) {
+    float z = -10'000'000.0F;
+    for (const float sample : window) {
+        z = std::max(z, sample);
+    }
+    float v = 0.0F;
+    int iter = 0;
+    do {
+        iter = iter + 1;
+        z = (z - tolerance) + v;
+        if (iter > 1000) {
+            return std::nullopt;
+        }
+        v = 0.0F;
+        for (const float sample : window) {
+            v = v + std::max(sample - z, 0.0F);
+        }
+        v = v / static_cast<float>(window.size());
+    } while (!(std::abs(tolerance - v) / tolerance <= 0.001F));
+    return tolerance + z;
+}
+
 } // namespace vialto::test

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -25,5 +26,9 @@ namespace vialto::test {
                                                                 float interval, float wavelength);
 [[nodiscard]] std::vector<double> literal_butterworth_low_pass(std::vector<double> profile,
                                                                float interval, float wavelength);
+
+// The level of one window of the bridge filter; none where 1000 iterations do not find it.
+[[nodiscard]] std::optional<float> literal_bridge_level(std::span<const float> window,
+                                                        float tolerance);
 
 } // namespace vialto::test
