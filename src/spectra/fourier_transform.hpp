@@ -1,0 +1,26 @@
+// The Fourier transform of real samples, for lengths that are powers of 2.
+//
+// A stretch of 2h samples is transformed as h complex numbers, whose spectrum is then split into
+// that of the samples. The complex transform lays its h numbers out as a matrix and transforms
+// first the columns, then the rows, sixteen side by side: every loop runs over sixteen contiguous
+// numbers, the working set of a pass stays in the cache for stretches of any length, and the
+// numbers cross the memory only twice.
+//
+// Reference: D. H. Bailey, "FFTs in External or Hierarchical Memory", Journal of Supercomputing 4,
+// 1990.
+#pragma once
+
+#include <span>
+
+namespace vialto {
+
+// Given: x, 2h samples, h a power of 2 from 1 to 2^23.
+// Returned: re and im, h + 1 bins each, bin j being the sum over i of x[i] exp(-2 pi i j / 2h),
+// scaled by 1/h: a sinusoid that fits the transform has its amplitude as the magnitude of its bin.
+// Bins 0 and h (the mean and the Nyquist frequency) come out at twice their amplitude, with the
+// imaginary part 0.0.
+//
+// The three arrays do not overlap. The factors of rotation are taken in 64-bit and rounded once.
+void fourier_transform(std::span<const float> x, std::span<float> re, std::span<float> im);
+
+} // namespace vialto
