@@ -277,6 +277,60 @@ VIALTO_API int32_t VIALTO_CALL ride_dlldrv(int32_t ifExcludeLeaveout, int32_t if
  * --------------------------------------------------------------------------------------------- */
 
 /*
+ * psd_dll: power spectral density of a stretch of profile.
+ *
+ * Given:
+ *   iBeginElemIdx      first sample of the stretch, from 0
+ *   iEndElemIdx        last sample of the stretch, inclusive
+ *   iPSDType           1 density of elevation, m^3 (m^2 per cycle/m), 2 density of slope, m
+ *   iOctaveBands       1 a grid of frequencies with iPointsPerOctave points per octave, 2 an evenly
+ *                      spaced one
+ *   iPointsPerOctave   points per octave; below 1 stands for 6
+ *   xFreqInterval      cycles/m; spacing of the even grid. Below the lowest frequency that the
+ *                      stretch allows, and for a NaN, it is that frequency.
+ *   iSizeDataArray     number of points N of the stretch, iEndElemIdx - iBeginElemIdx + 1
+ *   xStepSize          sample interval, m
+ *   xProfile           the whole profile, at least iEndElemIdx + 1 elevations, m
+ * Returned:
+ *   xFreq              [N] grid frequencies, cycles/m
+ *   xPSD               [N] one-sided densities at them
+ *   iFreqBegin         first valid element of xFreq and xPSD, from 0
+ *   iFreqEnd           last valid element, below iFreqBegin where there is none
+ *   Elements outside iFreqBegin to iFreqEnd are untouched.
+ *
+ * Failures (outputs are untouched):
+ *   101  "profile data exceeds maximum allowed - may change later"    N above 10,000,000
+ *   101  "iPSDType is not well-defined"                               other than 1 and 2
+ *   101  "iOctaveBands is not well-defined"                           other than 1 and 2
+ *        The routine is "psd_drv/psd_dll" for these three.
+ *   100  "iBeginElemIdx is negative"                                  routine "psd_dll"
+ *
+ * Notes:
+ *  1. With p the power of 2 at or above N, the lowest frequency is 1 / (xStepSize * (p - 1)); it is
+ *     also the smallest step of the octave grid. The grid ends at the Nyquist frequency,
+ *     0.5 / xStepSize, or at 100,000 points.
+ *  2. Element i is the mean density between the middles of the grid's spaces below and above it:
+ *     arithmetic middles in the even grid, geometric ones in the octave grid. Where the grid is
+ *     finer than the transform, a band that holds no bin of its own takes the value of the one
+ *     before. The first bands, below the second bin, and the last ones have no value.
+ *  3. The stretch is differenced, less its mean slope, and transformed as a whole. The transform
+ * has the power of 2 at or above N - 1 points, with zeros behind the stretch; where N - 1 is above
+ * a power of 2 by up to 7 parts in a million, that power is its length, and the differences behind
+ *     it take no part beyond the mean.
+ *  4. N governs: points of the stretch behind iEndElemIdx are not read and count as 0.0. N of 1 or
+ *     less is a success with the empty range 0 to -1.
+ *  5. The diagnostic file holds the table of xFreq and xPSD, which takes longer to write than the
+ *     analysis where the grid has tens of thousands of points.
+ *
+ * Reference: J. S. Bendat, A. G. Piersol, "Random Data: Analysis and Measurement Procedures".
+ */
+VIALTO_API int32_t VIALTO_CALL psd_dll(int32_t iBeginElemIdx, int32_t iEndElemIdx, int32_t iPSDType,
+                                       int32_t iOctaveBands, int32_t iPointsPerOctave,
+                                       float xFreqInterval, int32_t iSizeDataArray, float xStepSize,
+                                       const float* xProfile, float* xFreq, float* xPSD,
+                                       int32_t* iFreqBegin, int32_t* iFreqEnd, tEvent* event);
+
+/*
  * rse_dlldrv: deflection under a rolling straightedge.
  *
  * Given:

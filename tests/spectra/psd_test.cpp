@@ -1,0 +1,232 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numeric>
+#include <vector>
+
+#include "spectra/frequency_grid.hpp"
+#include "spectra/psd_drv.hpp"
+#include "support/host.hpp"
+#include "support/literal_spectrum.hpp"
+#include "support/roads.hpp"
+#include "vialto/vialto.h"
+
+namespace vialto::test {
+
+namespace {
+
+constexpr float unwritten = -7.0F;
+constexpr float infinite = std::numeric_limits<float>::infinity();
+constexpr float not_a_number = std::numeric_limits<float>::quiet_NaN();
+
+struct Call {
+    tPSDCon settings;
+    float interval;
+    std::int32_t begin;
+    std::int32_t end;
+    std::int32_t size;
+};
+
+struct Spectrum {
+    Spectrum(const Call& call, const std::vector<float>& profile)
+        : frequency(static_cast<std::size_t>(std::max(call.size, 0)), unwritten),
+          density(frequency) {
+        result = psd_dll(call.begin, call.end, call.settings.iPSDType, call.settings.iOctaveBands,
+                         call.settings.iPointsPerOctave, call.settings.xFreqInterval, call.size,
+                         call.interval, profile.data(), frequency.data(), density.data(), &first,
+                         &last, event);
+    }
+
+    TemporaryDirectory directory;
+    EventRecord event;
+    std::vector<float> frequency;
+    std::vector<float> density;
+    std::int32_t first = -7;
+    std::int32_t last = -7;
+    std::int32_t result = 0;
+};
+
+Spectrum spectrum_of(const std::vector<float>& profile, const tPSDCon& settings) {
+    const auto size = static_cast<std::int32_t>(profile.size());
+    return {{settings, 0.25F, 0, size - 1, size}, profile};
+}
+
+// 1025 points at 0.25 m: 1024 differences, bins 1/256 cycles/m apart, bands of four bins.
+constexpr double four_bins = 4.0 / 256.0;
+
+} // namespace
+
+TEST(PowerSpectralDensity, SinusoidThatFitsFillsItsBandAlone) {
+    // Bin 20 lies in the middle of band 5, which holds the bins 19 to 22.
+    const double amplitude = 0.01;
+    const std::vector<float> road = sinusoid(1025, 0.25, 256.0 / 20.0, amplitude);
+    const double elevation = amplitude * amplitude / 2.0 / four_bins;
+    const double chord = 2.0 * std::sin(std::acos(-1.0) * 20.0 / 1024.0) / 0.25;
+    for (const auto& [type, expected] :
+         {std::pair{1, elevation}, std::pair{2, elevation * chord * chord}}) {
+        const Spectrum out = spectrum_of(road, {type, 2, 0, 4.0F / 256.0F});
+        EXPECT_EQ(out.result, vialto_success);
+        EXPECT_TRUE(out.event.untouched());
+        EXPECT_EQ(out.first, 0);
+        EXPECT_EQ(out.last, 126);
+        EXPECT_EQ(out.frequency[4], 20.0F / 256.0F);
+        EXPECT_NEAR(out.density[4], expected, expected * 1e-5);
+        for (std::size_t i = 0; i <= 126; ++i) {
+            if (i != 4) {
+                EXPECT_LT(out.density[i], 1e-6 * expected) << i;
+            }
+        }
+        EXPECT_EQ(out.frequency[127], unwritten);
+        EXPECT_EQ(out.density[127], unwritten);
+    }
+}
+
+TEST(PowerSpectralDensity, SlopeSpectrumHoldsTheVarianceOfTheSlope) {
+    std::vector<float> road = sinusoid(1025, 0.25, 256.0 / 20.0, 0.01);
+    const std::vector<float> short_waves = sinusoid(1025, 0.25, 256.0 / 301.0, 0.001);
+    double variance = 0.0;
+    for (std::size_t i = 0; i < road.size(); ++i) {
+        road[i] += short_waves[i];
+        const double slope = i == 0 ? 0.0 : static_cast<double>(road[i] - road[i - 1]) / 0.25;
+        variance += slope * slope / 1024.0;
+    }
+    const Spectrum out = spectrum_of(road, {2, 2, 0, 4.0F / 256.0F});
+    EXPECT_NEAR(std::accumulate(out.density.begin(), out.density.begin() + 127, 0.0) * four_bins,
+                variance, 1e-4 * variance);
+}
+
+TEST(PowerSpectralDensity, StraightRoadHasNone) {
+    for (const std::int32_t mode : {1, 2}) {
+        const Spectrum out = spectrum_of(straight_line(1000, 0.25, 0.125), {1, mode, 0, 0.0F});
+        ASSERT_LT(out.first, out.last);
+        EXPECT_EQ(std::count(out.density.begin(), out.density.end(), 0.0F),
+                  out.last - out.first + 1);
+    }
+}
+
+TEST(PowerSpectralDensity, AgreesWithItsDefinition) {
+    // 1024 and 1025 are powers of 2 as N and as N - 1. 262146 points have one difference more than
+    // a power of 2, which the transform's length does not see.
+    for (const std::size_t count : {2U, 3U, 4U, 5U, 500U, 1023U, 1024U, 1025U, 1026U, 262146U}) {
+        const std::vector<float> road = random_road(count, 0.25, 5);
+        for (const tPSDCon& settings :
+             {tPSDCon{1, 1, 0, 0.0F}, tPSDCon{1, 1, 12, 0.0F}, tPSDCon{2, 1, 1, 0.0F},
+              tPSDCon{1, 2, 0, 0.0F}, tPSDCon{2, 2, 0, 0.037F}}) {
+            const LiteralSpectrum expected = literal_spectrum(settings, 0.25F, road);
+            const Spectrum out = spectrum_of(road, settings);
+            ASSERT_EQ(out.first, expected.iFirst - 1) << count;
+            ASSERT_EQ(out.last, expected.iLast - 1) << count;
+            const float most = *std::max_element(expected.density.begin(), expected.density.end());
+            for (std::int32_t i = 0; i < static_cast<std::int32_t>(count); ++i) {
+                const auto at = static_cast<std::size_t>(i);
+                const bool valid = out.first <= i && i <= out.last;
+                const float value = valid ? expected.density[at + 1] : unwritten;
+                ASSERT_EQ(out.frequency[at], valid ? expected.frequency[at + 1] : unwritten);
+                ASSERT_NEAR(out.density[at], value, valid ? 1e-4F * value + 1e-7F * most : 0.0F);
+            }
+        }
+    }
+}
+
+TEST(PowerSpectralDensity, GridStepsByTheLowestFrequencyAtFirst) {
+    // 1024 points, 1023 of them a metre: the lowest frequency is 1, the Nyquist frequency 511.5.
+    const float dx = 1.0F / 1023.0F;
+    const std::vector<float> octaves = GETFREQ(GridMode::octave, 0.0F, 1.0F, dx, 1024);
+    ASSERT_EQ(octaves.size(), 10U);
+    EXPECT_NEAR(octaves.back(), 512.0, 1e-3);
+    const std::vector<float> sixths = GETFREQ(GridMode::octave, 0.0F, 0.0F, dx, 1024);
+    EXPECT_NEAR(sixths[8], 9.0, 1e-5);
+    EXPECT_NEAR(sixths[9], 9.0 * std::pow(2.0, 1.0 / 6.0), 1e-5);
+    const std::vector<float> even = GETFREQ(GridMode::linear, 100.0F, 0.0F, dx, 1024);
+    EXPECT_EQ(even, (std::vector{100.0F, 200.0F, 300.0F, 400.0F, 500.0F, 600.0F, 700.0F}));
+    // One point more, and the lowest frequency is that of 2047 intervals.
+    EXPECT_NEAR(GETFREQ(GridMode::linear, 0.0F, 0.0F, dx, 1025)[0], 1023.0 / 2047.0, 1e-6);
+    EXPECT_EQ(GETFREQ(GridMode::linear, not_a_number, 0.0F, dx, 10000000).size(), 100000U);
+}
+
+TEST(PowerSpectralDensity, PointsBehindTheLastElementCountAsZeroAndAreNotRead) {
+    const std::vector<float> road = random_road(50, 0.25, 9);
+    std::vector<float> padded(road.begin() + 10, road.end());
+    padded.resize(64, 0.0F);
+    const tPSDCon settings{1, 1, 12, 0.0F};
+    const Spectrum expected = spectrum_of(padded, settings);
+    const Spectrum out({settings, 0.25F, 10, 49, 64}, road);
+    EXPECT_EQ(out.density, expected.density);
+    EXPECT_EQ(out.frequency, expected.frequency);
+    EXPECT_EQ(out.last, expected.last);
+}
+
+TEST(PowerSpectralDensity, StretchWithoutADifferenceHasAnEmptyRange) {
+    for (const std::int32_t size : {std::numeric_limits<std::int32_t>::min(), -1, 0, 1}) {
+        const Spectrum out({{1, 1, 6, 0.0F}, 0.25F, 0, 0, size}, {1.0F});
+        EXPECT_EQ(out.result, vialto_success);
+        EXPECT_EQ(out.first, 0);
+        EXPECT_EQ(out.last, -1);
+    }
+}
+
+TEST(PowerSpectralDensity, ExtremeIntervalsStayInsideTheArrays) {
+    const std::vector<float> road = random_road(100, 0.25, 9);
+    for (const float interval : {1e-45F, 3e-39F, 1e-20F, 1e22F, 3e38F}) {
+        for (const float spacing : {0.0F, -1.0F, 1e-45F, 1e30F, infinite, not_a_number}) {
+            for (const std::int32_t mode : {1, 2}) {
+                for (const std::int32_t size : {2, 3, 100}) {
+                    const Spectrum out({{1, mode, 1 << 30, spacing}, interval, 0, 99, size}, road);
+                    EXPECT_EQ(out.result, vialto_success);
+                    EXPECT_LT(out.last, size);
+                }
+            }
+        }
+    }
+}
+
+TEST(PowerSpectralDensity, GridOfMorePointsThanTheStretchEndsWithTheArrays) {
+    // The rounding errors of 65,000 additions are worth 28 points.
+    const std::vector<float> road = random_road(65537, 0.15, 9);
+    EXPECT_EQ(GETFREQ(GridMode::octave, 0.0F, 1e9F, 0.15F, 65537).size(), 65565U);
+    const Spectrum out({{1, 1, 1000000000, 0.0F}, 0.15F, 0, 65536, 65537}, road);
+    EXPECT_EQ(out.last, 65536);
+}
+
+TEST(PowerSpectralDensity, WhatCannotBeServedIsToldAndLeavesTheOutputs) {
+    const std::string driver = "101 2 psd_drv/psd_dll: ";
+    const std::vector<std::pair<Call, std::string>> cases{
+        {{{3, 2, 0, 0.0F}, 0.25F, 0, 9, 10}, driver + "iPSDType is not well-defined"},
+        {{{1, 0, 0, 0.0F}, 0.25F, 0, 9, 10}, driver + "iOctaveBands is not well-defined"},
+        {{{1, 1, 0, 0.0F}, 0.25F, 0, 9, 10000001},
+         driver + "profile data exceeds maximum allowed - may change later"},
+        {{{1, 1, 0, 0.0F}, 0.25F, -1, 9, 10}, "100 2 psd_dll: iBeginElemIdx is negative"},
+        {{{1, 1, 0, 0.0F}, 0.0F, 0, 9, 10},
+         "100 2 psd_dll: xStepSize is not a positive finite number"}};
+    for (const auto& [call, event] : cases) {
+        const Spectrum out(call, std::vector<float>(10));
+        EXPECT_EQ(out.result, vialto_failure);
+        EXPECT_EQ(out.event.summary(), event);
+        EXPECT_EQ(out.first + out.last, -14);
+        EXPECT_EQ(std::count(out.density.begin(), out.density.end(), unwritten), call.size);
+    }
+}
+
+TEST(PowerSpectralDensity, TenMillionPointsAreServed) {
+    const Spectrum out({{1, 1, 1, 0.0F}, 0.25F, 0, 9, 10000000}, std::vector<float>(10, 1.0F));
+    EXPECT_EQ(out.result, vialto_success);
+    EXPECT_GT(out.last, 20);
+}
+
+TEST(PowerSpectralDensity, DiagnosticFileHoldsTheCallAndTheTable) {
+    const Spectrum out = spectrum_of(std::vector<float>(9), {2, 2, 6, 0.5F});
+    EXPECT_EQ(out.directory.text_of("psd_dll.txt"), " PSD Type              : 2\n"
+                                                    " iOctaveBands          : 2\n"
+                                                    " Sample interval(m)    : 0.25\n"
+                                                    " Num Profile Points    : 9\n"
+                                                    " PSD Points            : 2\n"
+                                                    " BeginElemIdx          : 0\n"
+                                                    " EndElemIdx            : 8\n"
+                                                    " Freq   PSD\n"
+                                                    "  0.5 0\n"
+                                                    "  1 0\n");
+}
+
+} // namespace vialto::test
