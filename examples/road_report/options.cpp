@@ -1,13 +1,47 @@
 #include "options.hpp"
 
+#include <cmath>
+#include <cstdlib>
 #include <stdexcept>
+
+#include "vialto/vialto.h"
 
 namespace {
 
-const std::string usage = "usage: road_report PROFILE.csv\n"
-                          "\n"
-                          "PROFILE.csv has a header line and the columns distance and elevation,\n"
-                          "or distance, left and right elevation, all in metres.\n";
+const std::string usage =
+    "usage: road_report PROFILE.csv [--joints METHOD --spacing METRES]\n"
+    "\n"
+    "PROFILE.csv has a header line and the columns distance and elevation,\n"
+    "or distance, left and right elevation, all in metres.\n"
+    "\n"
+    "--joints finds the joints of a concrete pavement and their faults. METHOD is\n"
+    "step (1), antismooth (3) or curledge (4); --spacing is the nominal slab length.\n";
+
+[[noreturn]] void refuse(const std::string& problem) {
+    throw std::runtime_error(problem + "\n" + usage);
+}
+
+std::int32_t joint_method(const std::string& text) {
+    if (text == "step" || text == "1") {
+        return idx_jntid_stepdetect;
+    }
+    if (text == "antismooth" || text == "3") {
+        return idx_jntid_antismooth;
+    }
+    if (text == "curledge" || text == "4") {
+        return idx_jntid_curledge;
+    }
+    refuse("unknown joint method " + text);
+}
+
+float length(const std::string& text) {
+    char* end = nullptr;
+    const float metres = std::strtof(text.c_str(), &end);
+    if (end == text.c_str() || *end != '\0' || !std::isfinite(metres) || metres <= 0.0F) {
+        refuse(text + " is not a length");
+    }
+    return metres;
+}
 
 } // namespace
 
@@ -15,13 +49,27 @@ Options parse_options(int argc, char** argv) {
     Options options;
     for (int i = 1; i < argc; ++i) {
         const std::string argument = argv[i];
-        if (argument.starts_with("-") || !options.profile.empty()) {
-            throw std::runtime_error("unknown argument " + argument + "\n" + usage);
+        const auto value = [&]() -> std::string {
+            if (i + 1 == argc) {
+                refuse(argument + " needs a value");
+            }
+            return argv[++i];
+        };
+        if (argument == "--joints") {
+            options.joint_method = joint_method(value());
+        } else if (argument == "--spacing") {
+            options.joint_spacing = length(value());
+        } else if (argument.starts_with("-") || !options.profile.empty()) {
+            refuse("unknown argument " + argument);
+        } else {
+            options.profile = argument;
         }
-        options.profile = argument;
     }
     if (options.profile.empty()) {
-        throw std::runtime_error("no profile given\n" + usage);
+        refuse("no profile given");
+    }
+    if ((options.joint_method != 0) != (options.joint_spacing > 0.0F)) {
+        refuse("--joints and --spacing belong together");
     }
     return options;
 }

@@ -1,10 +1,13 @@
 // What the user asks for on the command line.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 struct Options {
-    std::string profile; // path of the CSV
+    std::string profile;           // path of the CSV
+    std::int32_t joint_method = 0; // idx_jntid_...; 0 leaves the joints out
+    float joint_spacing = 0.0F;    // m; nominal length of the slabs
 };
 
 // Throws std::runtime_error for what it does not know; its text ends with the usage.
