@@ -50,6 +50,7 @@ BENCHMARK_CAPTURE(filter, quarter_car_iri, idx_filttyp_IRI, 0, 0.0F, 0.0F, slope
 BENCHMARK_CAPTURE(filter, butterworth_high, idx_filttyp_bwfilt, 3, 91.0F, 0.0F, elevation);
 BENCHMARK_CAPTURE(filter, butterworth_low, idx_filttyp_bwfilt, 2, 0.0F, 0.3F, elevation);
 BENCHMARK_CAPTURE(filter, butterworth_band, idx_filttyp_bwfilt, 1, 91.0F, 0.3F, elevation);
+BENCHMARK_CAPTURE(filter, band_pass, idx_filttyp_bwfilt, 4, 30.0F, 1.0F, elevation);
 BENCHMARK_CAPTURE(filter, anti_smoothing, idx_filttyp_antismooth, 0, 0.0F, 2.5F, elevation);
 BENCHMARK_CAPTURE(filter, bridge_250mm, idx_filttyp_bridge, 0, 0.0F, 0.25F, elevation);
 BENCHMARK_CAPTURE(filter, bridge_10m, idx_filttyp_bridge, 0, 0.0F, 10.0F, elevation);
@@ -89,6 +90,14 @@ void literal_butterworth_band(benchmark::State& state) {
     }
 }
 BENCHMARK(literal_butterworth_band);
+
+void literal_band_pass(benchmark::State& state) {
+    const auto profile = test::random_road(samples, interval, 1);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(test::literal_band_pass_signal(profile, interval, 1.0F, 30.0F));
+    }
+}
+BENCHMARK(literal_band_pass);
 
 void literal_bridge(benchmark::State& state) {
     const auto profile = test::random_road(samples, interval, 1);

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "filters/band_pass.hpp"
 #include "filters/cascade.hpp"
 #include "filters/slope.hpp"
 
@@ -214,6 +215,10 @@ ReturnCode bwfilt_drv(std::span<const float> xProfile, float xStepSize, tFiltCon
         code = zeb_bwfilter(settings.iSubFilterType, settings.iOutType, xStepSize,
                             settings.xShortWavelength, settings.xLongWavelength, xProfile,
                             xFiltered, iBegin, iEnd);
+        break;
+    case idx_subfilttyp_centredband:
+        code = DRBWfilt_drv_prof(xStepSize, settings.xShortWavelength, settings.xLongWavelength,
+                                 xProfile, xFiltered, iBegin, iEnd);
         break;
     default:
         return raise_failure("iBWFilterType is not within range", name);

@@ -191,4 +191,44 @@ std::optional<float> literal_bridge_level(std::span<const float> window, float t
     return tolerance + z;
 }
 
+std::vector<std::complex<double>> literal_band_pass_signal(std::span<const float> profile,
+                                                           float interval, float shortest,
+                                                           float longest) {
+    using Complex = std::complex<double>;
+    const auto dt = static_cast<double>(interval);
+    const double low = 1.0 / static_cast<double>(longest);
+    const double high = 1.0 / static_cast<double>(shortest);
+    const double w1 = 2.0 / dt * std::tan(6.28318530717958 * low * dt / 2.0);
+    const double w2 = 2.0 / dt * std::tan(6.28318530717958 * high * dt / 2.0);
+    const double width = (w2 - w1) * 0.5;
+    float mean = 0.0F;
+    for (const float sample : profile) {
+        mean = mean + sample;
+    }
+    mean = mean / static_cast<float>(profile.size());
+    std::vector<Complex> x;
+    for (const float sample : profile) {
+        x.emplace_back(static_cast<double>(sample - mean));
+    }
+    for (const bool backward : {false, true}) {
+        for (int k = 1; k <= 3; ++k) {
+            const auto theta =
+                static_cast<double>(static_cast<float>(2 * k + 2) * 3.1415927F / 6.0F);
+            const Complex s = dt * (width * std::polar(1.0, theta) + Complex{0.0, (w1 + w2) * 0.5});
+            Complex a = (2.0 + s) / (2.0 - s);
+            Complex b = dt * width / (2.0 - s);
+            if (backward) {
+                a = std::conj(a);
+                b = std::conj(b);
+            }
+            const std::vector<Complex> y = x;
+            for (std::size_t i = 0; i < x.size(); ++i) {
+                x[i] = i == 0 ? b * y[0] : a * x[i - 1] + b * (y[i - 1] + y[i]);
+            }
+        }
+        std::reverse(x.begin(), x.end());
+    }
+    return x;
+}
+
 } // namespace vialto::test

@@ -2,6 +2,7 @@
 // library's own versions against, bit by bit.
 #pragma once
 
+#include <complex>
 #include <cstddef>
 #include <optional>
 #include <span>
@@ -30,5 +31,10 @@ namespace vialto::test {
 // The level of one window of the bridge filter; none where 1000 iterations do not find it.
 [[nodiscard]] std::optional<float> literal_bridge_level(std::span<const float> window,
                                                         float tolerance);
+
+// The band-pass about a centre frequency; wavelengths in metres.
+[[nodiscard]] std::vector<std::complex<double>>
+literal_band_pass_signal(std::span<const float> profile, float interval, float shortest,
+                         float longest);
 
 } // namespace vialto::test
