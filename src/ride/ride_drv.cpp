@@ -18,6 +18,25 @@ ReturnCode ride_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mmFilter,
     return ride_stats(request, {xRideIndex}) == success ? success : pass_failure("ride_drv");
 }
 
+ReturnCode rideseg_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mmFilter,
+                       std::int32_t iRideIndex, std::span<const float> dataarray,
+                       std::span<const std::int32_t> exclusion_flags, float xStepSize,
+                       std::span<const std::int32_t> iNumSegmentPoints, std::span<float> xOutput,
+                       std::span<float> xSegLength) {
+    const RideRequest request{.ifExcludeLeaveout = ifExcludeLeaveout,
+                              .if250mmFilter = if250mmFilter,
+                              .i_reptype = segmented_report,
+                              .i_rideindexsel = iRideIndex,
+                              .xDataArray = dataarray,
+                              .iExclusionFlags = exclusion_flags,
+                              .xStepSize = xStepSize,
+                              .iNumSegmentPoints = iNumSegmentPoints};
+    float scratch_index = 0.0F;
+    return ride_stats(request, {scratch_index, xOutput, xSegLength}) == success
+               ? success
+               : pass_failure("rideseg_drv");
+}
+
 ReturnCode ridecon_drv(std::int32_t if250mmFilter, float xStepSize, float xBaseLength,
                        std::int32_t iRideIndexType, std::span<const float> dataarray,
                        std::span<float> xOutput) {

@@ -7,28 +7,16 @@
 #include "filters/filtcon.hpp"
 #include "ride/continuous_statistic.hpp"
 #include "ride/overall_statistic.hpp"
+#include "ride/segment_statistic.hpp"
 
 namespace vialto {
 
 namespace {
 
-constexpr float simulation_speed = 80.46F; // km/h; deliberately not 80, which the IRI filter uses
-
-tFiltCon quarter_car_settings(const RideRequest& request) {
-    const bool is_iri = request.i_rideindexsel == idx_ridests_IRI;
-    tFiltCon settings{};
-    settings.iMainFilterType = is_iri ? idx_filttyp_IRI : idx_filttyp_RN;
-    settings.iOutType = idx_filtouttyp_slope;
-    settings.if250mmFilter = request.if250mmFilter;
-    settings.xSimuVelocity = simulation_speed;
-    settings.xPowerWeighting = is_iri ? 1.0F : 2.0F;
-    return settings;
-}
-
 ReturnCode compute_iri(const RideRequest& request, const RideOutput& output,
                        std::span<float> filtered) {
     constexpr std::string_view name = "compute_iri";
-    tFiltCon settings = quarter_car_settings(request);
+    tFiltCon settings = quarter_car_settings(request.i_rideindexsel, request.if250mmFilter);
     if (filtcon_drv(request.xDataArray, request.xStepSize, settings, filtered, output.xRideIndex) !=
         success) {
         return pass_failure(name);
@@ -41,6 +29,9 @@ ReturnCode compute_iri(const RideRequest& request, const RideOutput& output,
     case normal_report:
         normal_pi(request, settings, filtered, output.xRideIndex);
         return success;
+    case segmented_report:
+        return segmented_pi(request, settings, filtered, output) == success ? success
+                                                                            : pass_failure(name);
     case continuous_report:
         return postproc_conpi(request, settings.xPowerWeighting, filtered, output.xOutput) ==
                        success
@@ -52,6 +43,18 @@ ReturnCode compute_iri(const RideRequest& request, const RideOutput& output,
 }
 
 } // namespace
+
+tFiltCon quarter_car_settings(std::int32_t i_rideindexsel, std::int32_t if250mmFilter) {
+    constexpr float simulation_speed = 80.46F; // km/h; deliberately not 80, the IRI filter's own
+    const bool is_iri = i_rideindexsel == idx_ridests_IRI;
+    tFiltCon settings{};
+    settings.iMainFilterType = is_iri ? idx_filttyp_IRI : idx_filttyp_RN;
+    settings.iOutType = idx_filtouttyp_slope;
+    settings.if250mmFilter = if250mmFilter;
+    settings.xSimuVelocity = simulation_speed;
+    settings.xPowerWeighting = is_iri ? 1.0F : 2.0F;
+    return settings;
+}
 
 ReturnCode ride_stats(const RideRequest& request, const RideOutput& output) {
     constexpr std::string_view name = "ride_stats";

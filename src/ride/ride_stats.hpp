@@ -38,6 +38,13 @@ struct RideOutput {
     std::span<float> xSegLength = {}; // m; length per segment
 };
 
+// The settings of the quarter car behind the indices idx_ridests_IRI and idx_ridests_RN, and in
+// xPowerWeighting, which the filter does not read, the exponent of their statistic.
+[[nodiscard]] tFiltCon quarter_car_settings(std::int32_t i_rideindexsel,
+                                            std::int32_t if250mmFilter);
+
+// The one way to an index, for idx_ridests_IRI, idx_ridests_RN and, in the continuous report only,
+// idx_ridests_WIM.
 [[nodiscard]] ReturnCode ride_stats(const RideRequest& request, const RideOutput& output);
 
 } // namespace vialto

@@ -1,0 +1,54 @@
+#include "ride/segment_statistic.hpp"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "ride/overall_statistic.hpp"
+
+namespace vialto {
+
+SegmentWalk::SegmentWalk(std::span<const std::int32_t> iNumSegmentPoints, const tFiltCon& filter,
+                         std::size_t array_length)
+    : counts_(iNumSegmentPoints), position_(filter.iBeginElemIdx), last_valid_(filter.iEndElemIdx),
+      array_length_(static_cast<std::int64_t>(array_length)) {}
+
+std::optional<Segment> SegmentWalk::next() {
+    const bool is_last = counts_.size() == 1;
+    const std::int64_t count = is_last ? last_valid_ - position_ + 1 : counts_.front();
+    counts_ = counts_.subspan(1);
+    const std::int64_t first = std::max(position_, std::int64_t{0});
+    const std::int64_t last = position_ + count - 1;
+    position_ = last;
+    if (last < first) {
+        return Segment{0, -1};
+    }
+    if (last >= array_length_) {
+        return std::nullopt;
+    }
+    return Segment{static_cast<std::int32_t>(first), static_cast<std::int32_t>(last)};
+}
+
+float segment_length(std::int32_t actual, float xStepSize) {
+    return actual > 0 ? static_cast<float>(actual - 1) * xStepSize : 0.0F;
+}
+
+ReturnCode segmented_pi(const RideRequest& request, const tFiltCon& settings,
+                        std::span<const float> filtered, const RideOutput& output) {
+    SegmentWalk walk(request.iNumSegmentPoints, settings, filtered.size());
+    for (std::size_t k = 0; k < request.iNumSegmentPoints.size(); ++k) {
+        const std::optional<Segment> segment = walk.next();
+        if (!segment) {
+            return raise_failure(segment_beyond_array, "segmented_pi", error_code_request);
+        }
+        StretchStatistic statistic{hole_value, 0};
+        if (!segment->is_hole()) {
+            statistic = postproc_pi(filtered, request.iExclusionFlags, request.ifExcludeLeaveout,
+                                    segment->first, segment->last, settings.xPowerWeighting);
+        }
+        output.xOutput[k] = statistic.index;
+        output.xSegLength[k] = segment_length(statistic.actual, request.xStepSize);
+    }
+    return success;
+}
+
+} // namespace vialto
