@@ -1,0 +1,119 @@
+#include "ride/two_channel.hpp"
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "ride/ride_stats.hpp"
+#include "ride/two_channel_rn.hpp"
+
+namespace vialto {
+
+namespace {
+
+// The request of a two-channel driver has the left track as its profile.
+ReturnCode half_car_index(RideRequest request, std::span<const float> right,
+                          const RideOutput& output) {
+    const std::span<const float> left = request.xDataArray;
+    std::vector<float> mean(left.size());
+    for (std::size_t i = 0; i < mean.size(); ++i) {
+        mean[i] = (left[i] + right[i]) * 0.5F;
+    }
+    request.i_rideindexsel = idx_ridests_IRI;
+    request.xDataArray = mean;
+    return ride_stats(request, output);
+}
+
+// Each track runs through the whole analysis, the right one into the host's output, and the results
+// are averaged, the hole value like any number: deliberate.
+ReturnCode mean_roughness_index(RideRequest request, std::span<const float> right,
+                                const RideOutput& output) {
+    request.i_rideindexsel = idx_ridests_IRI;
+    float left_index = 0.0F;
+    std::vector<float> left_output(output.xOutput.size());
+    if (ride_stats(request, {left_index, left_output, output.xSegLength}) != success) {
+        return failure;
+    }
+    request.xDataArray = right;
+    if (ride_stats(request, output) != success) {
+        return failure;
+    }
+    output.xRideIndex = (left_index + output.xRideIndex) * 0.5F;
+    for (std::size_t i = 0; i < left_output.size(); ++i) {
+        output.xOutput[i] = (left_output[i] + output.xOutput[i]) * 0.5F;
+    }
+    return success;
+}
+
+// What the three drivers do, `driver` being the name of the one that asks.
+ReturnCode analyse(const RideRequest& request, std::span<const float> right,
+                   const RideOutput& output, std::string_view driver) {
+    ReturnCode code = success;
+    switch (request.i_rideindexsel) {
+    case idx_ridests_HRI:
+        code = half_car_index(request, right, output);
+        break;
+    case idx_ridests_MRI:
+        code = mean_roughness_index(request, right, output);
+        break;
+    case idx_ridests_2ChanRN:
+        code = twochan_rn(request, right, output);
+        break;
+    default:
+        return raise_failure("only HRI, MRI, and 2-Chan-RN allowed in the 2-channel analysis",
+                             driver, error_code_request);
+    }
+    return code == success ? success : pass_failure(driver);
+}
+
+} // namespace
+
+ReturnCode ride2chan_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mmFilter,
+                         std::int32_t iRideIndex, std::span<const float> dataarray1,
+                         std::span<const float> dataarray2,
+                         std::span<const std::int32_t> exclusion_flags, float xStepSize,
+                         float& xRideIndex) {
+    const RideRequest request{.ifExcludeLeaveout = ifExcludeLeaveout,
+                              .if250mmFilter = if250mmFilter,
+                              .i_reptype = normal_report,
+                              .i_rideindexsel = iRideIndex,
+                              .xDataArray = dataarray1,
+                              .iExclusionFlags = exclusion_flags,
+                              .xStepSize = xStepSize};
+    return analyse(request, dataarray2, {xRideIndex}, "ride2chan_drv");
+}
+
+ReturnCode rideseg2chan_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mmFilter,
+                            std::int32_t iRideIndex, std::span<const float> dataarray1,
+                            std::span<const float> dataarray2,
+                            std::span<const std::int32_t> exclusion_flags, float xStepSize,
+                            std::span<const std::int32_t> iNumSegmentPoints,
+                            std::span<float> xOutput, std::span<float> xSegLength) {
+    const RideRequest request{.ifExcludeLeaveout = ifExcludeLeaveout,
+                              .if250mmFilter = if250mmFilter,
+                              .i_reptype = segmented_report,
+                              .i_rideindexsel = iRideIndex,
+                              .xDataArray = dataarray1,
+                              .iExclusionFlags = exclusion_flags,
+                              .xStepSize = xStepSize,
+                              .iNumSegmentPoints = iNumSegmentPoints};
+    float scratch_index = 0.0F;
+    return analyse(request, dataarray2, {scratch_index, xOutput, xSegLength}, "rideseg2chan_drv");
+}
+
+ReturnCode ridecon2chan_drv(std::int32_t if250mmFilter, std::int32_t iRideIndex,
+                            std::span<const float> dataarray1, std::span<const float> dataarray2,
+                            float xStepSize, float xBaseLength, std::span<float> xOutput) {
+    const RideRequest request{.ifExcludeLeaveout = vialto_no,
+                              .if250mmFilter = if250mmFilter,
+                              .i_reptype = continuous_report,
+                              .i_rideindexsel = iRideIndex,
+                              .xDataArray = dataarray1,
+                              .iExclusionFlags = {},
+                              .xStepSize = xStepSize,
+                              .xBaseLength = xBaseLength};
+    float scratch_index = 0.0F;
+    return analyse(request, dataarray2, {scratch_index, xOutput}, "ridecon2chan_drv");
+}
+
+} // namespace vialto

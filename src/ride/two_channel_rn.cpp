@@ -1,0 +1,143 @@
+#include "ride/two_channel_rn.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "filters/filtcon.hpp"
+#include "numeric/exponential.hpp"
+#include "ride/continuous_statistic.hpp"
+#include "ride/overall_statistic.hpp"
+#include "ride/segment_statistic.hpp"
+
+namespace vialto {
+
+namespace {
+
+constexpr std::string_view routine_name = "twochan_rn";
+constexpr float highest_ride_number = 5.0F;
+constexpr float ride_number_rate = -160.0F; // per m/m of PTRN
+
+// The filtered slopes of both tracks. One record serves both, as their valid ranges are the same.
+struct FilteredTracks {
+    tFiltCon record;
+    std::vector<float> left;
+    std::vector<float> right;
+};
+
+struct TrackStatistics {
+    float left;
+    float right;
+    std::int32_t actual; // samples that counted in the right track
+};
+
+float ride_number(float ptrn) {
+    return highest_ride_number * exponential(ride_number_rate * ptrn);
+}
+
+float root_mean_square(float left, float right) {
+    return std::sqrt(0.5F * (left * left + right * right));
+}
+
+TrackStatistics ptrn_of_stretch(const RideRequest& request, const FilteredTracks& tracks,
+                                std::int32_t first, std::int32_t last) {
+    const auto ptrn = [&](std::span<const float> track) {
+        return postproc_pi(track, request.iExclusionFlags, request.ifExcludeLeaveout, first, last,
+                           tracks.record.xPowerWeighting);
+    };
+    const StretchStatistic right = ptrn(tracks.right);
+    return {ptrn(tracks.left).index, right.index, right.actual};
+}
+
+// With all samples left out both tracks are holes, -1.0, and the Ride Number underflows to 0.0:
+// deliberate.
+void normal_2chan_rn(const RideRequest& request, const FilteredTracks& tracks, float& xRideIndex) {
+    const TrackStatistics ptrn =
+        ptrn_of_stretch(request, tracks, tracks.record.iBeginElemIdx, tracks.record.iEndElemIdx);
+    xRideIndex = ride_number(root_mean_square(ptrn.left, ptrn.right));
+}
+
+// A hole repeats the length of the segment before it, unlike in segmented_pi, and a segment whose
+// PTRN is exactly zero becomes a hole rather than a 5.0: both deliberate.
+ReturnCode segmented_2chan_rn(const RideRequest& request, const FilteredTracks& tracks,
+                              const RideOutput& output) {
+    SegmentWalk walk(request.iNumSegmentPoints, tracks.record, tracks.left.size());
+    TrackStatistics ptrn{};
+    for (std::size_t k = 0; k < request.iNumSegmentPoints.size(); ++k) {
+        const std::optional<Segment> segment = walk.next();
+        if (!segment) {
+            return raise_failure(segment_beyond_array, routine_name, error_code_request);
+        }
+        if (segment->is_hole()) {
+            ptrn = {0.0F, 0.0F, ptrn.actual};
+        } else {
+            ptrn = ptrn_of_stretch(request, tracks, segment->first, segment->last);
+        }
+        output.xOutput[k] = ptrn.left > 0.0F || ptrn.right > 0.0F
+                                ? root_mean_square(ptrn.left, ptrn.right)
+                                : hole_value;
+        output.xSegLength[k] = segment_length(ptrn.actual, request.xStepSize);
+    }
+    for (float& value : output.xOutput) {
+        value = value > 0.0F ? ride_number(value) : hole_value;
+    }
+    return success;
+}
+
+// Both terms of the mean are the left track's: deliberate.
+ReturnCode continuous_2chan_rn(const RideRequest& request, FilteredTracks& tracks,
+                               std::span<float> xOutput) {
+    tFiltCon& record = tracks.record;
+    if (moving_statistic(tracks.left, request.xStepSize, request.xBaseLength,
+                         record.xPowerWeighting, record, xOutput) != success) {
+        return pass_failure("continuous_2chan_rn");
+    }
+    for (float& value : xOutput) {
+        value = ride_number(root_mean_square(value, value));
+    }
+    // The index fields are those of the filter that ran last: behind the moving average they span
+    // the profile, and only the first sample goes; behind the quarter car alone the last ones do,
+    // too.
+    const auto count = static_cast<std::int32_t>(xOutput.size());
+    const std::int32_t head = std::min(record.iBeginElemIdx + 1, count);
+    std::fill(xOutput.begin(), xOutput.begin() + head, 0.0F);
+    std::fill(xOutput.begin() + record.iEndElemIdx + 1, xOutput.end(), 0.0F);
+    return success;
+}
+
+} // namespace
+
+ReturnCode twochan_rn(const RideRequest& request, std::span<const float> right,
+                      const RideOutput& output) {
+    FilteredTracks tracks{.record = quarter_car_settings(idx_ridests_RN, request.if250mmFilter),
+                          .left = std::vector<float>(request.xDataArray.size()),
+                          .right = {}};
+    if (filtcon_drv(request.xDataArray, request.xStepSize, tracks.record, tracks.left) != success) {
+        return pass_failure(routine_name);
+    }
+    if (request.i_reptype == continuous_report) {
+        // The right track has no influence here, and its filters could fail only where the left
+        // track's have failed before: what they refuse are settings and lengths.
+        return continuous_2chan_rn(request, tracks, output.xOutput) == success
+                   ? success
+                   : pass_failure(routine_name);
+    }
+    tracks.right.resize(right.size());
+    if (filtcon_drv(right, request.xStepSize, tracks.record, tracks.right) != success) {
+        return pass_failure(routine_name);
+    }
+    switch (request.i_reptype) {
+    case normal_report:
+        normal_2chan_rn(request, tracks, output.xRideIndex);
+        return success;
+    case segmented_report:
+        return segmented_2chan_rn(request, tracks, output);
+    default:
+        return raise_failure("undefined ride index report type", routine_name, error_code_request);
+    }
+}
+
+} // namespace vialto
