@@ -8,6 +8,7 @@
 #include "ride/continuous_statistic.hpp"
 #include "ride/overall_statistic.hpp"
 #include "ride/segment_statistic.hpp"
+#include "ride/wim_index.hpp"
 
 namespace vialto {
 
@@ -63,6 +64,9 @@ ReturnCode ride_stats(const RideRequest& request, const RideOutput& output) {
     case idx_ridests_IRI:
     case idx_ridests_RN:
         return compute_iri(request, output, filtered) == success ? success : pass_failure(name);
+    case idx_ridests_WIM:
+        return compute_wimindex(request, output, filtered) == success ? success
+                                                                      : pass_failure(name);
     case idx_ridests_TwoRN:
         return raise_failure("two RN is no longer supported", name);
     default:

@@ -1,0 +1,102 @@
+#include "ride/wim_index.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "filters/filtcon.hpp"
+#include "ride/continuous_statistic.hpp"
+#include "ride/shroud.hpp"
+
+namespace vialto {
+
+namespace {
+
+constexpr std::string_view routine_name = "compute_wimindex";
+constexpr std::size_t longest_profile = 50000; // samples
+constexpr float bridging_base_length = 0.25F;  // m
+constexpr float longest_wavelength = 16.45F;   // m
+constexpr float shortest_wavelength = 1.07F;   // m
+constexpr float weighting_power = 2.0F;
+constexpr float back_shroud_distance = 15.24F; // m; weighs samples that lie before
+constexpr float fore_shroud_distance = 1.524F; // m; weighs samples that come after
+
+// Without bridging a moving average of which no stage runs: a copy.
+tFiltCon bridging_settings(std::int32_t iBridgingFilter) {
+    tFiltCon settings{};
+    settings.iMainFilterType =
+        iBridgingFilter == vialto_yes ? idx_filttyp_bridge : idx_filttyp_mvgavg;
+    settings.iSubFilterType = idx_subfilttyp_none;
+    settings.iOutType = idx_filtouttyp_elevation;
+    settings.xShortWavelength = bridging_base_length;
+    settings.xPowerWeighting = weighting_power;
+    return settings;
+}
+
+tFiltCon band_pass_settings() {
+    tFiltCon settings{};
+    settings.iMainFilterType = idx_filttyp_bwfilt;
+    settings.iSubFilterType = idx_subfilttyp_bandpass;
+    settings.iOutType = idx_filtouttyp_slope;
+    settings.xLongWavelength = longest_wavelength;
+    settings.xShortWavelength = shortest_wavelength;
+    settings.xPowerWeighting = weighting_power;
+    return settings;
+}
+
+// Deliberately asked for behind the filters.
+ReturnCode check_report_type(std::int32_t i_reptype) {
+    switch (i_reptype) {
+    case continuous_report:
+        return success;
+    case normal_report:
+        return raise_failure("WIM error index should not be normal ride stats analysis",
+                             routine_name, error_code_request);
+    case segmented_report:
+        return raise_failure("WIM error index should not be segemeted ride stats analysis",
+                             routine_name, error_code_request);
+    default:
+        return raise_failure("i_reptype is not within range", routine_name);
+    }
+}
+
+} // namespace
+
+ReturnCode compute_wimindex(const RideRequest& request, const RideOutput& output,
+                            std::span<float> filtered) {
+    if (request.xDataArray.size() > longest_profile) {
+        return raise_failure("Current JQV is not suitable to handle large data set. Sorry for the "
+                             "inconvenience",
+                             routine_name, error_code_request);
+    }
+    tFiltCon bridging = bridging_settings(request.if250mmFilter);
+    if (filtcon_drv(request.xDataArray, request.xStepSize, bridging, filtered) != success) {
+        return pass_failure(routine_name);
+    }
+    // The valid samples are taken from the start of the array, wherever their range lies in it:
+    // deliberate. A window of the bridge filter that is longer than the profile leaves none.
+    const std::int32_t valid = std::max(bridging.iEndElemIdx - bridging.iBeginElemIdx + 1, 0);
+    const std::span<float> elevation = filtered.first(static_cast<std::size_t>(valid));
+    std::vector<float> slope(elevation.size());
+    tFiltCon band_pass = band_pass_settings();
+    if (!elevation.empty() &&
+        filtcon_drv(elevation, request.xStepSize, band_pass, slope) != success) {
+        return pass_failure(routine_name);
+    }
+    if (check_report_type(request.i_reptype) != success) {
+        return failure;
+    }
+    const std::span<float> rectified = elevation; // whose samples have served
+    if (postproc_conpi(request, band_pass.xPowerWeighting, slope, rectified, vialto_yes) !=
+        success) {
+        return pass_failure(routine_name);
+    }
+    const auto shaded = output.xOutput.first(rectified.size());
+    shroud(rectified, request.xStepSize, shaded, back_shroud_distance, fore_shroud_distance);
+    std::fill(output.xOutput.begin() + valid, output.xOutput.end(), 0.0F);
+    return success;
+}
+
+} // namespace vialto
