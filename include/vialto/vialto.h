@@ -264,13 +264,247 @@ VIALTO_API int32_t VIALTO_CALL ride_dlldrv(int32_t ifExcludeLeaveout, int32_t if
                                            const float* dataarray, const int32_t* exclusion_flags,
                                            float xStepSize, float* xRideIndex, tEvent* event);
 
+/*
+ * rideseg_dlldrv: ride index of each of a row of consecutive segments of one profile.
+ *
+ * Given:
+ *   if250mmFilter      1 takes a 250 mm moving average ahead of the quarter car, 2 does not
+ *   iRideIndex         idx_ridests_IRI or idx_ridests_RN
+ *   iSizeDataArray     number of samples N
+ *   dataarray          [N] elevations, m
+ *   xStepSize          sample interval, m
+ *   iNumSegments       number of segments K
+ *   iNumSegmentPoints  [K] samples of each segment, both boundary samples included; the last
+ * element counts for nothing, since the last segment runs to the last valid sample Returned:
+ *   xOutput            [K] index of each segment, as ride_dlldrv gives it for a profile; -1.0 for a
+ *                      segment without samples, which is a success
+ *   xSegLength         [K] length of each segment, m: (its samples - 1) * xStepSize; 0.0 without
+ *                      samples
+ *
+ * Failures (the routine is "rideseg_dlldrv" for all of them):
+ *   100  "End index of data points exceeds the input array size. Double-check segment points."
+ *                                                      a segment before the last ends beyond sample
+ *                                                      N; the segments before it are written
+ *   100  "WIM error index should not be segemeted ride stats analysis"    iRideIndex 9
+ *   and the other failures of ride_dlldrv; the outputs are untouched then.
+ *
+ * Notes:
+ *  1. Consecutive segments share their boundary sample: the last sample of one is the first of the
+ *     next.
+ *  2. A segment of no samples (an element of 0) still moves the next one back by one sample, and a
+ *     negative element moves it back by as many more, on purpose. A segment that then starts before
+ *     the first sample is cut to the samples that exist.
+ *  3. The last segment ends with the last valid sample, 250 mm (or one sample, without the moving
+ *     average) before the end of the profile. An earlier segment that reaches there counts the
+ *     samples behind it as zeros.
+ *  4. One segment has the index of ride_dlldrv without exclusions.
+ *
+ * Reference: as for ride_dlldrv.
+ */
+VIALTO_API int32_t VIALTO_CALL rideseg_dlldrv(int32_t if250mmFilter, int32_t iRideIndex,
+                                              int32_t iSizeDataArray, const float* dataarray,
+                                              float xStepSize, int32_t iNumSegments,
+                                              const int32_t* iNumSegmentPoints, float* xOutput,
+                                              float* xSegLength, tEvent* event);
+
+/*
+ * ridecon_dlldrv: continuous ride index of one profile, one value per sample.
+ *
+ * Given:
+ *   if250mmFilter   1 takes a 250 mm moving average ahead of the quarter car, 2 does not; with
+ *                   iRideIndexType 9 it is the bridging switch of wimindex_dlldrv
+ *   xStepSize       sample interval, m
+ *   xBaseLength     base length of the moving statistic, m; without effect with iRideIndexType 9
+ *   iRideIndexType  idx_ridests_IRI, idx_ridests_RN or idx_ridests_WIM
+ *   iSizeDataArray  number of samples N
+ *   dataarray       [N] elevations, m
+ * Returned:
+ *   xOutput         [N] m/m. IRI: mean absolute filtered slope over the base length about the
+ *                   sample. RN: its root mean square. WIM: as wimindex_dlldrv gives it.
+ *
+ * Failures (the routine is "ridecon_dlldrv" for all of them), xOutput untouched:
+ *   101  "moving average base length is greater the sampling distance"    xBaseLength is not
+ * shorter than the profile and the other failures of ride_dlldrv or, with iRideIndexType 9, of
+ * wimindex_dlldrv.
+ *
+ * Notes:
+ *  1. The moving mean is a centred one at the ends, too: the absolute slope goes on beyond either
+ *     end along a line fitted through its last half base length. Where that makes a moving mean
+ *     square negative, the RN statistic is 0.0.
+ *  2. The slopes behind the last valid sample enter the mean as zeros, on purpose, so that the
+ *     statistic falls over the last half base length.
+ *  3. With a base length below two intervals nothing is smoothed: the result is the absolute
+ *     filtered slope.
+ *
+ * Reference: as for ride_dlldrv; AASHTO R 54 for the use of a continuous index.
+ */
+VIALTO_API int32_t VIALTO_CALL ridecon_dlldrv(int32_t if250mmFilter, float xStepSize,
+                                              float xBaseLength, int32_t iRideIndexType,
+                                              int32_t iSizeDataArray, const float* dataarray,
+                                              float* xOutput, tEvent* event);
+
 /* ------------------------------------------------------------------------------------------------
  * Ride indices of two tracks
  * --------------------------------------------------------------------------------------------- */
 
+/*
+ * ride2chan_dlldrv: overall ride index of two wheel tracks.
+ *
+ * Given:
+ *   ifExcludeLeaveout  1 leaves out the samples whose exclusion flag is not 0, in both tracks; any
+ *                      other value ignores the flags
+ *   if250mmFilter      1 takes a 250 mm moving average ahead of the quarter car, 2 does not
+ *   iRideIndex         idx_ridests_HRI, idx_ridests_MRI or idx_ridests_2ChanRN
+ *   iSizeDataArray     number of samples N of each track
+ *   dataarray1         [N] elevations of the left track, m
+ *   dataarray2         [N] elevations of the right track, m
+ *   exclusion_flags    [N]; null only if ifExcludeLeaveout is not 1. The diagnostic file shows the
+ *                      first of them in any case.
+ *   xStepSize          sample interval, m
+ * Returned:
+ *   xRideIndex         HRI: IRI of the mean of the two profiles, m/m; MRI: mean of the tracks' IRI,
+ *                      m/m; both -1.0 when every sample was left out, which is a success.
+ *                      Ride Number: 5 exp(-160 PTRN) with PTRN the root mean square of the RN
+ *                      filter's slopes (m/m) of both tracks; 0.0 when every sample was left out.
+ *
+ * Failures (the routine is "ride2chan_dlldrv" for all of them):
+ *   100  "only HRI, MRI, and 2-Chan-RN allowed in the 2-channel analysis"    xRideIndex untouched
+ *   101  "tFiltCon%if250mmFilter is not either 1 -yes- nor 2 -no-"           xRideIndex 0.0 with
+ *                                            HRI, otherwise untouched
+ *   101  "the calculated IRI is not a number"   HRI or MRI of profiles no longer than the moving
+ *                                            average, or that hold a NaN: xRideIndex is a NaN with
+ *                                            HRI, and with MRI if only the right track fails;
+ *                                            otherwise untouched
+ *
+ * Notes:
+ *  1. With the same profile twice HRI, MRI and IRI are one number.
+ *  2. The Ride Number of profiles without a valid filtered sample, or that hold a NaN, is a NaN and
+ *     not a failure.
+ *
+ * Reference: ASTM E1926, ASTM E1489; M. W. Sayers, "Two Quarter-Car Models for Defining Road
+ * Roughness: IRI and HRI", Transportation Research Record 1215, 1989; M. W. Sayers and S. M.
+ * Karamihas, "Estimation of Rideability by Analyzing Longitudinal Road Profile", Transportation
+ * Research Record 1536, 1996.
+ */
+VIALTO_API int32_t VIALTO_CALL ride2chan_dlldrv(int32_t ifExcludeLeaveout, int32_t if250mmFilter,
+                                                int32_t iRideIndex, int32_t iSizeDataArray,
+                                                const float* dataarray1, const float* dataarray2,
+                                                const int32_t* exclusion_flags, float xStepSize,
+                                                float* xRideIndex, tEvent* event);
+
+/*
+ * rideseg2chan_dlldrv: ride index of two wheel tracks for each of a row of consecutive segments.
+ *
+ * Given:
+ *   if250mmFilter, iRideIndex, iSizeDataArray, dataarray1, dataarray2, xStepSize
+ *                                      as for ride2chan_dlldrv
+ *   iNumSegments, iNumSegmentPoints    as for rideseg_dlldrv
+ * Returned:
+ *   xOutput                            [K] index of each segment, in the unit of ride2chan_dlldrv;
+ *                                      -1.0 for a segment without samples, which is a success
+ *   xSegLength                         [K] length of each segment, m
+ *
+ * Failures (the routine is "rideseg2chan_dlldrv" for all of them):
+ *   100  "only HRI, MRI, and 2-Chan-RN allowed in the 2-channel analysis"
+ *   100  "End index of data points exceeds the input array size. Double-check segment points."
+ *                                      as for rideseg_dlldrv: the earlier segments' xSegLength is
+ *                                      written; their xOutput is final with HRI, untouched with
+ * MRI, and PTRN, m/m, with the Ride Number 101  the failures of ride2chan_dlldrv; the outputs are
+ * untouched, but for xSegLength when only the right track's MRI fails
+ *
+ * Notes:
+ *  1. With the Ride Number a segment without samples has the xSegLength of the segment before it
+ *     (0.0 for the first one), on purpose; with HRI and MRI it has 0.0.
+ *  2. A segment whose filtered slopes are all exactly 0.0 has the Ride Number -1.0, on purpose.
+ *  3. MRI averages -1.0 like any number.
+ *  4. The notes of rideseg_dlldrv hold here, too.
+ *
+ * Reference: as for ride2chan_dlldrv.
+ */
+VIALTO_API int32_t VIALTO_CALL rideseg2chan_dlldrv(int32_t if250mmFilter, int32_t iRideIndex,
+                                                   int32_t iSizeDataArray, const float* dataarray1,
+                                                   const float* dataarray2, float xStepSize,
+                                                   int32_t iNumSegments,
+                                                   const int32_t* iNumSegmentPoints, float* xOutput,
+                                                   float* xSegLength, tEvent* event);
+
+/*
+ * ridecon2chan_dlldrv: continuous ride index of two wheel tracks, one value per sample.
+ *
+ * Given:
+ *   if250mmFilter, iRideIndex, iSizeDataArray, dataarray1, dataarray2, xStepSize
+ *                  as for ride2chan_dlldrv
+ *   xBaseLength    base length of the moving statistic, m
+ * Returned:
+ *   xOutput        [N] HRI, MRI: the continuous IRI (ridecon_dlldrv) of the mean profile, or the
+ *                  mean of the tracks' continuous IRI, m/m. Ride Number: 5 exp(-160 PTRN) with the
+ *                  left track's moving root mean square.
+ *
+ * Failures (the routine is "ridecon2chan_dlldrv" for all of them):
+ *   100  "only HRI, MRI, and 2-Chan-RN allowed in the 2-channel analysis"
+ *   101  "moving average base length is greater the sampling distance"    xBaseLength is not
+ * shorter than the profile 101  the failures of ride2chan_dlldrv xOutput is untouched.
+ *
+ * Notes:
+ *  1. The right track has no influence on the continuous Ride Number, on purpose.
+ *  2. The continuous Ride Number is 0.0 at the first sample. With a base length below two intervals
+ *     it is not smoothed, and 0.0 behind the last valid sample, too.
+ *  3. Notes 1 to 3 of ridecon_dlldrv hold here, too.
+ *
+ * Reference: as for ride2chan_dlldrv.
+ */
+VIALTO_API int32_t VIALTO_CALL ridecon2chan_dlldrv(int32_t if250mmFilter, int32_t iRideIndex,
+                                                   int32_t iSizeDataArray, const float* dataarray1,
+                                                   const float* dataarray2, float xStepSize,
+                                                   float xBaseLength, float* xOutput,
+                                                   tEvent* event);
+
 /* ------------------------------------------------------------------------------------------------
  * WIM error index
  * --------------------------------------------------------------------------------------------- */
+
+/*
+ * wimindex_dlldrv: WIM error index of one profile, one value per sample: how strongly the roughness
+ * around a position would disturb a weigh-in-motion scale placed there.
+ *
+ * Given:
+ *   iBridgingFilter     1 runs the bridge filter (base length 0.25 m) first; any other value does
+ *                       not
+ *   xStepSize           sample interval, m
+ *   xShroudingDistance  written to the diagnostic file and otherwise without effect
+ *   iSizeDataArray      number of samples N
+ *   dataarray           [N] elevations, m
+ * Returned:
+ *   xOutput             [N] index, m/m; behind the last sample of the bridge filter 0.0
+ *
+ * Failures (the routine is "wimindex_dlldrv" for all of them), xOutput untouched:
+ *   100  "Current JQV is not suitable to handle large data set. Sorry for the inconvenience"
+ *                                                      N > 50000
+ *   101  "ibase .gt. mxbase"                           the bridge filter's base length exceeds 1000
+ *                                                      samples
+ *   101  "iter .gt. mxiter, hung up."                  a level of the bridge filter does not settle
+ *   101  "Highpass cutoff is below the threshold value (~ 2 x Step * 0.86). Try again with a larger
+ *        value."                                       an interval above about 9.53 m
+ *   101  "Lowpass cutoff is below the threshold value(~ 2 * Step / 0.86). Try again with a larger
+ *        value."                                       an interval above about 0.46 m
+ *
+ * Notes:
+ *  1. The index is the absolute slope of the profile between the wavelengths 1.07 m and 16.45 m,
+ *     each sample taking the largest of its own and of all others', weighted down by the distance:
+ *     over 15.24 m to 1/e for the samples before it, over 1.524 m for those after it. So a rough
+ *     spot shades far ahead of it in the direction of travel, and little behind it.
+ *  2. A bridge filter's window longer than the profile leaves no sample: the result is 0.0
+ *     everywhere.
+ *  3. ridecon_dlldrv with iRideIndexType 9 and if250mmFilter in the place of iBridgingFilter is the
+ *     same analysis.
+ *
+ * Reference: ASTM E1318 (weigh-in-motion scales); S. M. Karamihas and T. D. Gillespie, "Advancement
+ * of Smoothness Criteria for WIM Scale Approaches", UMTRI-2004-12, 2004.
+ */
+VIALTO_API int32_t VIALTO_CALL wimindex_dlldrv(int32_t iBridgingFilter, float xStepSize,
+                                               float xShroudingDistance, int32_t iSizeDataArray,
+                                               const float* dataarray, float* xOutput,
+                                               tEvent* event);
 
 /* ------------------------------------------------------------------------------------------------
  * Spectrum and rolling straightedge

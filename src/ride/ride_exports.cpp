@@ -1,16 +1,64 @@
 // The exported ride analyses; their contracts stand in vialto/vialto.h.
 #include "frame/analysis_frame.hpp"
 #include "ride/ride_drv.hpp"
+#include "ride/two_channel.hpp"
 #include "vialto/vialto.h"
 
 using namespace vialto;
+
+namespace {
+
+constexpr std::size_t table_rows = 50;
+constexpr float wim_base_length = 1.524F; // m; without effect on the analysis
+
+ExportFrame ride_frame(std::string_view name) {
+    return {.name = name, .failed_routine = FailedRoutine::export_alone};
+}
+
+void log_settings(DiagnosticText& text, int32_t ifExcludeLeaveout, int32_t if250mmFilter,
+                  int32_t iRideIndex, int32_t iSizeDataArray, float xStepSize) {
+    text.record("ifExcludeLeaveout   :", ifExcludeLeaveout);
+    text.record("if250mmFilter :", if250mmFilter);
+    text.record("iRideIndex    :", iRideIndex);
+    text.record("iSizeDataArray:", iSizeDataArray);
+    text.record("xStepSize     :", xStepSize);
+}
+
+void log_segments(DiagnosticText& text, int32_t iNumSegments,
+                  std::span<const int32_t> iNumSegmentPoints) {
+    text.record("iNumSegments  :", iNumSegments);
+    text.record("iNumSegmentPoints(iNumSegments)  :");
+    for (const int32_t count : iNumSegmentPoints) {
+        text.record(count);
+    }
+}
+
+void log_first_points(DiagnosticText& text, std::span<const float> dataarray) {
+    text.record("the first 50 points -");
+    text.record("no. dataarray  exclusion_flags");
+    for (std::size_t i = 0; i < table_rows; ++i) {
+        text.record(static_cast<int32_t>(i + 1), element_or_zero(dataarray, i), int32_t{0});
+    }
+}
+
+void log_first_points(DiagnosticText& text, std::span<const float> dataarray1,
+                      std::span<const float> dataarray2, std::span<const int32_t> exclusion_flags) {
+    text.record("the first 50 points -");
+    text.record("no. dataarray1 dataarray2 exclusion_flags");
+    for (std::size_t i = 0; i < table_rows; ++i) {
+        text.record(static_cast<int32_t>(i + 1), element_or_zero(dataarray1, i),
+                    element_or_zero(dataarray2, i), element_or_zero(exclusion_flags, i));
+    }
+}
+
+} // namespace
 
 int32_t VIALTO_CALL ride_dlldrv(int32_t ifExcludeLeaveout, int32_t if250mmFilter,
                                 int32_t iRideIndex, int32_t iSizeDataArray, const float* dataarray,
                                 const int32_t* exclusion_flags, float xStepSize, float* xRideIndex,
                                 tEvent* event) {
     return run_export(
-        {.name = "ride_dlldrv", .failed_routine = FailedRoutine::export_alone}, event,
+        ride_frame("ride_dlldrv"), event,
         [&](ArgumentCheck& check) {
             check.array("dataarray", dataarray, iSizeDataArray);
             if (ifExcludeLeaveout == vialto_yes) {
@@ -20,11 +68,8 @@ int32_t VIALTO_CALL ride_dlldrv(int32_t ifExcludeLeaveout, int32_t if250mmFilter
             check.address("xRideIndex", xRideIndex);
         },
         [&](DiagnosticText& text) {
-            text.record("ifExcludeLeaveout   :", ifExcludeLeaveout);
-            text.record("if250mmFilter :", if250mmFilter);
-            text.record("iRideIndex    :", iRideIndex);
-            text.record("iSizeDataArray:", iSizeDataArray);
-            text.record("xStepSize     :", xStepSize);
+            log_settings(text, ifExcludeLeaveout, if250mmFilter, iRideIndex, iSizeDataArray,
+                         xStepSize);
         },
         [&] {
             return ride_drv(ifExcludeLeaveout, if250mmFilter, iRideIndex,
@@ -34,5 +79,191 @@ int32_t VIALTO_CALL ride_dlldrv(int32_t ifExcludeLeaveout, int32_t if250mmFilter
         [&](DiagnosticText& text) {
             text.record("done with the ride_drv call");
             text.record("xRideIndex     :", *xRideIndex);
+        });
+}
+
+int32_t VIALTO_CALL rideseg_dlldrv(int32_t if250mmFilter, int32_t iRideIndex,
+                                   int32_t iSizeDataArray, const float* dataarray, float xStepSize,
+                                   int32_t iNumSegments, const int32_t* iNumSegmentPoints,
+                                   float* xOutput, float* xSegLength, tEvent* event) {
+    constexpr int32_t ifExcludeLeaveout = vialto_no; // so that the flags, all 0, are never read
+    return run_export(
+        ride_frame("rideseg_dlldrv"), event,
+        [&](ArgumentCheck& check) {
+            check.array("dataarray", dataarray, iSizeDataArray);
+            check.sample_interval("xStepSize", xStepSize);
+            check.array("iNumSegmentPoints", iNumSegmentPoints, iNumSegments);
+            check.array("xOutput", xOutput, iNumSegments);
+            check.array("xSegLength", xSegLength, iNumSegments);
+        },
+        [&](DiagnosticText& text) {
+            log_settings(text, ifExcludeLeaveout, if250mmFilter, iRideIndex, iSizeDataArray,
+                         xStepSize);
+            log_segments(text, iNumSegments, host_array(iNumSegmentPoints, iNumSegments));
+            log_first_points(text, host_array(dataarray, iSizeDataArray));
+        },
+        [&] {
+            return rideseg_drv(
+                ifExcludeLeaveout, if250mmFilter, iRideIndex, host_array(dataarray, iSizeDataArray),
+                {}, xStepSize, host_array(iNumSegmentPoints, iNumSegments),
+                host_array(xOutput, iNumSegments), host_array(xSegLength, iNumSegments));
+        },
+        [&](DiagnosticText& text) { text.record("Done with the rideseg_drv cal"); });
+}
+
+int32_t VIALTO_CALL ridecon_dlldrv(int32_t if250mmFilter, float xStepSize, float xBaseLength,
+                                   int32_t iRideIndexType, int32_t iSizeDataArray,
+                                   const float* dataarray, float* xOutput, tEvent* event) {
+    return run_export(
+        ride_frame("ridecon_dlldrv"), event,
+        [&](ArgumentCheck& check) {
+            check.sample_interval("xStepSize", xStepSize);
+            check.array("dataarray", dataarray, iSizeDataArray);
+            check.array("xOutput", xOutput, iSizeDataArray);
+        },
+        [&](DiagnosticText& text) {
+            text.record("RideStats Continuous - debug mode");
+            text.record("if250mmFilter = ", if250mmFilter);
+            text.record("xStepSize (m) = ", xStepSize);
+            text.record("xBaseLength (m) = ", xBaseLength);
+            text.record("iRideIndexType = ", iRideIndexType);
+            text.record("iSizeDataArray = ", iSizeDataArray);
+        },
+        [&] {
+            return ridecon_drv(if250mmFilter, xStepSize, xBaseLength, iRideIndexType,
+                               host_array(dataarray, iSizeDataArray),
+                               host_array(xOutput, iSizeDataArray));
+        },
+        [&](DiagnosticText& text) { text.record("done with the ridecon_drv call"); });
+}
+
+int32_t VIALTO_CALL ride2chan_dlldrv(int32_t ifExcludeLeaveout, int32_t if250mmFilter,
+                                     int32_t iRideIndex, int32_t iSizeDataArray,
+                                     const float* dataarray1, const float* dataarray2,
+                                     const int32_t* exclusion_flags, float xStepSize,
+                                     float* xRideIndex, tEvent* event) {
+    return run_export(
+        ride_frame("ride2chan_dlldrv"), event,
+        [&](ArgumentCheck& check) {
+            check.array("dataarray1", dataarray1, iSizeDataArray);
+            check.array("dataarray2", dataarray2, iSizeDataArray);
+            if (ifExcludeLeaveout == vialto_yes) {
+                check.array("exclusion_flags", exclusion_flags, iSizeDataArray);
+            }
+            check.sample_interval("xStepSize", xStepSize);
+            check.address("xRideIndex", xRideIndex);
+        },
+        [&](DiagnosticText& text) {
+            log_settings(text, ifExcludeLeaveout, if250mmFilter, iRideIndex, iSizeDataArray,
+                         xStepSize);
+            log_first_points(text, host_array(dataarray1, iSizeDataArray),
+                             host_array(dataarray2, iSizeDataArray),
+                             host_array(exclusion_flags, iSizeDataArray));
+        },
+        [&] {
+            return ride2chan_drv(
+                ifExcludeLeaveout, if250mmFilter, iRideIndex,
+                host_array(dataarray1, iSizeDataArray), host_array(dataarray2, iSizeDataArray),
+                host_array(exclusion_flags, iSizeDataArray), xStepSize, *xRideIndex);
+        },
+        [&](DiagnosticText& text) {
+            text.record("done with the ride2chan_drv call");
+            text.record("xRideIndex     :", *xRideIndex);
+        });
+}
+
+int32_t VIALTO_CALL rideseg2chan_dlldrv(int32_t if250mmFilter, int32_t iRideIndex,
+                                        int32_t iSizeDataArray, const float* dataarray1,
+                                        const float* dataarray2, float xStepSize,
+                                        int32_t iNumSegments, const int32_t* iNumSegmentPoints,
+                                        float* xOutput, float* xSegLength, tEvent* event) {
+    constexpr int32_t ifExcludeLeaveout = vialto_no; // so that the flags, all 0, are never read
+    return run_export(
+        ride_frame("rideseg2chan_dlldrv"), event,
+        [&](ArgumentCheck& check) {
+            check.array("dataarray1", dataarray1, iSizeDataArray);
+            check.array("dataarray2", dataarray2, iSizeDataArray);
+            check.sample_interval("xStepSize", xStepSize);
+            check.array("iNumSegmentPoints", iNumSegmentPoints, iNumSegments);
+            check.array("xOutput", xOutput, iNumSegments);
+            check.array("xSegLength", xSegLength, iNumSegments);
+        },
+        [&](DiagnosticText& text) {
+            log_settings(text, ifExcludeLeaveout, if250mmFilter, iRideIndex, iSizeDataArray,
+                         xStepSize);
+            log_segments(text, iNumSegments, host_array(iNumSegmentPoints, iNumSegments));
+            log_first_points(text, host_array(dataarray1, iSizeDataArray),
+                             host_array(dataarray2, iSizeDataArray), {});
+        },
+        [&] {
+            return rideseg2chan_drv(
+                ifExcludeLeaveout, if250mmFilter, iRideIndex,
+                host_array(dataarray1, iSizeDataArray), host_array(dataarray2, iSizeDataArray), {},
+                xStepSize, host_array(iNumSegmentPoints, iNumSegments),
+                host_array(xOutput, iNumSegments), host_array(xSegLength, iNumSegments));
+        },
+        [&](DiagnosticText& text) {
+            text.record("SegmentNum  Ride_Indexes");
+            for (int32_t k = 0; k < iNumSegments; ++k) {
+                text.record(k + 1, xOutput[k]);
+            }
+            text.record("Done with the rideseg2chan_dlldrv cal");
+        });
+}
+
+int32_t VIALTO_CALL ridecon2chan_dlldrv(int32_t if250mmFilter, int32_t iRideIndex,
+                                        int32_t iSizeDataArray, const float* dataarray1,
+                                        const float* dataarray2, float xStepSize, float xBaseLength,
+                                        float* xOutput, tEvent* event) {
+    return run_export(
+        ride_frame("ridecon2chan_dlldrv"), event,
+        [&](ArgumentCheck& check) {
+            check.array("dataarray1", dataarray1, iSizeDataArray);
+            check.array("dataarray2", dataarray2, iSizeDataArray);
+            check.sample_interval("xStepSize", xStepSize);
+            check.array("xOutput", xOutput, iSizeDataArray);
+        },
+        [&](DiagnosticText& text) {
+            text.record("if250mmFilter = ", if250mmFilter);
+            text.record("iRideIndex = ", iRideIndex);
+            text.record("iSizeDataArray = ", iSizeDataArray);
+            text.record("xStepSize (m) = ", xStepSize);
+            text.record("xBaseLength (m) = ", xBaseLength);
+        },
+        [&] {
+            return ridecon2chan_drv(if250mmFilter, iRideIndex,
+                                    host_array(dataarray1, iSizeDataArray),
+                                    host_array(dataarray2, iSizeDataArray), xStepSize, xBaseLength,
+                                    host_array(xOutput, iSizeDataArray));
+        },
+        [&](DiagnosticText& text) { text.record("Done with the ridecon2chan_drv cal"); });
+}
+
+int32_t VIALTO_CALL wimindex_dlldrv(int32_t iBridgingFilter, float xStepSize,
+                                    float xShroudingDistance, int32_t iSizeDataArray,
+                                    const float* dataarray, float* xOutput, tEvent* event) {
+    return run_export(
+        ride_frame("wimindex_dlldrv"), event,
+        [&](ArgumentCheck& check) {
+            check.sample_interval("xStepSize", xStepSize);
+            check.array("dataarray", dataarray, iSizeDataArray);
+            check.array("xOutput", xOutput, iSizeDataArray);
+        },
+        [&](DiagnosticText& text) {
+            text.record("WIM Error Index - debug mode");
+            text.record("iBridgingFilter = ", iBridgingFilter);
+            text.record("xStepSize (m) = ", xStepSize);
+            text.record("Shrouding distance (m) = ", xShroudingDistance);
+            text.record("xBaseLength (m) = ", wim_base_length);
+            text.record("iRideIndexType = ", int32_t{idx_ridests_WIM});
+            text.record("iSizeDataArray = ", iSizeDataArray);
+        },
+        [&] {
+            return ridecon_drv(iBridgingFilter, xStepSize, wim_base_length, idx_ridests_WIM,
+                               host_array(dataarray, iSizeDataArray),
+                               host_array(xOutput, iSizeDataArray));
+        },
+        [&](DiagnosticText& text) {
+            text.record("done with the ridecon_drv call for the WIM index analysis");
         });
 }
