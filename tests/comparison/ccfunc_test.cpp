@@ -95,16 +95,6 @@ TEST(ComparisonPlan, CountIsOddAndSaturates) {
     EXPECT_EQ(directory.text_of("CC_CoeffArray.txt").rfind("Day - Month - Year =     ", 0), 0U);
 }
 
-TEST(ComparisonPlan, StepIsTheReferencesOwnWhenNoneIsSought) {
-    const TemporaryDirectory directory;
-    Comparison roads(continuous_road(100, 0.04F, 0.0), 0.04F, continuous_road(100, 0.03F, 0.0),
-                     0.03F);
-    roads.analysis.if_upsampling = 2;
-    ASSERT_EQ(roads.plan(), vialto_success);
-    EXPECT_EQ(roads.analysis.x_normsampleinterval, 0.04F);
-    EXPECT_EQ(roads.count, 51);
-}
-
 TEST(ComparisonPlan, RefusesWhatNoStepCanComeFrom) {
     const TemporaryDirectory directory;
     struct Case {
