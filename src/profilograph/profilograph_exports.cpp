@@ -16,7 +16,6 @@ using namespace vialto;
 namespace {
 
 constexpr std::int32_t wheel_offset_lines = 6; // of the diagnostic file
-constexpr std::size_t setting_count = 6;
 
 // The samples iStartIndex to iEndIndex of a host's array, both included; none if they are reversed.
 template <class Element>
