@@ -5,7 +5,8 @@
 #include <string>
 
 struct Options {
-    std::string profile;           // path of the CSV
+    std::string profile; // path of the CSV
+    bool profilograph = false;
     std::int32_t joint_method = 0; // idx_jntid_...; 0 leaves the joints out
     float joint_spacing = 0.0F;    // m; nominal length of the slabs
 };
