@@ -14,17 +14,6 @@ namespace {
 
 constexpr std::string_view routine_name = "mvgavg";
 
-// One stage's box and the extension that it needs at either end, in samples.
-struct Box {
-    std::int32_t iBase;
-    std::int32_t iHalf;
-};
-
-Box box_of(float base_length, float xStepSize) {
-    const float samples = base_length / xStepSize;
-    return {truncate(samples + 0.5F), truncate(samples * 0.5F + 0.5F)};
-}
-
 // Room for the extended profile and one place more, which the last update of the mean reads and
 // nothing uses.
 std::size_t work_size(std::size_t count, std::int32_t half) {
@@ -42,17 +31,12 @@ void extend(std::vector<float>& w, std::int32_t half) {
     }
     std::copy_backward(w.begin(), w.begin() + static_cast<std::ptrdiff_t>(count),
                        w.begin() + static_cast<std::ptrdiff_t>(count) + half);
-    const std::span<const float> profile = std::span(w).subspan(margin, count);
-    const float first = profile.front();
-    const float last = profile.back();
-    const float slope_left = lrslop(profile.first(margin));
-    const float slope_right = lrslop(profile.last(margin));
-    float* const left = w.data();
-    float* const right = left + margin + count;
-    for (std::int32_t k = 0; k < half; ++k) {
-        left[k] = first - static_cast<float>(half - k) * slope_left;
-        right[k] = last + static_cast<float>(k + 1) * slope_right;
-    }
+    extend_ends(std::span(w).first(count + 2 * margin), margin);
+}
+
+// By how much the mean of p(i) to p(i + base - 1) rises when the box moves on by one sample.
+float mean_update(std::span<const float> p, std::size_t i, std::size_t base) {
+    return (p[i + base] - p[i]) / static_cast<float>(base);
 }
 
 // Puts the result for sample i, from 0, to w[i]: the mean of w[i] to w[i + base - 1], or, as a
@@ -61,21 +45,53 @@ void extend(std::vector<float>& w, std::int32_t half) {
 // Each mean waits for the addition before it, and for nothing else: the divisions run ahead.
 void run_box(std::span<float> w, std::size_t count, std::size_t base, std::size_t half,
              PassMode mode) {
-    const auto divisor = static_cast<float>(base);
     const bool high_pass = mode == PassMode::high_pass;
-    float mean = 0.0F;
-    for (std::size_t i = 0; i < base; ++i) {
-        mean += w[i];
-    }
-    mean /= divisor;
+    float mean = box_mean(w.first(base));
     for (std::size_t i = 0; i < count; ++i) {
-        const float update = (w[i + base] - w[i]) / divisor;
+        const float update = mean_update(w, i, base);
         w[i] = high_pass ? w[i + half] - mean : mean;
         mean += update;
     }
 }
 
 } // namespace
+
+Box box_of(float base_length, float xStepSize) {
+    const float samples = base_length / xStepSize;
+    return {truncate(samples + 0.5F), truncate(samples * 0.5F + 0.5F)};
+}
+
+void extend_ends(std::span<float> p, std::size_t half) {
+    if (half == 0) {
+        return;
+    }
+    const std::span<const float> profile = p.subspan(half, p.size() - 2 * half);
+    const float first = profile.front();
+    const float last = profile.back();
+    const float slope_left = lrslop(profile.first(half));
+    const float slope_right = lrslop(profile.last(half));
+    float* const left = p.data();
+    float* const right = left + half + profile.size();
+    for (std::size_t k = 0; k < half; ++k) {
+        left[k] = first - static_cast<float>(half - k) * slope_left;
+        right[k] = last + static_cast<float>(k + 1) * slope_right;
+    }
+}
+
+float box_mean(std::span<const float> box) {
+    float sum = 0.0F;
+    for (const float sample : box) {
+        sum += sample;
+    }
+    return sum / static_cast<float>(box.size());
+}
+
+void continue_means(std::span<const float> p, std::size_t base, float mean, std::span<float> m) {
+    for (std::size_t i = 0; i < m.size(); ++i) {
+        mean += mean_update(p, i, base);
+        m[i] = mean;
+    }
+}
 
 void mvgavg_pass(std::vector<float>& w, std::int32_t iBase, std::int32_t iHalf, PassMode mode) {
     const std::size_t count = w.size();

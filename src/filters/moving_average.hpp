@@ -1,6 +1,7 @@
 // The moving-average filters: a box run over the profile, as low-pass, high-pass or both.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -37,5 +38,26 @@ enum class PassMode : std::int32_t { high_pass = 1, low_pass = 2 };
 // iBase is less than the length of w, and iHalf the half of it, rounded up or down. With iBase
 // below 1 the box is empty and every mean 0/0, a NaN.
 void mvgavg_pass(std::vector<float>& w, std::int32_t iBase, std::int32_t iHalf, PassMode mode);
+
+// The same stage in pieces, for a caller that runs it anew from the middle of a profile on.
+
+// A stage's box and the extension that it needs at either end, in samples.
+struct Box {
+    std::int32_t iBase;
+    std::int32_t iHalf;
+};
+
+[[nodiscard]] Box box_of(float base_length, float xStepSize);
+
+// Writes the first and the last `half` elements of p on the lines through the first and the last
+// `half` of those between them, of which there are as many at least.
+void extend_ends(std::span<float> p, std::size_t half);
+
+// The mean of a box's samples, summed in ascending order; a NaN for an empty box.
+[[nodiscard]] float box_mean(std::span<const float> box);
+
+// The means of the boxes of `base` samples that start at p(1), p(2), ... counted from 0, as many as
+// m has room for, by updates of the one that starts at p(0).
+void continue_means(std::span<const float> p, std::size_t base, float mean, std::span<float> m);
 
 } // namespace vialto

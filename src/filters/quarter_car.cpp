@@ -22,7 +22,7 @@ constexpr float base_length_250mm = 0.25F; // m
 constexpr float kmh_per_mps = 3.6F;
 constexpr float smallest_ini_length = 1.1920929e-07F; // m; epsilon of float32
 
-constexpr std::size_t states = 4;
+constexpr std::size_t states = qcar_states;
 
 using Matrix = SquareMatrix<states>;
 using Vector = std::array<float, states>;
@@ -32,12 +32,6 @@ using Vector = std::array<float, states>;
 struct System {
     Matrix a;
     Vector b;
-};
-
-// X(i) = st X(i-1) + pr u(i): the system over one time step with a constant input.
-struct Transition {
-    Matrix st;
-    Vector pr;
 };
 
 System setabc(const tQcarParams& p) {
@@ -112,9 +106,10 @@ Matrix state_transition(const Matrix& a, float dt) {
     }
 }
 
-ReturnCode setstm(const System& system, float dt, Transition& transition) {
+// st and pr of the car: the system over one time step with a constant input.
+ReturnCode setstm(const System& system, float dt, QuarterCar& car) {
     constexpr std::string_view name = "setstm";
-    transition.st = state_transition(system.a, dt);
+    car.st = state_transition(system.a, dt);
     Matrix inverse{};
     if (invert(system.a, inverse) != inverse_found) {
         (void)raise_failure("the combination of cutoff wavelengths causes ill-conditioned matrix",
@@ -122,10 +117,10 @@ ReturnCode setstm(const System& system, float dt, Transition& transition) {
         // Deliberately named twice: the path reads setstm/setstm.
         return pass_failure(name);
     }
-    const Vector moved = multiply(multiply(inverse, transition.st), system.b);
+    const Vector moved = multiply(multiply(inverse, car.st), system.b);
     const Vector rest = multiply(inverse, system.b);
     for (std::size_t i = 0; i < states; ++i) {
-        transition.pr[i] = moved[i] - rest[i];
+        car.pr[i] = moved[i] - rest[i];
     }
     return success;
 }
@@ -139,20 +134,24 @@ struct Slope {
     float operator[](std::size_t i) const { return (profile[i + base] - profile[i]) * scale; }
 };
 
+Slope slope_of(const QuarterCar& car, std::span<const float> profile) {
+    return {profile, static_cast<std::size_t>(car.iBase),
+            car.xSlopeScale / (static_cast<float>(car.iBase) * car.xStepSize)};
+}
+
 // Runs the recursion over the slope u and writes the filtered slope, that of the suspension,
-// X(3) - X(1). Returns the sum of magnitude(filtered slope) in ascending order.
+// X(3) - X(1), from the given state on, which it leaves behind the last sample. Returns the sum of
+// magnitude(filtered slope) in ascending order.
 //
 // Both the slope and the sum are taken here because they cost nothing beside the recursion, which
 // waits for its own chain of sums. For the same reason the state stands in four separate variables:
 // the products of a step run side by side.
 template <class Magnitude>
-float stfilt(const Transition& transition, const Vector& start, const Slope& slope,
-             std::span<float> y, const Magnitude& magnitude) {
-    const auto [st, pr] = transition;
-    float x1 = start[0];
-    float x2 = start[1];
-    float x3 = start[2];
-    float x4 = start[3];
+float stfilt(const QuarterCar& car, const Slope& slope, QuarterCarState& state, std::span<float> y,
+             const Magnitude& magnitude) {
+    const Matrix st = car.st;
+    const Vector pr = car.pr;
+    auto [x1, x2, x3, x4] = state;
     float sum = 0.0F;
     for (std::size_t i = 0; i < y.size(); ++i) {
         const float u = slope[i];
@@ -171,6 +170,7 @@ float stfilt(const Transition& transition, const Vector& start, const Slope& slo
         y[i] = x3 - x1;
         sum += magnitude(y[i]);
     }
+    state = {x1, x2, x3, x4};
     return sum;
 }
 
@@ -202,6 +202,34 @@ tQcarParams rn_parameters(float xSimuVelocity) {
     return {ini_length_rn, 2.0F, 5120.0F, 390.0F, 17.0F, 0.036F, xSimuVelocity};
 }
 
+float quarter_car_base_length(std::int32_t if250mmFilter) {
+    return if250mmFilter == vialto_yes ? base_length_250mm : 0.0F;
+}
+
+ReturnCode set_up_quarter_car(float xStepSize, float xBase, float xSlopeScale,
+                              const tQcarParams& parameters, QuarterCar& car) {
+    car.iBase = std::max(1, truncate(xBase / xStepSize + 0.5F));
+    car.xStepSize = xStepSize;
+    car.xSlopeScale = xSlopeScale;
+    car.xInitLength = parameters.xInitLength;
+    return setstm(setabc(parameters), xStepSize / (parameters.xSpeed / kmh_per_mps), car);
+}
+
+std::size_t count_slopes(const QuarterCar& car, std::size_t count) {
+    const auto base = static_cast<std::size_t>(car.iBase);
+    return count > base ? count - base : 0;
+}
+
+QuarterCarState start_state(const QuarterCar& car, std::span<const float> xProfile) {
+    const float slope = start_slope(xProfile, car.xStepSize, car.xInitLength, car.xSlopeScale);
+    return {slope, 0.0F, slope, 0.0F};
+}
+
+void run_quarter_car(const QuarterCar& car, std::span<const float> xProfile, std::size_t first,
+                     QuarterCarState& state, std::span<float> y) {
+    (void)stfilt(car, slope_of(car, xProfile.subspan(first)), state, y, [](float) { return 0.0F; });
+}
+
 ReturnCode qcar_filter(std::span<const float> xProfile, float xStepSize, float xBase,
                        float xSlopeScale, const tQcarParams& parameters, std::span<float> xFiltered,
                        float& xQcarStat, std::int32_t& iBegin, std::int32_t& iEnd) {
@@ -210,33 +238,27 @@ ReturnCode qcar_filter(std::span<const float> xProfile, float xStepSize, float x
         copy_profile(xProfile, xFiltered);
         return raise_failure("initialization length for IRI/PTRN should not be zero", name);
     }
-    const System system = setabc(parameters);
-    Transition transition{};
-    if (setstm(system, xStepSize / (parameters.xSpeed / kmh_per_mps), transition) != success) {
+    QuarterCar car{};
+    if (set_up_quarter_car(xStepSize, xBase, xSlopeScale, parameters, car) != success) {
         copy_profile(xProfile, xFiltered);
         return pass_failure(name);
     }
-
-    const std::int32_t iBase = std::max(1, truncate(xBase / xStepSize + 0.5F));
-    const std::int32_t filtered_count =
-        std::max(static_cast<std::int32_t>(xProfile.size()) - iBase, 0);
-    const Slope slope{xProfile, static_cast<std::size_t>(iBase),
-                      xSlopeScale / (static_cast<float>(iBase) * xStepSize)};
-    const float s = start_slope(xProfile, xStepSize, parameters.xInitLength, xSlopeScale);
-    const Vector start{s, 0.0F, s, 0.0F};
-    const std::span<float> y = xFiltered.first(static_cast<std::size_t>(filtered_count));
+    const std::size_t filtered_count = count_slopes(car, xProfile.size());
+    const Slope slope = slope_of(car, xProfile);
+    QuarterCarState state = start_state(car, xProfile);
+    const std::span<float> y = xFiltered.first(filtered_count);
 
     const bool mean_of_magnitudes = parameters.xStatPower == 1.0F;
     const float sum =
         mean_of_magnitudes
-            ? stfilt(transition, start, slope, y, [](float value) { return std::fabs(value); })
-            : stfilt(transition, start, slope, y, [](float value) { return value * value; });
+            ? stfilt(car, slope, state, y, [](float value) { return std::fabs(value); })
+            : stfilt(car, slope, state, y, [](float value) { return value * value; });
     const float mean = sum / static_cast<float>(filtered_count);
     xQcarStat = mean_of_magnitudes ? mean : std::sqrt(mean);
 
     iBegin = 1;
-    iEnd = filtered_count;
-    std::fill(xFiltered.begin() + filtered_count, xFiltered.end(), 0.0F);
+    iEnd = static_cast<std::int32_t>(filtered_count);
+    std::fill(xFiltered.begin() + iEnd, xFiltered.end(), 0.0F);
     return success;
 }
 
@@ -254,7 +276,7 @@ ReturnCode qcarfilt_drv(std::span<const float> xProfile, float xStepSize, tFiltC
     if (settings.if250mmFilter != vialto_yes && settings.if250mmFilter != vialto_no) {
         return raise_failure("tFiltCon%if250mmFilter is not either 1 -yes- nor 2 -no-", name);
     }
-    const float xBase = settings.if250mmFilter == vialto_yes ? base_length_250mm : 0.0F;
+    const float xBase = quarter_car_base_length(settings.if250mmFilter);
     constexpr float xSlopeScale = 1.0F;
     std::int32_t iBegin = 0;
     std::int32_t iEnd = 0;

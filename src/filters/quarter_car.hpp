@@ -6,10 +6,13 @@
 // Road Profile", Transportation Research Record 1501, 1995; ASTM E1926 (IRI) and E1489 (RN).
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
 #include "frame/event.hpp"
+#include "numeric/inverse.hpp"
 #include "vialto/vialto.h"
 
 namespace vialto {
@@ -51,5 +54,41 @@ struct tQcarParams {
                                      float xSlopeScale, const tQcarParams& parameters,
                                      std::span<float> xFiltered, float& xQcarStat,
                                      std::int32_t& iBegin, std::int32_t& iEnd);
+
+// The same filter in pieces, for a caller that runs it anew from the middle of a profile on: the
+// slope of a sample depends on those before it through the state alone.
+
+inline constexpr std::size_t qcar_states = 4;
+
+// Height and velocity of the sprung mass, then of the unsprung mass.
+using QuarterCarState = std::array<float, qcar_states>;
+
+// A quarter car on profiles of one interval.
+struct QuarterCar {
+    SquareMatrix<qcar_states> st; // X(i) = st X(i-1) + pr u(i), u(i) being a slope of the profile
+    std::array<float, qcar_states> pr;
+    std::int32_t iBase; // samples that a slope is taken over
+    float xStepSize;    // m
+    float xSlopeScale;  // factor on the slopes
+    float xInitLength;  // m
+};
+
+// Base length of the moving average ahead of the quarter car [m], as if250mmFilter selects it.
+[[nodiscard]] float quarter_car_base_length(std::int32_t if250mmFilter);
+
+// Fails where the system has no inverse.
+[[nodiscard]] ReturnCode set_up_quarter_car(float xStepSize, float xBase, float xSlopeScale,
+                                            const tQcarParams& parameters, QuarterCar& car);
+
+// The number of samples, of `count`, that have a slope.
+[[nodiscard]] std::size_t count_slopes(const QuarterCar& car, std::size_t count);
+
+// The state ahead of the first sample.
+[[nodiscard]] QuarterCarState start_state(const QuarterCar& car, std::span<const float> xProfile);
+
+// Filters the samples from `first` on, counted from 0, as many as y has room for. The state is the
+// one ahead of `first`, and becomes the one ahead of the sample behind the last.
+void run_quarter_car(const QuarterCar& car, std::span<const float> xProfile, std::size_t first,
+                     QuarterCarState& state, std::span<float> y);
 
 } // namespace vialto
