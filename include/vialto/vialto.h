@@ -803,6 +803,93 @@ VIALTO_API int32_t VIALTO_CALL grindsimu_2chan_dlldrv(float xStepSize, int32_t i
                                                       float* xProfile1, float* xProfile2,
                                                       int32_t* iGrindFlags, tEvent* event);
 
+/*
+ * mustgrind_dlldrv: which stretches of a road must be ground.
+ *
+ * The grinder of grindsimu_dlldrv is asked what it would cut over the whole road. Of these spots,
+ * short ones are dropped, close ones are joined, and those are kept whose grinding alone improves
+ * the continuous ride statistic where it is above the threshold: each of the three on request.
+ *
+ * Given:
+ *   nsamp        number of samples N
+ *   xStepSize    sample interval, m
+ *   cfg          settings, a tMustGrindCfg. iRideIndexType is idx_ridests_IRI, _RN or _WIM;
+ *                idx_ridests_HRI runs as IRI
+ *   setup        the machine, a tGrinderSetup
+ *   xProfile     [N] elevations, m; not changed
+ * Returned:
+ *   cfg          iRideIndexType is rewritten from idx_ridests_HRI to idx_ridests_IRI
+ *   iGrindFlags  [N] 1 leave, 2 grind, no deeper than MaxGrindingDepth_mm, 3 grind deeper
+ *
+ * Failures (the routine of the first two is "mustgrind_dlldrv", with iGrindFlags untouched):
+ *   101  "Ride Index None is not allowed in the RideStatCont analysis"   idx_ridests_None
+ *   101  "Ride Index is un-defined"                any selector but None, IRI, RN, TwoRN, HRI, WIM
+ *   101  "i_maxspots exceeded for grinding - try smaller sections"
+ *                                   tossout_shortgrindspots/mustgrind/mustgrind_dlldrv
+ *        More than 100000 spots.
+ *   101  "i_maxspots exceeded for out-of-spec - try smaller sections"
+ *                                   out_of_spec_spots/mustgrind/mustgrind_dlldrv
+ *        More than 100000 stretches out of specification.
+ *   The failures of the grinder's moving average reach the host through
+ *   "mvgavg/filtcon_drv/grindsimu/material_takenout_area/mustgrind/mustgrind_dlldrv", those of
+ *   ridecon_dlldrv's analysis (idx_ridests_TwoRN among them) through
+ *   ".../ridecon_drv/out_of_spec_spots/mustgrind/mustgrind_dlldrv" or, for a road with one spot
+ *   ground, "evaluate_impact" in the place of "out_of_spec_spots". A failing analysis leaves
+ *   iGrindFlags in the state that it had reached; 0 is a sample not looked at.
+ *
+ * Notes:
+ *  1. xRideThreshold is compared with the statistic in m/m: an IRI of 2 m/km is 0.002.
+ *  2. With ib_grindopt all 0, the flags are those of the grinder over the whole road. Joining and
+ *     trying work on the spots that dropping has listed: without it they do nothing.
+ *  3. Lengths and gaps are differences of sample numbers, after rounding to whole samples: of
+ *     spots, one that is a sample longer than x_grindlength_min stays. A gap that is joined gets
+ *     flag 2. After a join and then a wide gap, the next comparison takes up the spot behind the
+ *     one that has grown, even where that spot was joined itself.
+ *  4. Out of specification is looked for from half a base length behind the start to half a base
+ *     length (and 250 mm, with the filter) ahead of the end. A stretch that is open where the
+ * search begins counts from the first sample of the profile instead, with its length.
+ *  5. A spot helps when the statistic of one sample out of specification falls by more than
+ *     1.1920929e-7, in a stretch that starts no more than 50 feet ahead of it. Each spot is tried
+ * on the untouched profile, not on top of those before it.
+ *  6. There is no diagnostic file.
+ *
+ * Reference: FHWA, "Concrete Pavement Preservation Guide", second edition, 2014, chapter "Diamond
+ * Grinding and Grooving"; for the statistic, see ridecon_dlldrv.
+ */
+VIALTO_API int32_t VIALTO_CALL mustgrind_dlldrv(int32_t nsamp, float xStepSize, tMustGrindCfg* cfg,
+                                                const tGrinderSetup* setup, const float* xProfile,
+                                                int32_t* iGrindFlags, tEvent* event);
+
+/*
+ * mustgrind_2chan_dlldrv: the same for the profiles of two wheel tracks.
+ *
+ * Given:
+ *   nsamp, xStepSize, setup    as for mustgrind_dlldrv
+ *   cfg                        settings. iRideIndexType is idx_ridests_RN; or idx_ridests_TwoRN,
+ *                              with xRideThreshold on the Ride Number's scale of 0 to 5; or
+ *                              idx_ridests_HRI or _MRI, which run as IRI
+ *   xProfile1, xProfile2       [N] elevations of the two tracks, m; not changed
+ * Returned:
+ *   cfg                        iRideIndexType is rewritten from HRI or MRI to idx_ridests_IRI
+ *   iGrindFlags                [N] the greater of the two tracks' flags
+ *
+ * Failures (the routine of the first three is "mustgrind_2chan_dlldrv"):
+ *   101  "Ride Index None is not allowed in the mustgrind_2chan_dlldrv analysis"
+ *   101  "idx_ridests_IRI is not allowed in the mustgrind_2chan_dlldrv analysis"
+ *        A host that repeats a call with a record that was rewritten finds this failure.
+ *   101  "Ride Index is un-defined"                any other selector
+ *   Those of mustgrind_dlldrv, the path ending in
+ * "mustgrind/mustgrind_2chan/mustgrind_2chan_dlldrv". iGrindFlags is untouched after each of them.
+ *
+ * Note: each track is analysed for itself. A threshold T on the Ride Number's scale becomes
+ * ln(T / 5) / -160 on that of the RN statistic.
+ *
+ * Reference: as for mustgrind_dlldrv; for the Ride Number, ASTM E1489.
+ */
+VIALTO_API int32_t VIALTO_CALL mustgrind_2chan_dlldrv(
+    int32_t nsamp, float xStepSize, tMustGrindCfg* cfg, const tGrinderSetup* setup,
+    const float* xProfile1, const float* xProfile2, int32_t* iGrindFlags, tEvent* event);
+
 /* ------------------------------------------------------------------------------------------------
  * Profile comparison
  * --------------------------------------------------------------------------------------------- */

@@ -5,6 +5,7 @@
 
 #include "frame/analysis_frame.hpp"
 #include "grinding/grindsimu.hpp"
+#include "grinding/mustgrind.hpp"
 #include "vialto/vialto.h"
 
 using namespace vialto;
@@ -82,4 +83,46 @@ int32_t VIALTO_CALL grindsimu_2chan_dlldrv(float xStepSize, int32_t iNumGrindSpo
             }
         },
         [](DiagnosticText&) {});
+}
+
+int32_t VIALTO_CALL mustgrind_dlldrv(int32_t nsamp, float xStepSize, tMustGrindCfg* cfg,
+                                     const tGrinderSetup* setup, const float* xProfile,
+                                     int32_t* iGrindFlags, tEvent* event) {
+    return run_export(
+        {.name = "mustgrind_dlldrv", .diagnostic_file = DiagnosticFile::none}, event,
+        [&](ArgumentCheck& check) {
+            check.sample_interval("xStepSize", xStepSize);
+            check.address("tMustGrindCfg", cfg);
+            check.address("tGrinderSetup", setup);
+            check.array("xProfile", xProfile, nsamp);
+            check.array("iGrindFlags", iGrindFlags, nsamp);
+        },
+        [&] {
+            if (admit_selector(*cfg) == success) {
+                (void)mustgrind({xStepSize, *cfg, *setup, host_array(xProfile, nsamp)},
+                                host_array(iGrindFlags, nsamp));
+            }
+        });
+}
+
+int32_t VIALTO_CALL mustgrind_2chan_dlldrv(int32_t nsamp, float xStepSize, tMustGrindCfg* cfg,
+                                           const tGrinderSetup* setup, const float* xProfile1,
+                                           const float* xProfile2, int32_t* iGrindFlags,
+                                           tEvent* event) {
+    return run_export(
+        {.name = "mustgrind_2chan_dlldrv", .diagnostic_file = DiagnosticFile::none}, event,
+        [&](ArgumentCheck& check) {
+            check.sample_interval("xStepSize", xStepSize);
+            check.address("tMustGrindCfg", cfg);
+            check.address("tGrinderSetup", setup);
+            check.array("xProfile1", xProfile1, nsamp);
+            check.array("xProfile2", xProfile2, nsamp);
+            check.array("iGrindFlags", iGrindFlags, nsamp);
+        },
+        [&] {
+            if (admit_selector_2chan(*cfg) == success) {
+                (void)mustgrind_2chan(xStepSize, *cfg, *setup, host_array(xProfile1, nsamp),
+                                      host_array(xProfile2, nsamp), host_array(iGrindFlags, nsamp));
+            }
+        });
 }

@@ -109,7 +109,9 @@ ReturnCode filter_wheel_path(std::span<const float> xProfile, float xStepSize,
     settings.iOutType = idx_filtouttyp_elevation;
     settings.if250mmFilter = vialto_yes;
     settings.xShortWavelength = ShortWavelength;
-    return filtcon_drv(xProfile, xStepSize, settings, xWheelPath);
+    return filtcon_drv(xProfile, xStepSize, settings, xWheelPath) == success
+               ? success
+               : pass_failure(routine_name);
 }
 
 ReturnCode grindsimu(float xStepSize, std::span<const tGrindSpot> tGrindSpots,
@@ -117,7 +119,7 @@ ReturnCode grindsimu(float xStepSize, std::span<const tGrindSpot> tGrindSpots,
                      std::span<std::int32_t> iGrindFlags) {
     std::vector<float> xWheelPath(xProfile.size());
     if (filter_wheel_path(xProfile, xStepSize, setup.ShortWavelength, xWheelPath) != success) {
-        return pass_failure(routine_name);
+        return failure;
     }
     const Grinder grinder = grinder_of(setup, xStepSize);
     std::fill(iGrindFlags.begin(), iGrindFlags.end(), not_ground);

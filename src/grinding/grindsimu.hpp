@@ -54,7 +54,7 @@ struct GrindPass {
                                    std::span<std::int32_t> iGrindFlags);
 
 // The surface that the wheels ride on, as long as the profile: its moving average over
-// ShortWavelength [m]. Fails with the failures of filtcon_drv.
+// ShortWavelength [m]. Fails with the failures of filtcon_drv, its path extended by grindsimu.
 [[nodiscard]] ReturnCode filter_wheel_path(std::span<const float> xProfile, float xStepSize,
                                            float ShortWavelength, std::span<float> xWheelPath);
 

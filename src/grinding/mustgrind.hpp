@@ -1,0 +1,60 @@
+// The must-grind analysis: which stretches of a road must be ground for its continuous ride
+// statistic to improve where it is out of specification.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "frame/event.hpp"
+#include "grinding/spot_list.hpp"
+#include "vialto/vialto.h"
+
+namespace vialto {
+
+// The selector of an analysis, checked and, where the analysis takes another for it, rewritten in
+// the record. Fails with the export's name as routine.
+[[nodiscard]] ReturnCode admit_selector(tMustGrindCfg& cfg);
+[[nodiscard]] ReturnCode admit_selector_2chan(tMustGrindCfg& cfg);
+
+// What the steps of one run work on.
+struct MustGrindRequest {
+    float xStepSize; // m
+    const tMustGrindCfg& cfg;
+    const tGrinderSetup& setup;
+    std::span<const float> xProfile; // m
+};
+
+// By how much a value of the statistic is better than another. A lower value is the better one, but
+// for selector 3, whose scale runs the other way.
+[[nodiscard]] inline float gain(const tMustGrindCfg& cfg, float before, float after) {
+    const float d = after - before;
+    return cfg.iRideIndexType == idx_ridests_TwoRN ? d : 0.0F - d;
+}
+
+// A spot whose grinding gains no more than the epsilon of float32 does not help.
+inline constexpr float negligible_gain = 1.1920929e-7F;
+
+// Given: the interval [m], an admitted selector, the machine, the profile.
+// Returned: one flag per sample as the grinder has them, where grinding helps.
+//
+// Fails where a step fails, with the flags in the state that the run had reached.
+[[nodiscard]] ReturnCode mustgrind(const MustGrindRequest& request,
+                                   std::span<std::int32_t> iGrindFlags);
+
+// The same for two tracks: 1 where both flags are 1, else the greater one. A threshold on the Ride
+// Number's scale (selector 3) is converted to that of its statistic. Fails with the flags
+// untouched.
+[[nodiscard]] ReturnCode mustgrind_2chan(float xStepSize, const tMustGrindCfg& cfg,
+                                         const tGrinderSetup& setup,
+                                         std::span<const float> xProfile1,
+                                         std::span<const float> xProfile2,
+                                         std::span<std::int32_t> iGrindFlags);
+
+// Where the continuous ride statistic, left in xRideBefore, is out of specification.
+[[nodiscard]] ReturnCode out_of_spec_spots(const MustGrindRequest& request,
+                                           std::span<float> xRideBefore,
+                                           std::vector<Spot>& tOutOfSpec);
+
+} // namespace vialto
