@@ -244,16 +244,20 @@ typedef struct tJointIDCfg {
  *   100  "WIM error index should not be normal ride stats analysis"    iRideIndex 9
  *   101  "tFiltCon%if250mmFilter is not either 1 -yes- nor 2 -no-"
  *   101  "the calculated IRI is not a number"          a profile no longer than the moving average
- *                                                      (or one interval), or one that holds a NaN
- *   With a selector out of range xRideIndex is untouched; after the filter's own failure it is 0.0,
- *   after the last one a NaN.
+ *                                                      (or one interval), or a filtered slope that
+ *                                                      holds a NaN, as from a NaN or an infinity in
+ *                                                      the profile
+ *   With a selector that is refused xRideIndex is untouched; after the filter's own failure it is
+ * 0.0, after the last one a NaN.
  *
  * Notes:
  *  1. The quarter car runs at 80 km/h for IRI and at 80.46 km/h for RN, through the whole profile;
  *     an excluded sample only leaves the sum and the divisor.
  *  2. The last 250 mm (or the last sample, without the moving average) carry no filtered slope and
  *     never count.
- *  3. The initial slope is taken over the first 11 m (IRI) or 19 m (RN) and divided by one interval
+ *  3. Use it up to intervals of 1 m (IRI) or 0.25 m (RN): beyond, the 32-bit power series of the
+ *     state transition loses its digits.
+ *  4. The initial slope is taken over the first 11 m (IRI) or 19 m (RN) and divided by one interval
  *     too many, on purpose.
  *
  * Reference: ASTM E1926 (IRI), ASTM E1489 (RN); M. W. Sayers, "On the Calculation of International

@@ -79,6 +79,7 @@ public:
     [[nodiscard]] ReturnCode fail_opening();
     [[nodiscard]] ReturnCode fail_arguments(std::string_view refusal);
     [[nodiscard]] ReturnCode fail_driver();
+    // The standard library throws in an analysis for want of memory alone.
     [[nodiscard]] ReturnCode fail_memory();
 
     [[nodiscard]] ReturnCode succeed();

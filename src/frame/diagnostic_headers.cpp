@@ -23,11 +23,12 @@ Rule rule_line(std::int32_t iStyle) {
     return rule;
 }
 
-void print_columns(DiagnosticText& text, const char* format, std::int32_t first,
-                   std::int32_t second, std::int32_t third) {
+// Two columns, two columns, and `width` columns, with a mark between them.
+void print_columns(DiagnosticText& text, const char* label, std::int32_t first, char mark,
+                   std::int32_t second, std::int32_t third, int width) {
     std::array<char, 80> line{};
-    std::snprintf(line.data(), line.size(), format, static_cast<int>(first),
-                  static_cast<int>(second), static_cast<int>(third));
+    std::snprintf(line.data(), line.size(), "%s%2d%c%2d%c%*d", label, static_cast<int>(first), mark,
+                  static_cast<int>(second), mark, width, static_cast<int>(third));
     text.formatted_record(line.data());
 }
 
@@ -35,9 +36,8 @@ void print_columns(DiagnosticText& text, const char* format, std::int32_t first,
 
 std::int32_t print_datetime(DiagnosticText& text) {
     const auto [date, time] = current_date_and_time();
-    print_columns(text, "Day - Month - Year =     %2d-%2d-%4d", date.day, date.month, date.year);
-    print_columns(text, "Hour : Minute : Second = %2d:%2d:%2d", time.hour, time.minute,
-                  time.second);
+    print_columns(text, "Day - Month - Year =     ", date.day, '-', date.month, date.year, 4);
+    print_columns(text, "Hour : Minute : Second = ", time.hour, ':', time.minute, time.second, 2);
     return 1;
 }
 

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
+#include <limits>
+#include <type_traits>
 
 #include "frame/file_units.hpp"
 
@@ -39,6 +42,10 @@ void DiagnosticText::put_number(Number number) {
         flush();
     }
     buffer_[used_] = ' ';
+    if constexpr (std::is_floating_point_v<Number>) {
+        // Without the sign that processors give it at random.
+        number = std::isnan(number) ? std::numeric_limits<Number>::quiet_NaN() : number;
+    }
     const auto written =
         std::to_chars(buffer_.data() + used_ + 1, buffer_.data() + capacity, number);
     used_ = static_cast<std::size_t>(written.ptr - buffer_.data());

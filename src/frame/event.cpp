@@ -14,7 +14,6 @@ namespace {
 constexpr std::array<std::int32_t, 3> host_severity{3, 2, 1};
 
 std::int32_t severity_for_host(const CurrentEvent& current) {
-    constexpr std::int32_t outcome_some_failure = 5;
     if (current.outcome == outcome_some_failure) {
         return host_severity[1];
     }
@@ -74,10 +73,10 @@ void extend_routine(std::string_view routine) {
 
 std::int32_t set_event(const CurrentEvent& current, tEvent& target) {
     switch (current.outcome) {
-    case 1:
-    case 2:
+    case outcome_success:
+    case outcome_no_severity:
     case outcome_failure:
-    case 5:
+    case outcome_some_failure:
         current.description.copy_to(target.description);
         current.routine.copy_to(target.routine);
         target.error_code = current.error_code;

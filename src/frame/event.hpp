@@ -26,8 +26,11 @@ inline constexpr std::int32_t recoverable_without_failure = 1;
 inline constexpr std::int32_t recoverable_with_failure = 2;
 inline constexpr std::int32_t fatal = 3;
 
+// Outcomes of an export, by which set_event decides what the host gets.
 inline constexpr std::int32_t outcome_success = 1;
+inline constexpr std::int32_t outcome_no_severity = 2;
 inline constexpr std::int32_t outcome_failure = 3;
+inline constexpr std::int32_t outcome_some_failure = 5;
 
 // The library holds exactly one.
 struct CurrentEvent {

@@ -5,6 +5,9 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <system_error>
 
 #include "frame/event.hpp"
 #include "frame/fixed_text.hpp"
@@ -21,21 +24,73 @@ constexpr std::string_view separator = "\\";
 constexpr std::string_view separator = "/";
 #endif
 
-std::array<std::FILE*, last_diagnostic_unit + 1> files{};
+using Path = FixedText<128>;
+
+struct Unit {
+    std::FILE* file = nullptr;
+    Path path;
+    long former_length = 0; // of the file that was taken over
+};
+
+std::array<Unit, last_diagnostic_unit + 1> units{};
 
 bool unit_exists(std::int32_t unit) {
     return unit >= 0 && unit <= last_diagnostic_unit;
 }
 
-FixedText<128> temporary_path(std::string_view name) {
-    FixedText<128> path;
-    const char* directory = std::getenv("TMP");
-    if (directory != nullptr) {
-        path.append(directory);
-    }
-    path.append(separator);
-    path.append(trim_trailing_blanks(name));
+Path temporary_path(std::string_view name) {
+    const char* value = std::getenv("TMP");
+    const std::string_view directory = value == nullptr ? std::string_view{} : value;
+    Path path;
+    std::size_t end = path.write(0, trim_trailing_blanks(directory));
+    end = path.write(end, separator);
+    path.write(end, trim_trailing_blanks(name));
     return path;
+}
+
+// The path as the C library wants it.
+std::array<char, 129> terminated(const Path& path) {
+    std::array<char, 129> text{};
+    std::copy(path.trimmed().begin(), path.trimmed().end(), text.begin());
+    return text;
+}
+
+// DiagnosticText hands over large blocks: a buffer of the stream's own would only copy them.
+std::FILE* open_unbuffered(const Path& path, const char* mode) {
+    std::FILE* file = std::fopen(terminated(path).data(), mode);
+    if (file != nullptr) {
+        std::setvbuf(file, nullptr, _IONBF, 0);
+    }
+    return file;
+}
+
+// A file that exists is written over from its start and cut when it is closed: that is much cheaper
+// than emptying it first.
+bool open_over(Unit& unit) {
+    unit.file = open_unbuffered(unit.path, "r+");
+    if (unit.file == nullptr) {
+        return false;
+    }
+    std::fseek(unit.file, 0, SEEK_END);
+    unit.former_length = std::ftell(unit.file);
+    std::rewind(unit.file);
+    return true;
+}
+
+bool open_new(Unit& unit) {
+    unit.former_length = 0;
+    unit.file = open_unbuffered(unit.path, "w");
+    return unit.file != nullptr;
+}
+
+// What cannot be cut stays as it is: nothing reads a diagnostic file but a person.
+void cut_file(const Path& path, long length) {
+    try {
+        std::error_code ignored;
+        std::filesystem::resize_file(path.trimmed(), static_cast<std::uintmax_t>(length), ignored);
+    } catch (const std::exception&) {
+        return;
+    }
 }
 
 // In five characters, right-justified.
@@ -79,32 +134,29 @@ std::int32_t io_tmp_file(std::string_view name) {
     if (unit < 0) {
         return raise_failure("error in finding a free file unit ", routine_name);
     }
-    const FixedText<128> path = temporary_path(name);
-    std::array<char, 129> terminated{};
-    std::copy(path.trimmed().begin(), path.trimmed().end(), terminated.begin());
-    // A new file is much cheaper to open than an old one is to empty. Where the old one cannot be
-    // removed, it is emptied.
-    std::remove(terminated.data());
+    Unit& opened = units[static_cast<std::size_t>(unit)];
+    opened.path = temporary_path(name);
     errno = 0;
-    std::FILE* file = std::fopen(terminated.data(), "w");
-    if (file == nullptr) {
-        return fail_opening(path.trimmed(), errno);
+    if (!open_over(opened) && !open_new(opened)) {
+        return fail_opening(opened.path.trimmed(), errno);
     }
-    // DiagnosticText hands over large blocks: a second buffer would only copy them.
-    std::setvbuf(file, nullptr, _IONBF, 0);
-    files[static_cast<std::size_t>(unit)] = file;
     return unit;
 }
 
 std::FILE* open_file(std::int32_t unit) {
-    return unit_exists(unit) ? files[static_cast<std::size_t>(unit)] : nullptr;
+    return unit_exists(unit) ? units[static_cast<std::size_t>(unit)].file : nullptr;
 }
 
 void close_unit(std::int32_t unit) {
-    std::FILE* file = open_file(unit);
-    if (file != nullptr) {
-        std::fclose(file);
-        files[static_cast<std::size_t>(unit)] = nullptr;
+    if (open_file(unit) == nullptr) {
+        return;
+    }
+    Unit& closed = units[static_cast<std::size_t>(unit)];
+    const long length = std::ftell(closed.file);
+    std::fclose(closed.file);
+    closed.file = nullptr;
+    if (length >= 0 && length < closed.former_length) {
+        cut_file(closed.path, length);
     }
 }
 

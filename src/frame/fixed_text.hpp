@@ -21,12 +21,19 @@ public:
     constexpr void clear() { chars_.fill(' '); }
 
     constexpr void assign(std::string_view text) {
-        clear();
-        write(0, text);
+        const std::size_t end = write(0, text);
+        std::fill(chars_.data() + end, chars_.data() + Length, ' ');
     }
 
     // Continues behind the last character that is not a blank.
     constexpr void append(std::string_view text) { write(trimmed().size(), text); }
+
+    // Writes at `position` and returns the position behind what was written.
+    constexpr std::size_t write(std::size_t position, std::string_view text) {
+        text = text.substr(0, Length - position);
+        std::copy(text.begin(), text.end(), chars_.data() + position);
+        return position + text.size();
+    }
 
     [[nodiscard]] constexpr std::string_view trimmed() const {
         return trim_trailing_blanks({chars_.data(), Length});
@@ -37,11 +44,6 @@ public:
     }
 
 private:
-    constexpr void write(std::size_t position, std::string_view text) {
-        text = text.substr(0, Length - position);
-        std::copy(text.begin(), text.end(), chars_.data() + position);
-    }
-
     std::array<char, Length> chars_{};
 };
 

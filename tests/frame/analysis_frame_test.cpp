@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <filesystem>
+#include <fstream>
 #include <limits>
 #include <new>
 #include <string>
@@ -57,6 +59,22 @@ TEST(AnalysisFrame, SecondCallWritesTheFileAnew) {
     ASSERT_EQ(run({.name = "analysis"}, nullptr, succeed), 1);
     EXPECT_EQ(directory.text_of("analysis.txt"), " inputs\n results\n");
     EXPECT_EQ(directory.text_of("analysis2.txt"), " inputs\n results\n");
+}
+
+TEST(AnalysisFrame, FileOfAnEarlierCallIsTakenOverThroughALink) {
+    const test::TemporaryDirectory directory;
+    std::ofstream(directory.path() / "target") << std::string(100, 'x');
+    std::filesystem::create_symlink(directory.path() / "target", directory.path() / "analysis.txt");
+    ASSERT_EQ(run({.name = "analysis"}, nullptr, succeed), 1);
+    EXPECT_EQ(directory.text_of("target"), " inputs\n results\n");
+}
+
+TEST(AnalysisFrame, PathStartsWithTheSeparatorWhenTmpIsNotSet) {
+    const test::TemporaryDirectory directory;
+    test::unset_tmp();
+    test::EventRecord event;
+    EXPECT_EQ(run({.name = "none/analysis"}, event, succeed), 3);
+    EXPECT_EQ(event.description(), "error opening a new file - /none/analysis.txt, iostat =     2");
 }
 
 TEST(AnalysisFrame, DriverFailureReachesHostAndFileAndNextCallStartsClean) {
@@ -147,6 +165,7 @@ TEST(AnalysisFrame, PathIsTrimmedAndCutAt128Characters) {
 
     // A directory with a name so long that only "analysi" of the file's is left.
     const std::size_t base = directory.path().string().size();
+    ASSERT_LT(base, 100U);
     const std::string long_name(128 - 7 - 2 - base, 'd');
     std::filesystem::create_directory(directory.path() / long_name);
     test::set_tmp((directory.path() / long_name).string());
@@ -154,9 +173,21 @@ TEST(AnalysisFrame, PathIsTrimmedAndCutAt128Characters) {
     EXPECT_TRUE(directory.holds(long_name + "/analysi"));
 
     test::set_tmp(directory.path().string() + "/" + std::string(200, 'd'));
-    test::EventRecord event;
-    EXPECT_EQ(run({.name = "analysis"}, event, succeed), 1);
+    EXPECT_EQ(run({.name = "analysis"}, nullptr, succeed), 1);
     EXPECT_TRUE(directory.holds(std::string(128 - 1 - base, 'd')));
+
+    // A blank at the cut: neither the separator nor the name moves into its place.
+    test::set_tmp(directory.path().string() + "/" + std::string(128 - 2 - base, 'e') + " f");
+    EXPECT_EQ(run({.name = "analysis"}, nullptr, succeed), 1);
+    EXPECT_TRUE(directory.holds(std::string(128 - 2 - base, 'e')));
+
+    // The cut path is the directory itself, which is neither written nor removed.
+    test::set_tmp((directory.path() / std::string(128 - 1 - base, 'g')).string());
+    std::filesystem::create_directory(directory.path() / std::string(128 - 1 - base, 'g'));
+    test::EventRecord event;
+    EXPECT_EQ(run({.name = "analysis"}, event, succeed), 3);
+    EXPECT_EQ(event.error_code(), 102);
+    EXPECT_TRUE(std::filesystem::is_directory(directory.path() / std::string(128 - 1 - base, 'g')));
 }
 
 TEST(AnalysisFrame, TakesUnits11To99AndFailsWhenAllAreInUse) {
@@ -231,6 +262,16 @@ TEST(AnalysisFrame, RefusesWhatItCannotServeBeforeTheDriver) {
         EXPECT_EQ(code, c.description.empty() ? 1 : 3);
         if (!c.description.empty()) {
             EXPECT_EQ(event.summary(), "100 2 analysis: " + c.description);
+            EXPECT_EQ(directory.text_of("analysis.txt"), " ***** Error Message ******\n"
+                                                         " sub/func name : analysis\n"
+                                                         " description   : \n"
+                                                         "   " +
+                                                             c.description +
+                                                             "\n"
+                                                             " error code   :  100\n"
+                                                             " error type: \n"
+                                                             "   recoverable error causing some "
+                                                             "failure\n");
         }
     }
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdio>
 #include <string>
 
@@ -27,10 +28,11 @@ TEST(DiagnosticText, RecordStartsWithABlankAndSoDoesANumber) {
         DiagnosticText out(unit);
         out.record("label:", 7);
         out.record(1, 0.025F, -2.5);
+        out.record(-std::nanf(""), std::nan(""), -HUGE_VALF);
         out.record();
         out.formatted_record("as it stands");
     });
-    EXPECT_EQ(text, " label: 7\n  1 0.025 -2.5\n \nas it stands\n");
+    EXPECT_EQ(text, " label: 7\n  1 0.025 -2.5\n  nan nan -inf\n \nas it stands\n");
 }
 
 TEST(DiagnosticText, LongTablesArriveWhole) {
@@ -89,7 +91,7 @@ TEST(DiagnosticHeaders, DateAndTimeStandInFixedColumns) {
 }
 
 TEST(DiagnosticHeaders, TitleStandsBetweenTwoRules) {
-    for (const auto& [style, mark] : {std::pair{1, '*'}, {2, '='}, {3, '-'}}) {
+    for (const auto& [style, mark] : {std::pair{1, '*'}, {2, '='}, {3, '-'}, {0, '-'}}) {
         const std::string text = text_written_by([style = style](std::int32_t unit) {
             DiagnosticText out(unit);
             VtPrintHeader(out, style, "cc_sweep loop   ");

@@ -20,14 +20,6 @@ std::string unpadded(const char (&text)[256]) {
     return std::string(trim_trailing_blanks({text, sizeof text}));
 }
 
-void unset_tmp() {
-#if defined(_WIN32)
-    _putenv_s("TMP", "");
-#else
-    unsetenv("TMP");
-#endif
-}
-
 } // namespace
 
 void set_tmp(const std::string& directory) {
@@ -35,6 +27,14 @@ void set_tmp(const std::string& directory) {
     _putenv_s("TMP", directory.c_str());
 #else
     setenv("TMP", directory.c_str(), 1);
+#endif
+}
+
+void unset_tmp() {
+#if defined(_WIN32)
+    _putenv_s("TMP", "");
+#else
+    unsetenv("TMP");
 #endif
 }
 

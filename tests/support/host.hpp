@@ -28,8 +28,8 @@ private:
     std::optional<std::string> former_;
 };
 
-// Sets TMP.
 void set_tmp(const std::string& directory);
+void unset_tmp();
 
 // An event record whose every byte is known before the call.
 class EventRecord {
