@@ -21,7 +21,7 @@ std::vector<float> moving_index(std::int32_t selector, const std::vector<float>&
 }
 
 TEST(ContinuousIndex, HasTheBitsOfTheLiteralStatistic) {
-    const auto road = random_road(2500, interval, 8);
+    const auto road = random_road(2500, 0.025, 8);
     for (const std::int32_t selector : {idx_ridests_IRI, idx_ridests_RN}) {
         for (const float base_length : {0.0F, 0.049F, 0.05F, 0.25F, 7.62F, 30.0F, 62.47F}) {
             EXPECT_EQ(moving_index(selector, road, base_length),
@@ -34,7 +34,7 @@ TEST(ContinuousIndex, HasTheBitsOfTheLiteralStatistic) {
 }
 
 TEST(ContinuousIndex, WithoutAUsableBaseLengthIsNotSmoothed) {
-    const auto road = random_road(700, interval, 8);
+    const auto road = random_road(700, 0.025, 8);
     const auto bare = moving_index(idx_ridests_IRI, road, 0.0F);
     for (const float base_length : {-1e30F, std::numeric_limits<float>::quiet_NaN(), 1e-40F}) {
         EXPECT_EQ(moving_index(idx_ridests_IRI, road, base_length), bare);

@@ -24,8 +24,8 @@ using Floats = std::vector<float>;
 
 class RideExports : public testing::Test {
 protected:
-    const Floats left = random_road(count, interval, 31);
-    Floats right = random_road(count, interval, 32);
+    const Floats left = random_road(count, 0.025, 31);
+    Floats right = random_road(count, 0.025, 32);
     const std::int32_t points[2] = {10, 0};
     Floats output = Floats(count, untouched);
     Floats length = Floats(2, untouched);

@@ -62,8 +62,8 @@ constexpr std::size_t first_continuous = 7;
 
 class TwoTracks : public testing::Test {
 protected:
-    const Floats left = random_road(count, interval, 31);
-    const Floats right = random_road(count, interval, 32);
+    const Floats left = random_road(count, 0.025, 31);
+    const Floats right = random_road(count, 0.025, 32);
 };
 
 TEST_F(TwoTracks, HriTakesTheMeanProfileAndMriTheMeanIndex) {

@@ -47,7 +47,7 @@ Floats literal_index(const Floats& elevation) {
 }
 
 TEST(WimIndex, IsTheShroudOfTheBandPassedSlope) {
-    const Floats road = random_road(1500, interval, 41);
+    const Floats road = random_road(1500, 0.025, 41);
     for (const std::int32_t no_bridging : {2, 0, -1, 3}) {
         EXPECT_EQ(wim_index(no_bridging, road, 1e9F), literal_index(road));
     }
@@ -63,7 +63,7 @@ TEST(WimIndex, IsZeroOnAFlatRoadAndOnOneShorterThanTheBridge) {
         EXPECT_EQ(wim_index(2, Floats(count, 3.0F)), Floats(count, 0.0F));
     }
     for (const std::size_t count : {0U, 1U, 9U}) {
-        EXPECT_EQ(wim_index(1, random_road(count, interval, 3)), Floats(count, 0.0F));
+        EXPECT_EQ(wim_index(1, random_road(count, 0.025, 3)), Floats(count, 0.0F));
     }
 }
 
