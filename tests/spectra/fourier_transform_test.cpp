@@ -23,10 +23,10 @@ TEST(FourierTransform, ErrorGrowsWithTheLogarithmOfTheLengthAtMost) {
         double energy = 0.0;
         for (std::size_t j = 0; j <= n / 2; ++j) {
             const auto bin = exact[j] * (2.0 / static_cast<double>(n));
-            error += std::norm(std::complex<double>(re[j], im[j]) - bin);
+            error += std::norm(std::complex<double>(std::complex<float>(re[j], im[j])) - bin);
             energy += std::norm(bin);
         }
-        const double ulp = std::numeric_limits<float>::epsilon();
+        constexpr auto ulp = static_cast<double>(std::numeric_limits<float>::epsilon());
         EXPECT_LT(std::sqrt(error / energy), 0.3 * ulp * (1.0 + static_cast<double>(log2_n))) << n;
     }
 }
