@@ -33,6 +33,7 @@ int main(int argc, char** argv) {
         report_road(options, road);
         report_ride(road);
         report_profilograph(options, road);
+        report_spectrum(options, road);
         report_joints(options, road);
         return 0;
     } catch (const std::exception& problem) {

@@ -9,12 +9,15 @@
 namespace {
 
 const std::string usage =
-    "usage: road_report PROFILE.csv [--profilograph] [--joints METHOD --spacing METRES]\n"
+    "usage: road_report PROFILE.csv [--profilograph] [--psd FILE.csv]\n"
+    "                               [--joints METHOD --spacing METRES]\n"
     "\n"
     "PROFILE.csv has a header line and the columns distance and elevation,\n"
     "or distance, left and right elevation, all in metres.\n"
     "\n"
     "--profilograph gives the profile index of each 100 m and what must be corrected.\n"
+    "\n"
+    "--psd writes the slope spectrum to FILE.csv and draws it in FILE.svg.\n"
     "\n"
     "--joints finds the joints of a concrete pavement and their faults. METHOD is\n"
     "step (1), antismooth (3) or curledge (4); --spacing is the nominal slab length.\n";
@@ -59,6 +62,8 @@ Options parse_options(int argc, char** argv) {
         };
         if (argument == "--profilograph") {
             options.profilograph = true;
+        } else if (argument == "--psd") {
+            options.psd = value();
         } else if (argument == "--joints") {
             options.joint_method = joint_method(value());
         } else if (argument == "--spacing") {

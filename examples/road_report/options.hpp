@@ -7,6 +7,7 @@
 struct Options {
     std::string profile; // path of the CSV
     bool profilograph = false;
+    std::string psd;               // path of the table of the spectrum; empty leaves it out
     std::int32_t joint_method = 0; // idx_jntid_...; 0 leaves the joints out
     float joint_spacing = 0.0F;    // m; nominal length of the slabs
 };

@@ -1,0 +1,73 @@
+// The slope spectrum of a road, as a table and as a picture.
+#include <cstddef>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "plot.hpp"
+#include "report.hpp"
+
+namespace {
+
+constexpr std::int32_t psd_of_slope = 2;
+constexpr std::int32_t octave_bands = 1;
+constexpr std::int32_t points_per_octave = 12;
+
+Curve slope_spectrum(const Road& road, const Track& track) {
+    const std::int32_t samples = road.samples();
+    Curve spectrum{track.name, std::vector<float>(track.elevation.size()),
+                   std::vector<float>(track.elevation.size())};
+    std::int32_t first = 0;
+    std::int32_t last = 0;
+    tEvent event;
+    require_success(psd_dll(0, samples - 1, psd_of_slope, octave_bands, points_per_octave, 0.0F,
+                            samples, road.interval, track.elevation.data(), spectrum.x.data(),
+                            spectrum.y.data(), &first, &last, &event),
+                    event);
+    for (std::vector<float>* column : {&spectrum.x, &spectrum.y}) {
+        column->resize(static_cast<std::size_t>(last + 1));
+        column->erase(column->begin(), column->begin() + first);
+    }
+    return spectrum;
+}
+
+// All tracks have the frequencies of the first one.
+void write_table(const std::string& path, const std::vector<Curve>& spectra) {
+    std::ofstream file(path);
+    file << "frequency_cycles_per_m";
+    for (const Curve& spectrum : spectra) {
+        file << ',' << spectrum.name << "_m";
+    }
+    for (std::size_t i = 0; i < spectra.front().x.size(); ++i) {
+        file << '\n' << spectra.front().x[i];
+        for (const Curve& spectrum : spectra) {
+            file << ',' << spectrum.y[i];
+        }
+    }
+    file << '\n';
+    file.close();
+    if (!file) {
+        throw std::runtime_error(path + ": cannot be written");
+    }
+}
+
+} // namespace
+
+void report_spectrum(const Options& options, const Road& road) {
+    if (options.psd.empty()) {
+        return;
+    }
+    std::vector<Curve> spectra;
+    for (const Track& track : road.tracks) {
+        spectra.push_back(slope_spectrum(road, track));
+    }
+    const std::string picture =
+        std::filesystem::path(options.psd).replace_extension(".svg").string();
+    write_table(options.psd, spectra);
+    write_plot(picture, "Slope spectrum", {"wave number, cycles/m", true},
+               {"power spectral density of slope, m/cycle", true}, spectra);
+    std::printf("\nSlope spectrum, %d points per octave\n", static_cast<int>(points_per_octave));
+    std::printf("  table             %s\n", options.psd.c_str());
+    std::printf("  picture           %s\n", picture.c_str());
+}
