@@ -73,14 +73,6 @@ void literal_moving_average_high(benchmark::State& state) {
 }
 BENCHMARK(literal_moving_average_high);
 
-void literal_anti_smoothing(benchmark::State& state) {
-    const auto profile = test::random_road(samples, interval, 1);
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(test::literal_anti_smoothing(profile, 101, 51));
-    }
-}
-BENCHMARK(literal_anti_smoothing);
-
 void literal_butterworth_band(benchmark::State& state) {
     const auto profile = test::random_road(samples, interval, 1);
     for (auto _ : state) {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "filters/filtcon.hpp"
+#include "filters/filter_run.hpp"
 
 namespace vialto::test {
 
@@ -20,14 +20,10 @@ TEST(Detrend, TurnsTheProfileAboutItsMiddleByTheSlopeOfItsLine) {
              Case{{5.0F}, 2, {0.0F}},
              Case{{}, 2, {}},
          }) {
-        tFiltCon settings{};
-        settings.iMainFilterType = idx_filttyp_detrend;
-        settings.iOutType = c.out_type;
-        std::vector<float> y(c.profile.size(), -7.5F);
-        EXPECT_EQ(filtcon_drv(c.profile, 0.5F, settings, y), success);
-        EXPECT_EQ(y, c.filtered);
-        EXPECT_EQ(settings.iBeginElemIdx, 0);
-        EXPECT_EQ(settings.iEndElemIdx, static_cast<std::int32_t>(c.profile.size()) - 1);
+        const FilterRun run(c.profile, 0.5F,
+                            filter_settings(idx_filttyp_detrend, 0, 0.0F, 0.0F, c.out_type));
+        EXPECT_TRUE(run.filtered_all());
+        EXPECT_EQ(run.y, c.filtered);
     }
 }
 

@@ -1,164 +1,117 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 #include <limits>
 
-#include "filters/anti_smoothing.hpp"
-#include "filters/bridge.hpp"
-#include "filters/butterworth.hpp"
-#include "filters/detrend.hpp"
-#include "filters/filtcon.hpp"
-#include "filters/moving_average.hpp"
-#include "filters/quarter_car.hpp"
-#include "support/current_event.hpp"
+#include "filters/filter_run.hpp"
 #include "support/roads.hpp"
 
 namespace vialto::test {
 
 namespace {
 
-constexpr float interval = 0.025F; // m
-constexpr std::int32_t untouched_index = -9;
-const std::vector<float> untouched(600, -7.5F);
-
-// Settings with which every filter runs.
-tFiltCon settings_of(std::int32_t main_type, std::int32_t sub_type = idx_subfilttyp_bandpass) {
-    tFiltCon settings{};
-    settings.iMainFilterType = main_type;
-    settings.iSubFilterType = sub_type;
-    settings.iOutType = idx_filtouttyp_slope;
-    settings.if250mmFilter = vialto_yes;
-    settings.xLongWavelength = 5.0F;
-    settings.xShortWavelength = 0.5F;
-    settings.xSimuVelocity = 70.0F;
-    settings.iBeginElemIdx = untouched_index;
-    settings.iEndElemIdx = untouched_index;
-    return settings;
-}
-
-// What a filter leaves behind.
-struct Result {
-    ReturnCode code = 0;
-    std::vector<float> y = untouched;
-    float statistic = 9.0F;
-    tFiltCon settings{};
-
-    [[nodiscard]] bool wrote_nothing() const {
-        return y == untouched && settings.iBeginElemIdx == untouched_index &&
-               settings.iEndElemIdx == untouched_index;
-    }
-};
-
-Result dispatched(const tFiltCon& settings) {
-    reset_event();
-    Result result;
-    result.settings = settings;
-    result.code = filtcon_drv(random_road(untouched.size(), interval, 61), interval,
-                              result.settings, result.y, result.statistic);
-    return result;
-}
+constexpr float inf = std::numeric_limits<float>::infinity();
 
 } // namespace
 
-TEST(FilterDispatch, EverySelectorRunsItsOwnFilter) {
-    using Profile = std::span<const float>;
-    using Filter = std::function<ReturnCode(Profile, float, tFiltCon&, std::span<float>, float&)>;
-    const auto without_statistic =
-        [](ReturnCode (*filter)(Profile, float, tFiltCon&, std::span<float>)) -> Filter {
-        return [filter](Profile p, float dx, tFiltCon& settings, std::span<float> y, float&) {
-            return filter(p, dx, settings, y);
-        };
-    };
-    struct Case {
-        std::int32_t main_type;
-        Filter filter;
-    };
-    for (const Case& c : {Case{idx_filttyp_mvgavg, without_statistic(mvgavg)},
-                          Case{idx_filttyp_IRI, qcarfilt_drv}, Case{idx_filttyp_RN, qcarfilt_drv},
-                          Case{idx_filttyp_bwfilt, without_statistic(bwfilt_drv)},
-                          Case{idx_filttyp_antismooth, without_statistic(antismooth)},
-                          Case{idx_filttyp_detrend, without_statistic(detrend)},
-                          Case{idx_filttyp_bridge, without_statistic(bridge_filter_drv)}}) {
-        Result direct;
-        direct.settings = settings_of(c.main_type);
-        direct.statistic = 0.0F;
-        EXPECT_EQ(c.filter(random_road(untouched.size(), interval, 61), interval, direct.settings,
-                           direct.y, direct.statistic),
-                  success);
-        const Result result = dispatched(settings_of(c.main_type));
-        EXPECT_EQ(result.code, success) << c.main_type;
-        EXPECT_EQ(result.y, direct.y) << c.main_type;
-        EXPECT_EQ(result.statistic, direct.statistic) << c.main_type;
-        EXPECT_EQ(result.settings.iBeginElemIdx, direct.settings.iBeginElemIdx) << c.main_type;
-        EXPECT_EQ(result.settings.iEndElemIdx, direct.settings.iEndElemIdx) << c.main_type;
-        EXPECT_FALSE(result.wrote_nothing());
-    }
-}
-
 TEST(FilterDispatch, SelectorZeroCopiesAsMuchAsTheOutputHolds) {
     const std::vector<float> road{1.0F, 2.0F, 3.0F};
-    for (const std::size_t room : {2U, 3U, 4U}) {
-        tFiltCon settings = settings_of(idx_filttyp_none);
-        std::vector<float> y(room, -7.5F);
-        float statistic = 9.0F;
-        EXPECT_EQ(filtcon_drv(road, interval, settings, y, statistic), success);
-        EXPECT_EQ(statistic, 0.0F);
-        EXPECT_EQ(settings.iBeginElemIdx, 0);
-        EXPECT_EQ(settings.iEndElemIdx, 2);
-        for (std::size_t i = 0; i < room; ++i) {
-            EXPECT_EQ(y[i], i < road.size() ? road[i] : -7.5F);
-        }
+    EXPECT_EQ(FilterRun(road, 1.0F, filter_settings(idx_filttyp_none, 0, 0.0F, 0.0F)).y, road);
+    tFiltCon settings = filter_settings(idx_filttyp_none, 0, 0.0F, 0.0F);
+    std::vector<float> y(2);
+    EXPECT_EQ(filtcon_drv(road, 1.0F, settings, y), success);
+    EXPECT_EQ(y, (std::vector<float>{1.0F, 2.0F}));
+    EXPECT_EQ(settings.iEndElemIdx, 2);
+}
+
+TEST(FilterDispatch, OnlyTheQuarterCarHasAStatistic) {
+    const auto road = random_road(600, 0.25, 61);
+    for (std::int32_t main_type = -1; main_type <= 8; ++main_type) {
+        tFiltCon settings = filter_settings(main_type, idx_subfilttyp_bandpass, 20.0F, 2.0F);
+        settings.if250mmFilter = vialto_yes;
+        settings.xSimuVelocity = 70.0F;
+        const FilterRun run(road, 0.25F, settings);
+        const bool quarter_car = main_type == idx_filttyp_IRI || main_type == idx_filttyp_RN;
+        EXPECT_EQ(run.statistic > 0.0F, quarter_car) << main_type;
+        EXPECT_EQ(run.statistic == 0.0F, !quarter_car) << main_type;
     }
 }
 
-TEST(FilterDispatch, OtherSelectorsFail) {
-    for (const std::int32_t main_type : {-1, 8, std::numeric_limits<std::int32_t>::min(),
-                                         std::numeric_limits<std::int32_t>::max()}) {
-        const Result result = dispatched(settings_of(main_type));
-        EXPECT_EQ(result.code, failure);
-        EXPECT_EQ(summary_of_current_event(), "101 2 filtcon_drv: Illegal Main filter type");
-        EXPECT_TRUE(result.wrote_nothing());
-        EXPECT_EQ(result.statistic, 0.0F);
-    }
+TEST(FilterDispatch, ButterworthWithoutASubTypeWritesNothingAndSucceeds) {
+    const FilterRun run({1.0F, 2.0F}, 1.0F, filter_settings(idx_filttyp_bwfilt, 0, 9.0F, 9.0F));
+    EXPECT_EQ(run.event, "");
+    EXPECT_TRUE(run.wrote_nothing());
 }
 
-TEST(FilterDispatch, ButterworthSubTypes) {
-    const char* const out_of_range = "101 2 bwfilt_drv/filtcon_drv: iBWFilterType is not within "
-                                     "range";
+// 30 samples; lengths are in sample intervals.
+TEST(FilterDispatch, FailuresLeaveTheOutputUntouched) {
+    constexpr float interval = 0.025F;
+    const std::string type = "101 2 filtcon_drv: Illegal Main filter type";
+    const std::string sub_type = "101 2 bwfilt_drv/filtcon_drv: iBWFilterType is not within range";
+    const std::string box_high = "101 2 mvgavg/filtcon_drv: hi-pass moving average base length is "
+                                 "greater the sampling distance";
+    const std::string box_low = "101 2 mvgavg/filtcon_drv: moving average base length is greater "
+                                "the sampling distance";
+    const std::string cutoff_high =
+        "101 2 zeb_bwfilter/bwfilt_drv/filtcon_drv: Highpass cutoff is below the threshold value "
+        "(~ 2 x Step * 0.86). Try again with a larger value.";
+    const std::string cutoff_low =
+        "101 2 zeb_bwfilter/bwfilt_drv/filtcon_drv: Lowpass cutoff is below the threshold value(~ "
+        "2 * Step / 0.86). Try again with a larger value.";
+    const std::string corner_low = "101 2 DRBWfilt/DRBWfilt_drv_prof/bwfilt_drv/filtcon_drv: low "
+                                   "corner frequency (f0-fc) <= 0.0";
+    const std::string corner_high = "101 2 DRBWfilt/DRBWfilt_drv_prof/bwfilt_drv/filtcon_drv: high "
+                                    "corner frequency (f0+fc) >= nyquist";
     struct Case {
+        std::int32_t main_type;
         std::int32_t sub_type;
-        bool runs;
-        const char* event;
+        float longest;
+        float shortest;
+        std::string event; // empty: the filter runs
     };
-    for (const Case& c :
-         {Case{idx_subfilttyp_none, false, ""}, Case{idx_subfilttyp_bandpass, true, ""},
-          Case{idx_subfilttyp_lowpass, true, ""}, Case{idx_subfilttyp_highpass, true, ""},
-          Case{idx_subfilttyp_centredband, true, ""}, Case{5, false, out_of_range},
-          Case{-1, false, out_of_range}}) {
-        const Result result = dispatched(settings_of(idx_filttyp_bwfilt, c.sub_type));
-        EXPECT_EQ(result.code, *c.event == '\0' ? success : failure);
-        EXPECT_EQ(summary_of_current_event(), c.event);
-        EXPECT_EQ(result.wrote_nothing(), !c.runs) << c.sub_type;
-        EXPECT_EQ(result.statistic, 0.0F);
+    for (const Case& c : {Case{-1, 0, 9.0F, 9.0F, type},
+                          {8, 0, 9.0F, 9.0F, type},
+                          {1, idx_subfilttyp_highpass, 29.0F, 0.0F, ""},
+                          {1, idx_subfilttyp_highpass, 30.0F, 0.0F, box_high},
+                          {1, idx_subfilttyp_lowpass, 0.0F, 29.0F, ""},
+                          {1, idx_subfilttyp_lowpass, 0.0F, 30.0F, box_low},
+                          {1, idx_subfilttyp_bandpass, 30.0F, 30.0F, box_high},
+                          {1, idx_subfilttyp_bandpass, 29.0F, 1e30F, box_low},
+                          {4, -1, 9.0F, 9.0F, sub_type},
+                          {4, 5, 9.0F, 9.0F, sub_type},
+                          {4, idx_subfilttyp_highpass, 1.72676F, 9.0F, cutoff_high},
+                          {4, idx_subfilttyp_highpass, 1.72677F, 9.0F, ""},
+                          {4, idx_subfilttyp_lowpass, 9.0F, 2.31646F, cutoff_low},
+                          {4, idx_subfilttyp_lowpass, 9.0F, 2.31647F, ""},
+                          {4, idx_subfilttyp_bandpass, 0.0F, 0.0F, cutoff_high},
+                          {4, idx_subfilttyp_bandpass, 9.0F, 0.0F, cutoff_low},
+                          {4, idx_subfilttyp_bandpass, 9.0F, 9.0F, ""},
+                          {4, idx_subfilttyp_centredband, 99.0F, 2.0F, corner_high},
+                          {4, idx_subfilttyp_centredband, 99.0F, 2.01F, ""},
+                          {4, idx_subfilttyp_centredband, 0.0F, 9.0F, corner_high},
+                          {4, idx_subfilttyp_centredband, 99.0F, 0.0F, corner_high},
+                          {4, idx_subfilttyp_centredband, std::nanf(""), 9.0F, corner_high},
+                          {4, idx_subfilttyp_centredband, -99.0F, 9.0F, corner_low},
+                          {4, idx_subfilttyp_centredband, inf, 9.0F, corner_low}}) {
+        const FilterRun run(
+            random_road(30, interval, 62), interval,
+            filter_settings(c.main_type, c.sub_type, c.longest * interval, c.shortest * interval));
+        EXPECT_EQ(run.event, c.event);
+        EXPECT_EQ(run.wrote_nothing(), !c.event.empty()) << c.main_type << " " << c.sub_type;
     }
 }
 
-// No step, length or selector may make a filter reach outside its arrays or hang.
+// No selector, length or step makes a filter reach outside its arrays or hang.
 TEST(FilterDispatch, EveryFilterSurvivesEveryLengthAndStep) {
-    constexpr float inf = std::numeric_limits<float>::infinity();
-    for (std::int32_t main_type = 0; main_type <= idx_filttyp_bridge; ++main_type) {
-        for (std::int32_t sub_type = 0; sub_type <= idx_subfilttyp_centredband; ++sub_type) {
-            for (const std::size_t count : {0U, 1U, 2U, 3U, 34U}) {
-                for (const float length : {-inf, -1e9F, -1.0F, -1e-9F, 0.0F, 1e-9F, 0.5F, 1.0F,
-                                           1.5F, 2.5F, 3.0F, 33.0F, 1e9F, inf, std::nanf("")}) {
-                    for (const float step : {1e-30F, 1.0F, 1e30F}) {
-                        tFiltCon settings = settings_of(main_type, sub_type);
-                        settings.xLongWavelength = length;
-                        settings.xShortWavelength = length;
-                        std::vector<float> y(count);
-                        (void)filtcon_drv(random_road(count, 1.0, 62), step, settings, y);
-                    }
+    for (std::int32_t selector = 0; selector < 40; ++selector) {
+        for (const std::size_t count : {0U, 1U, 2U, 3U, 34U}) {
+            for (const float length : {-inf, -1e9F, -1.0F, -2e-8F, 0.0F, 1e-9F, 0.5F, 1.0F, 1.5F,
+                                       2.5F, 3.0F, 33.0F, 1e9F, inf, std::nanf("")}) {
+                for (const float step : {1e-30F, 1.0F, 1e30F}) {
+                    const FilterRun run(random_road(count, 1.0, 63), step,
+                                        filter_settings(selector / 5, selector % 5, length, length,
+                                                        idx_filtouttyp_slope));
+                    EXPECT_EQ(run.y.size(), count);
                 }
             }
         }

@@ -16,11 +16,6 @@ namespace vialto::test {
                                                         std::size_t base, std::size_t half,
                                                         bool high_pass);
 
-// Each sample less the mean of its window of `length` samples, the result standing `shift` places
-// before the sample; as many values as there are windows.
-[[nodiscard]] std::vector<float> literal_anti_smoothing(std::span<const float> profile,
-                                                        std::size_t length, std::size_t shift);
-
 // The third-order Butterworth high-pass and low-pass, each pass of each section on its own, in
 // 64-bit. Wavelengths are cutoffs in metres.
 [[nodiscard]] std::vector<double> literal_butterworth_high_pass(std::vector<double> profile,
