@@ -43,7 +43,7 @@ double gain_of_two_passes(double distance) {
 
 TEST(Butterworth, KeepsTheBitsOfOnePassAfterTheOther) {
     for (const std::size_t count : {0U, 1U, 2U, 3U, 1000U}) {
-        const auto road = random_road(count, interval, 31);
+        const auto road = random_road(count, 0.025, 31);
         const std::vector<double> x(road.begin(), road.end());
         const auto high = literal_butterworth_high_pass(x, interval, 3.0F);
         const auto low = literal_butterworth_low_pass(x, interval, 0.3F);
@@ -61,7 +61,7 @@ TEST(Butterworth, SinusoidIsAttenuatedByTheGainOfTheTwoPasses) {
     constexpr double high_cutoff = 2.0 / 0.8633841081005059;
     EXPECT_NEAR(gain_of_two_passes(warped(2.0) / warped(low_cutoff)), std::sqrt(0.5), 1e-3);
     for (const double wavelength : {1.0, 2.0, 3.0}) {
-        const auto road = sinusoid(8000, interval, wavelength, 1.0);
+        const auto road = sinusoid(8000, 0.025, wavelength, 1.0);
         const auto low = filtered(road, idx_subfilttyp_lowpass, 0.0F, cutoff);
         const auto high = filtered(road, idx_subfilttyp_highpass, cutoff, 0.0F);
         const auto slope =
@@ -87,7 +87,7 @@ TEST(BandPass, IsTheCascadeOfSectionsOneAfterTheOther) {
     for (const auto& [count, longest, shortest] :
          {Case{0, 9.0F, 1.5F}, Case{1, 9.0F, 1.5F}, Case{2, 9.0F, 1.5F}, Case{1500, 9.0F, 1.5F},
           Case{40, 1.5F, 9.0F}}) {
-        const auto road = random_road(count, interval, 51);
+        const auto road = random_road(count, 0.025, 51);
         const auto signal = literal_band_pass_signal(road, interval, shortest, longest);
         const auto y = filtered(road, idx_subfilttyp_centredband, longest, shortest, 2);
         for (std::size_t i = 0; i < count; ++i) {
@@ -101,7 +101,7 @@ TEST(BandPass, SinusoidIsAttenuatedByTheGainOfTheTwoPasses) {
     const double middle = (warped(4.0) + warped(1.0)) / 2.0;
     const double half_width = (warped(1.0) - warped(4.0)) / 2.0;
     for (const double wavelength : {0.5, 1.0, 1.6, 4.0, 8.0}) {
-        const auto road = sinusoid(8000, interval, wavelength, 1.0);
+        const auto road = sinusoid(8000, 0.025, wavelength, 1.0);
         const auto y = filtered(road, idx_subfilttyp_centredband, 4.0F, 1.0F);
         const double gain = gain_of_two_passes((warped(wavelength) - middle) / half_width) +
                             gain_of_two_passes((-warped(wavelength) - middle) / half_width);

@@ -94,7 +94,7 @@ TEST(FilterDispatch, FailuresLeaveTheOutputUntouched) {
                           {4, idx_subfilttyp_centredband, -99.0F, 9.0F, corner_low},
                           {4, idx_subfilttyp_centredband, inf, 9.0F, corner_low}}) {
         const FilterRun run(
-            random_road(30, interval, 62), interval,
+            random_road(30, 0.025, 62), interval,
             filter_settings(c.main_type, c.sub_type, c.longest * interval, c.shortest * interval));
         EXPECT_EQ(run.event, c.event);
         EXPECT_EQ(run.wrote_nothing(), !c.event.empty()) << c.main_type << " " << c.sub_type;

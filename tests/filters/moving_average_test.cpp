@@ -30,7 +30,7 @@ std::vector<float> filtered(const std::vector<float>& profile, std::int32_t sub_
 } // namespace
 
 TEST(MovingAverage, KeepsTheBitsOfTheMeanOverASeparateExtendedProfile) {
-    const auto road = random_road(1500, interval, 11);
+    const auto road = random_road(1500, 0.025, 11);
     for (const std::int32_t base : {1, 2, 3, 64, 511, 1499}) {
         for (const std::int32_t half : {base / 2, (base + 1) / 2}) {
             for (const PassMode mode : {PassMode::high_pass, PassMode::low_pass}) {
@@ -50,7 +50,7 @@ TEST(MovingAverage, KeepsTheBitsOfTheMeanOverASeparateExtendedProfile) {
 TEST(MovingAverage, StraightRoadComesThroughAtTheCentreOfTheBox) {
     constexpr double slope = 0.02;
     constexpr double rise = slope * static_cast<double>(interval); // of one sample
-    const auto road = straight_line(400, interval, slope);
+    const auto road = straight_line(400, 0.025, slope);
     for (const auto& [box, behind] :
          {std::pair{20.8F, 0.0}, std::pair{20.2F, 0.5}, std::pair{21.2F, 1.0}}) {
         const auto y = filtered(road, idx_subfilttyp_lowpass, 0.0F, box);
@@ -62,7 +62,7 @@ TEST(MovingAverage, StraightRoadComesThroughAtTheCentreOfTheBox) {
 
 TEST(MovingAverage, SinusoidIsAttenuatedByTheGainOfTheBox) {
     constexpr double wavelength = 2.0;
-    const auto road = sinusoid(2000, interval, wavelength, 0.01);
+    const auto road = sinusoid(2000, 0.025, wavelength, 0.01);
     const double angle = std::numbers::pi * static_cast<double>(interval) / wavelength;
     const double gain = std::sin(31.0 * angle) / (31.0 * std::sin(angle));
     const auto low = filtered(road, idx_subfilttyp_lowpass, 0.0F, 30.8F);
@@ -77,7 +77,7 @@ TEST(MovingAverage, SinusoidIsAttenuatedByTheGainOfTheBox) {
 }
 
 TEST(MovingAverage, BoxBelowTwoIntervalsBypassesEveryStageOfALowPassAndABandPass) {
-    const auto road = random_road(50, interval, 13);
+    const auto road = random_road(50, 0.025, 13);
     for (const std::int32_t sub_type : {idx_subfilttyp_lowpass, idx_subfilttyp_bandpass}) {
         EXPECT_EQ(filtered(road, sub_type, 9.0F, 1.99F, idx_filtouttyp_slope), road);
         EXPECT_NE(filtered(road, sub_type, 9.0F, 2.0F), road);
