@@ -101,10 +101,11 @@ ReturnCode continuous_2chan_rn(const RideRequest& request, FilteredTracks& track
     // The index fields are those of the filter that ran last: behind the moving average they span
     // the profile, and only the first sample goes; behind the quarter car alone the last ones do,
     // too.
-    const auto count = static_cast<std::int32_t>(xOutput.size());
-    const std::int32_t head = std::min(record.iBeginElemIdx + 1, count);
-    std::fill(xOutput.begin(), xOutput.begin() + head, 0.0F);
-    std::fill(xOutput.begin() + record.iEndElemIdx + 1, xOutput.end(), 0.0F);
+    const auto head =
+        xOutput.first(std::min(static_cast<std::size_t>(record.iBeginElemIdx + 1), xOutput.size()));
+    const auto tail = xOutput.subspan(static_cast<std::size_t>(record.iEndElemIdx + 1));
+    std::fill(head.begin(), head.end(), 0.0F);
+    std::fill(tail.begin(), tail.end(), 0.0F);
     return success;
 }
 

@@ -142,11 +142,13 @@ TEST_F(TwoTracks, AllLeftOutIsAHoleButARideNumberOfZero) {
 }
 
 TEST_F(TwoTracks, RideNumberDoesNotAskForANaN) {
-    const Floats nothing(10, 0.0F); // as long as the moving average
-    const Floats rn = analyse(idx_ridests_2ChanRN, nothing, nothing, {0}, 0.0F);
-    EXPECT_TRUE(std::isnan(rn[0]));
-    EXPECT_EQ(rn[1], -1.0F);
-    EXPECT_EQ(Floats(rn.begin() + 3, rn.end()), nothing);
+    for (const std::size_t samples : {0U, 1U, 10U}) { // up to the length of the moving average
+        const Floats nothing(samples, 0.0F);
+        const Floats rn = analyse(idx_ridests_2ChanRN, nothing, nothing, {0}, 0.0F);
+        EXPECT_TRUE(std::isnan(rn[0]));
+        EXPECT_EQ(rn[1], -1.0F);
+        EXPECT_EQ(Floats(rn.begin() + 3, rn.end()), nothing);
+    }
 }
 
 TEST_F(TwoTracks, SegmentBeyondTheArrayLeavesTheEarlierOnesWritten) {
