@@ -32,6 +32,7 @@ int main(int argc, char** argv) {
         const Road road = read_road(options.profile);
         report_road(options, road);
         report_ride(road);
+        report_moving_roughness(options, road);
         report_profilograph(options, road);
         report_spectrum(options, road);
         report_joints(options, road);

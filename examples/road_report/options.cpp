@@ -9,11 +9,14 @@
 namespace {
 
 const std::string usage =
-    "usage: road_report PROFILE.csv [--profilograph] [--psd FILE.csv]\n"
+    "usage: road_report PROFILE.csv [--continuous FILE.csv] [--plot FILE.svg]\n"
+    "                               [--profilograph] [--psd FILE.csv]\n"
     "                               [--joints METHOD --spacing METRES]\n"
     "\n"
     "PROFILE.csv has a header line and the columns distance and elevation,\n"
     "or distance, left and right elevation, all in metres.\n"
+    "\n"
+    "--continuous writes the moving roughness to FILE.csv; --plot draws it in FILE.svg.\n"
     "\n"
     "--profilograph gives the profile index of each 100 m and what must be corrected.\n"
     "\n"
@@ -60,7 +63,11 @@ Options parse_options(int argc, char** argv) {
             }
             return argv[++i];
         };
-        if (argument == "--profilograph") {
+        if (argument == "--continuous") {
+            options.continuous = value();
+        } else if (argument == "--plot") {
+            options.plot = value();
+        } else if (argument == "--profilograph") {
             options.profilograph = true;
         } else if (argument == "--psd") {
             options.psd = value();

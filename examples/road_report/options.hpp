@@ -5,7 +5,9 @@
 #include <string>
 
 struct Options {
-    std::string profile; // path of the CSV
+    std::string profile;    // path of the CSV
+    std::string continuous; // path of the table of the moving roughness; empty leaves it out
+    std::string plot;       // path of its picture; empty leaves it out
     bool profilograph = false;
     std::string psd;               // path of the table of the spectrum; empty leaves it out
     std::int32_t joint_method = 0; // idx_jntid_...; 0 leaves the joints out

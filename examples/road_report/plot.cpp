@@ -19,7 +19,7 @@ constexpr double right = 880.0;
 constexpr double top = 50.0;
 constexpr double bottom = 480.0;
 
-constexpr std::array<const char*, 4> colours{"#1f5fa8", "#c8501e", "#3a8a3a", "#7a4a9a"};
+constexpr std::array<const char*, 5> colours{"#1f5fa8", "#c8501e", "#3a8a3a", "#7a4a9a", "#555"};
 
 std::string text(double number) {
     std::array<char, 32> buffer{};
@@ -82,7 +82,7 @@ private:
                                                              : 10.0);
         std::vector<double> marks;
         for (double at = std::ceil(low_ / step); at * step <= high_; ++at) {
-            marks.push_back(at * step);
+            marks.push_back(at * step + 0.0); // no minus before a zero
         }
         return marks;
     }
@@ -135,7 +135,32 @@ std::string svg_curve(const Curve& curve, const Scale& across, const Scale& up,
            "'/>\n";
 }
 
+void finish(std::ofstream& file, const std::string& path) {
+    file.close();
+    if (!file) {
+        throw std::runtime_error(path + ": cannot be written");
+    }
+}
+
 } // namespace
+
+void write_table(const std::string& path, const std::string& x_name, const std::string& y_ending,
+                 const std::vector<Curve>& curves) {
+    std::ofstream file(path);
+    file.precision(8); // a millimetre in 10 km
+    file << x_name;
+    for (const Curve& curve : curves) {
+        file << ',' << curve.name << y_ending;
+    }
+    for (std::size_t i = 0; i < curves.front().x.size(); ++i) {
+        file << '\n' << curves.front().x[i];
+        for (const Curve& curve : curves) {
+            file << ',' << curve.y[i];
+        }
+    }
+    file << '\n';
+    finish(file, path);
+}
 
 void write_plot(const std::string& path, const std::string& title, const Axis& x, const Axis& y,
                 const std::vector<Curve>& curves) {
@@ -160,8 +185,5 @@ void write_plot(const std::string& path, const std::string& title, const Axis& x
                          "text-anchor='end' fill='" + colour + "'", curves[k].name);
     }
     file << "</svg>\n";
-    file.close();
-    if (!file) {
-        throw std::runtime_error(path + ": cannot be written");
-    }
+    finish(file, path);
 }

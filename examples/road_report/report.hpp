@@ -15,6 +15,7 @@ void require_success(std::int32_t result, const tEvent& event);
 
 void report_road(const Options& options, const Road& road);
 void report_ride(const Road& road);
+void report_moving_roughness(const Options& options, const Road& road);
 void report_profilograph(const Options& options, const Road& road);
 void report_spectrum(const Options& options, const Road& road);
 void report_joints(const Options& options, const Road& road);

@@ -2,8 +2,6 @@
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <stdexcept>
 
 #include "plot.hpp"
 #include "report.hpp"
@@ -32,26 +30,6 @@ Curve slope_spectrum(const Road& road, const Track& track) {
     return spectrum;
 }
 
-// All tracks have the frequencies of the first one.
-void write_table(const std::string& path, const std::vector<Curve>& spectra) {
-    std::ofstream file(path);
-    file << "frequency_cycles_per_m";
-    for (const Curve& spectrum : spectra) {
-        file << ',' << spectrum.name << "_m";
-    }
-    for (std::size_t i = 0; i < spectra.front().x.size(); ++i) {
-        file << '\n' << spectra.front().x[i];
-        for (const Curve& spectrum : spectra) {
-            file << ',' << spectrum.y[i];
-        }
-    }
-    file << '\n';
-    file.close();
-    if (!file) {
-        throw std::runtime_error(path + ": cannot be written");
-    }
-}
-
 } // namespace
 
 void report_spectrum(const Options& options, const Road& road) {
@@ -64,7 +42,7 @@ void report_spectrum(const Options& options, const Road& road) {
     }
     const std::string picture =
         std::filesystem::path(options.psd).replace_extension(".svg").string();
-    write_table(options.psd, spectra);
+    write_table(options.psd, "frequency_cycles_per_m", "_m", spectra);
     write_plot(picture, "Slope spectrum", {"wave number, cycles/m", true},
                {"power spectral density of slope, m/cycle", true}, spectra);
     std::printf("\nSlope spectrum, %d points per octave\n", static_cast<int>(points_per_octave));
