@@ -5,8 +5,6 @@
 #include <cstddef>
 #include <limits>
 
-#include "numeric/rounding.hpp"
-
 namespace vialto {
 
 namespace {
@@ -58,7 +56,7 @@ struct Lot {
             return 0.0F;
         }
         if (rules.ScallopRound > 0.0F) {
-            return static_cast<float>(truncate(h / rules.ScallopRound + 0.5F)) * rules.ScallopRound;
+            return std::trunc(h / rules.ScallopRound + 0.5F) * rules.ScallopRound;
         }
         return h;
     }
