@@ -134,44 +134,39 @@ ReturnCode scan_whole_scallops(const Lot& lot, LotScallops& found) {
     return success;
 }
 
-// A partial scallop over the samples first to last with its heights and, if they are high enough,
-// its type.
-PartialScallop measure_partial(const Lot& lot, Side side, std::size_t first, std::size_t last) {
-    PartialScallop partial;
+// Gives a partial scallop over the samples first to last its heights. Tells whether it is high
+// enough to be one.
+bool measure_partial(const Lot& lot, Side side, std::size_t first, std::size_t last,
+                     PartialScallop& partial) {
     partial.xRawHt = lot.highest(side, first, last) - lot.bu;
     partial.xRndHt = lot.height_by_rules(partial.xRawHt);
-    if (partial.xRndHt > smallest_height) {
-        partial.iType = side.Type;
-    }
-    return partial;
+    return partial.xRndHt > smallest_height;
 }
 
-// The partial scallop in which the lot starts, looked for up to sample `limit`.
-PartialScallop start_partial(const Lot& lot, Side side, std::size_t limit) {
+// Looks for the partial scallop in which the lot starts, up to sample `limit`.
+void find_start_partial(const Lot& lot, Side side, std::size_t limit, PartialScallop& partial) {
     std::size_t j = 2;
     while (j <= limit && !(lot.bu > lot.height(side, j))) {
         ++j;
     }
-    if (lot.length(j - 2) < partial_width_factor * lot.rules.MinScallopWidth) {
-        return {};
-    }
     const std::size_t m = j - 1;
-    PartialScallop partial = measure_partial(lot, side, 1, m);
-    if (partial.iType == no_scallop) {
-        return partial;
+    if (lot.length(j - 2) < partial_width_factor * lot.rules.MinScallopWidth ||
+        !measure_partial(lot, side, 1, m, partial)) {
+        return;
     }
+    partial.iType = side.Type;
     partial.iStart = 1;
     // Deliberately one less than the last sample outside the band; and the crossing is projected
     // forward from that sample, not taken between it and the next. With no sample before it there
     // is no slope to project along.
     partial.iEnd = static_cast<std::int32_t>(j - 2);
     partial.EndX = (m > 1 ? lot.length(m) - lot.to_edge(side, m, m) : lot.length(m)) + lot.x0;
+    // Deliberately one interval farther for a lower scallop.
     partial.BeginX = side.Type == scallop_above ? lot.x0 : lot.xStepSize + lot.x0;
-    return partial;
 }
 
-// The partial scallop in which the lot ends, looked for down to sample `first`.
-PartialScallop end_partial(const Lot& lot, Side side, std::size_t first) {
+// Looks for the partial scallop in which the lot ends, down to sample `first`.
+void find_end_partial(const Lot& lot, Side side, std::size_t first, PartialScallop& partial) {
     const std::size_t n = lot.y.size();
     std::size_t p = n - 1;
     if (n > first) {
@@ -179,13 +174,11 @@ PartialScallop end_partial(const Lot& lot, Side side, std::size_t first) {
             --p;
         }
     }
-    if (lot.length(n - p - 1) < partial_width_factor * lot.rules.MinScallopWidth) {
-        return {};
+    if (lot.length(n - p - 1) < partial_width_factor * lot.rules.MinScallopWidth ||
+        !measure_partial(lot, side, p + 1, n, partial)) {
+        return;
     }
-    PartialScallop partial = measure_partial(lot, side, p + 1, n);
-    if (partial.iType == no_scallop) {
-        return partial;
-    }
+    partial.iType = side.Type;
     partial.iStart = static_cast<std::int32_t>(p + 1);
     partial.iEnd = static_cast<std::int32_t>(n);
     // With no sample before the first there is no crossing to measure.
@@ -194,7 +187,6 @@ PartialScallop end_partial(const Lot& lot, Side side, std::size_t first) {
         (p > 0 ? lot.length(anchor) + lot.to_edge(side, anchor, p + 1) : lot.length(anchor)) +
         lot.x0;
     partial.EndX = lot.length(n) + lot.x0;
-    return partial;
 }
 
 void find_partial_scallops(const Lot& lot, LotScallops& found) {
@@ -205,10 +197,10 @@ void find_partial_scallops(const Lot& lot, LotScallops& found) {
     const std::size_t first = none ? 1 : static_cast<std::size_t>(found.scallops.back().iEnd) + 1;
     for (const Side side : {above, below}) {
         if (lot.height(side, 1) > lot.bu) {
-            found.edges.start = start_partial(lot, side, limit);
+            find_start_partial(lot, side, limit, found.edges.start);
         }
         if (lot.height(side, n) > lot.bu) {
-            found.edges.end = end_partial(lot, side, first);
+            find_end_partial(lot, side, first, found.edges.end);
         }
     }
 }

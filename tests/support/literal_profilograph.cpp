@@ -115,8 +115,8 @@ LotScallops literal_scallops(std::span<const float> lot, float interval,
             edge = {type, s, e, begin, end, edge.xRawHt, edge.xRndHt};
         }
     };
-    int j = 2;
     if (y(1) > bu) {
+        int j = 2;
         while (j <= limit && !(bu > y(j)))
             ++j;
         const int m = j - 1;
@@ -125,7 +125,9 @@ LotScallops literal_scallops(std::span<const float> lot, float interval,
                 m == 1 ? at(m) : at(m) - (bu - y(m)) / (std::fabs(y(m - 1) - y(m)) * inv);
             fill(found.edges.start, 1, largest(1, m) - bu, 1, j - 2, 0.0F, end);
         }
-    } else if (bl > y(1)) {
+    }
+    if (bl > y(1)) {
+        int j = 2;
         while (j <= limit && !(y(j) > bl))
             ++j;
         const int m = j - 1;
@@ -135,8 +137,8 @@ LotScallops literal_scallops(std::span<const float> lot, float interval,
             fill(found.edges.start, 2, 0.0F - (smallest(1, m) + bu), 1, j - 2, interval, end);
         }
     }
-    int p = n - 1;
     if (y(n) > bu) {
+        int p = n - 1;
         while (n > first && p >= first && !(bu > y(p)))
             --p;
         if (!(at(n - p - 1) < narrowest)) {
@@ -144,7 +146,9 @@ LotScallops literal_scallops(std::span<const float> lot, float interval,
                 p == 0 ? at(p) : at(p) + (bu - y(p)) / (std::fabs(y(p + 1) - y(p)) * inv);
             fill(found.edges.end, 1, largest(p + 1, n) - bu, p + 1, n, begin, at(n));
         }
-    } else if (bl > y(n)) {
+    }
+    if (bl > y(n)) {
+        int p = n - 1;
         while (n > first && p >= first && !(y(p) > bl))
             --p;
         if (!(at(n - p - 1) < narrowest)) {
