@@ -1,6 +1,7 @@
 // The road as a profilograph sees it: the profile index of its lots, and what must be corrected.
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <vector>
 
@@ -47,7 +48,7 @@ Trace roll(const Track& track, float interval) {
 
 // Lots of 100 m, and what is left over as the last one.
 std::vector<tPGLot> divide(const Trace& trace, float interval) {
-    const auto samples = std::max(2, static_cast<std::int32_t>(lot_length / interval));
+    const auto samples = std::max(2, static_cast<std::int32_t>(std::lround(lot_length / interval)));
     std::vector<tPGLot> lots;
     for (std::int32_t start = trace.first; start < trace.last; start += samples) {
         tPGLot lot{};
