@@ -675,34 +675,42 @@ VIALTO_API int32_t VIALTO_CALL pgfilt_dll(int32_t iStartIndex, int32_t iEndIndex
  *                 else: that xPGTrace reaches to iEndIndex is the host's promise
  *   xPGTrace      [iEndIndex + 1] the host's whole trace
  *   iNumLots      number of lots
- *   tPGLots       [iNumLots] iStart and iEnd of each lot; lots come in any order, and may overlap
- * or leave gaps iNumBumps     number of records in tPGBumps, read only; above 5000 it counts as
- * 5000, below 0 as 0 Returned: tPGLots       [iNumLots] the band and the two indexes of each lot;
- * iStart and iEnd stay iNumDefects   number of records written to tPGDefects tPGDefects    [5000]
- * the scallops: lot by lot, the partial one in which the lot starts, the whole ones in the order in
- * which they close, the partial one in which it ends tPGBumps      [iNumBumps] the host's own
- * records, moved by iStartIndex: iStart and iEnd by as many samples (saturating at the ends of
- * int32), BeginX and EndX by iStartIndex * xStepSize. No step fills this list. It may be null when
- * it holds no record.
+ *   tPGLots       [iNumLots] iStart and iEnd of each lot, from 0 in the host's trace; lots come in
+ *                 any order, and may overlap or leave gaps
+ *   iNumBumps     number of records in tPGBumps, read only; above 5000 it counts as 5000, below 0
+ *                 as 0
+ * Returned:
+ *   tPGLots       [iNumLots] the band and the two indexes of each lot; iStart and iEnd stay
+ *   iNumDefects   number of records written to tPGDefects
+ *   tPGDefects    [5000] the scallops: lot by lot, the partial one in which the lot starts, the
+ *                 whole ones in the order in which they close, the partial one in which it ends
+ *   tPGBumps      [iNumBumps] the host's own records, moved by iStartIndex: iStart and iEnd by as
+ *                 many samples (saturating at the ends of int32), BeginX and EndX by
+ *                 iStartIndex * xStepSize. No step fills this list. It may be null when it holds
+ *                 no record.
  *
  * Failures (tPGLots and tPGBumps are not written; iNumDefects counts the defects of the lots before
  * the failing one; tPGDefects keeps what was written, with indexes and distances that count from
- * iStartIndex):
- *   101  "End location of a defect exceeds the profile length."    a lot of more than one sample
- *        reaches outside iStartIndex to iEndIndex
- *   101  "maximum allowable scallops exceeded for a segment"       a partial scallop at the start
- * of a lot would come on top of 1000 whole ones 101  "maximum allowable scallops exceeded for the
- * entire trace"        more than 5000 defects 101  "PG Defects > i_PG_maxdefects. Try cropping the
- * profiles"         the same; the test above leaves nothing for it routine "pgindex/pgindex_dll"
- * for these four 101  "maximum number of scallops exceeds the program limits. Try with smaller
- * segments" routine "pgindex/pgindex/pgindex_dll"                     more than 1000 scallops in a
- * lot 101  "iNumDefects > i_PG_maxdefects", routine "pgindex_dll"            never comes, likewise
+ * iStartIndex). The routine of the first four is "pgindex/pgindex_dll":
+ *   101  "End location of a defect exceeds the profile length."
+ *        a lot of more than one sample reaches outside iStartIndex to iEndIndex
+ *   101  "maximum allowable scallops exceeded for a segment"
+ *        a partial scallop at the start of a lot would come on top of 1000 whole ones
+ *   101  "maximum allowable scallops exceeded for the entire trace"
+ *        more than 5000 defects
+ *   101  "PG Defects > i_PG_maxdefects. Try cropping the profiles"
+ *        the same; the test above leaves nothing for it
+ *   101  "maximum number of scallops exceeds the program limits. Try with smaller segments",
+ *        routine "pgindex/pgindex/pgindex_dll": a lot has a candidate, be it too low, after 1000
+ *        whole scallops
+ *   101  "iNumDefects > i_PG_maxdefects", routine "pgindex_dll"
+ *        never comes, likewise
  *   100  "iStartIndex is negative", "iEndIndex lies before iStartIndex", "iEndIndex makes the
  *        stretch longer than 2147483647 samples", routine "pgindex_dll": no output is written
  *
  * Notes:
  *  1. A lot of one sample, or with iEnd before iStart, gets -1.0 in both indexes and 0.0 in its
- * band fields, wherever it lies. The lots around it count as neighbours.
+ *     band fields, wherever it lies. The lots around it count as neighbours.
  *  2. A lot is divided by (iEnd - iStart) * xStepSize: its length runs from its first sample to its
  *     last.
  *  3. A sample on the edge of the band is inside it. A scallop that is wide enough adds its raw
@@ -712,12 +720,13 @@ VIALTO_API int32_t VIALTO_CALL pgfilt_dll(int32_t iStartIndex, int32_t iEndIndex
  *     is higher than the partial scallop at the end of the lot counted before. If it is not, that
  *     earlier one leaves the indexes of its lot as well, taken by this lot's length, except for the
  *     second lot in the list. So a scallop across a boundary counts twice or not at all, on
- * purpose.
+ *     purpose.
  *  5. The crossings of partial scallops, their last samples and the heights BeginY and EndY (taken
  *     one interval further along the trend line than the distances) are asymmetric on purpose. The
  *     EndX of a partial scallop at a lot's start is projected along its last two samples, and is
  *     infinite where these are equal.
- *  6. A lot with a NaN in it has no scallops: its indexes are 0.0 and its band is a NaN.
+ *  6. A lot with a NaN or an infinite sample has no scallops: its indexes are 0.0 and its band is a
+ *     NaN.
  *
  * Reference: ASTM E1274, Measuring Pavement Roughness Using a Profilograph.
  */

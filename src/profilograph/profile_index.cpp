@@ -112,6 +112,7 @@ ReturnCode write_defects(const TraceLot& lot, std::span<const Scallop> scallops,
     const auto s = static_cast<std::int32_t>(lot.iStart);
     const float base = static_cast<float>(s) * xStepSize - xStepSize;
     for (const Scallop& scallop : scallops) {
+        // The test above leaves nothing for this one, which stands all the same.
         if (place >= tDefects.size()) {
             return raise_failure("PG Defects > i_PG_maxdefects. Try cropping the profiles", name);
         }

@@ -31,7 +31,7 @@ std::int64_t stretch_length(std::int32_t iStartIndex, std::int32_t iEndIndex) {
     return std::int64_t{iEndIndex} - iStartIndex + 1;
 }
 
-// A stretch whose indexes are in order lies in the host's array and can be counted.
+// Refuses a stretch that begins ahead of the host's array or has too many samples to be counted.
 void check_stretch(ArgumentCheck& check, std::int32_t iStartIndex, std::int32_t iEndIndex) {
     if (iStartIndex < 0) {
         check.refuse("iStartIndex", " is negative");
@@ -232,6 +232,7 @@ int32_t VIALTO_CALL pgindex_dll(int32_t iStartIndex, int32_t iEndIndex, float xS
                         host_array(tPGDefects, i_PG_maxdefects)) != success) {
                 return failure;
             }
+            // pgindex has stopped at the limit; the test stands all the same.
             if (*iNumDefects > i_PG_maxdefects) {
                 return raise_failure("iNumDefects > i_PG_maxdefects", "pgindex_dll");
             }

@@ -87,6 +87,7 @@ ReturnCode pgfilter(float xStepSize, std::span<const float> xWheelOffsets,
     if (2 * maxsampbegin >= nsamp) {
         return raise_failure("nsamp < 2*maxsampbegin", name);
     }
+    // The test above leaves nothing for this one, which stands all the same.
     if (maxsampbegin > minsampend) {
         return raise_failure("maxsampbegin > minsampend", name);
     }

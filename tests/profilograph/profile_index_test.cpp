@@ -306,17 +306,20 @@ TEST(ProfileIndex, NoLotsAndNumbersThatAreNoneHaveNoDefects) {
     EXPECT_EQ(none.defect_count, 0);
 
     const float nan = std::numeric_limits<float>::quiet_NaN();
-    Host with_nan;
-    with_nan.add_lot(edge_lot(4));
-    with_nan.trace[9] = nan;
-    EXPECT_EQ(with_nan.call(), "0/0 ");
-    EXPECT_TRUE(std::isnan(with_nan.lots[0].xBBUpperStart));
-    EXPECT_EQ(with_nan.defect_count, 0);
+    const float infinite = std::numeric_limits<float>::infinity();
+    for (const float sample : {nan, infinite}) {
+        Host host;
+        host.add_lot(edge_lot(4));
+        host.trace[9] = sample;
+        EXPECT_EQ(host.call(), "0/0 ");
+        EXPECT_TRUE(std::isnan(host.lots[0].xBBUpperStart));
+        EXPECT_EQ(host.defect_count, 0);
+    }
 
     // Which of the partial and the whole scallops are left, by the setting that is a NaN.
     const std::string left[] = {"0/0 0/0 ", "0.5/0.5 0/0 ", "0.5/0.5 0.5/0.5 ", "0.5/0.5 0.5/0.5 "};
     for (std::size_t k = 0; k < std::size(left); ++k) {
-        for (const float setting : {nan, std::numeric_limits<float>::infinity(), -1e30F, 1e-40F}) {
+        for (const float setting : {nan, infinite, -1e30F, 1e-40F}) {
             Host host;
             host.settings[k] = setting;
             host.add_lot(edge_lot(4));
