@@ -36,7 +36,7 @@ public:
     template <class Value>
     void output(Value value) {
         if constexpr (std::is_floating_point_v<Value>) {
-            value = value == value ? value : Value{-12345.0F};
+            value = value == value ? value : static_cast<Value>(-12345);
         }
         unsigned char bytes[sizeof value];
         std::memcpy(bytes, &value, sizeof value);
