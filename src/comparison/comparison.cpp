@@ -16,7 +16,6 @@ namespace {
 
 constexpr float unreached_coefficient = -999.0F;
 constexpr float unreached_offset = 999.0F; // m
-constexpr float percent = 100.0F;
 
 void mark_unreached(const SweepArrays& arrays) {
     for (const std::span<float> array : {arrays.final_cc, arrays.roughness, arrays.shape}) {

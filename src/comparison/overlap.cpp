@@ -16,7 +16,6 @@ constexpr std::string_view sweep_name = "cc_sweep";
 
 constexpr float smallest_rms = std::numeric_limits<float>::epsilon(); // 1.1920929e-7
 constexpr auto smallest_variance_sum = static_cast<double>(smallest_rms);
-constexpr float percent = 100.0F;
 
 // The overlap never passes an end; the test is a guard.
 ReturnCode check_bounds(const ProfilePair& profiles, const Overlap& overlap) {

@@ -10,6 +10,8 @@
 
 namespace vialto {
 
+inline constexpr float percent = 100.0F;
+
 // The prepared profiles, both at the comparison step.
 struct ProfilePair {
     std::span<const float> reference;

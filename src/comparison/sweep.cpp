@@ -10,8 +10,6 @@ namespace vialto {
 
 namespace {
 
-constexpr float percent = 100.0F;
-
 Overlap overlap_of_position(std::size_t k, const SweepArrays& arrays, const ProfilePair& profiles) {
     const std::int64_t half = std::ssize(arrays.final_cc) / 2;
     return overlap_at(static_cast<std::int64_t>(k) - half, profiles);

@@ -9,58 +9,41 @@ namespace vialto {
 
 namespace {
 
-constexpr float percent = 100.0F;
-
 // What rounding of the 64-bit sums may take of SweepEstimate::tolerance; the rest is for the
 // roundings to 32 bits.
 constexpr double accuracy_of_sums = 1.0e-7;
 
 } // namespace
 
-void SlidingSums::enter(double sample) {
-    sum_ += sample;
-    squares_ += sample * sample;
-    largest_squares_ = std::max(largest_squares_, squares_);
-    additions_ += 1.0;
-}
-
-void SlidingSums::leave(double sample) {
-    sum_ -= sample;
-    squares_ -= sample * sample;
-    additions_ += 1.0;
-}
-
-void SlidingSums::move_to(std::size_t first, std::size_t count) {
-    const std::size_t end = first + count;
-    while (end_ < end) {
-        enter(samples_[end_++]);
-    }
-    while (first_ > first) {
-        enter(samples_[--first_]);
-    }
-    while (end_ > end) {
-        leave(samples_[--end_]);
-    }
-    while (first_ < first) {
-        leave(samples_[first_++]);
+StretchSums::StretchSums(std::span<const double> samples)
+    : sums_(samples.size() + 1), sums_of_squares_(samples.size() + 1) {
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        sums_[i + 1] = sums_[i] + samples[i];
+        sums_of_squares_[i + 1] = sums_of_squares_[i] + samples[i] * samples[i];
     }
 }
 
-double SlidingSums::variance_sum() const {
-    return squares_ - sum_ * sum_ / static_cast<double>(end_ - first_);
-}
-
-bool SlidingSums::accurate() const {
-    // Each addition errs by half an epsilon of a sum that never exceeded the largest; the squared
-    // mean brings that error in three more times.
-    const double worst_error =
-        2.0 * std::numeric_limits<double>::epsilon() * additions_ * largest_squares_;
-    return worst_error < accuracy_of_sums * variance_sum();
+std::optional<StretchSums::Stretch> StretchSums::over(std::size_t first, std::size_t count) const {
+    const auto n = static_cast<double>(count);
+    const double sum = sums_[first + count] - sums_[first];
+    const double squares = sums_of_squares_[first + count] - sums_of_squares_[first];
+    const double variance_sum = squares - sum * sum / n;
+    // Each of the N additions errs by half an epsilon of its result: a running sum of squares does
+    // not exceed the last one, S, nor a running sum sqrt(N S). That makes N S epsilon in `squares`,
+    // and sqrt(N / n) times twice that in the term of the mean.
+    const auto additions = static_cast<double>(sums_.size());
+    const double worst_error = 4.0 * std::numeric_limits<double>::epsilon() * additions *
+                               std::sqrt(additions / n) * sums_of_squares_.back();
+    if (!(worst_error < accuracy_of_sums * variance_sum)) {
+        return std::nullopt;
+    }
+    return Stretch{sum, variance_sum};
 }
 
 SweepEstimate::SweepEstimate(const ProfilePair& profiles)
     : reference_(centred(profiles.reference)), test_(centred(profiles.test)),
-      reference_sums_(reference_), test_sums_(test_) {}
+      reference_sums_(std::span(reference_).first(profiles.reference.size())),
+      test_sums_(std::span(test_).first(profiles.test.size())) {}
 
 std::vector<double> SweepEstimate::centred(std::span<const float> profile) {
     const double mean =
@@ -76,22 +59,22 @@ std::optional<Agreement> SweepEstimate::at(const Overlap& overlap) {
         return std::nullopt;
     }
     const auto count = static_cast<std::size_t>(overlap.count);
-    reference_sums_.move_to(static_cast<std::size_t>(overlap.reference_first), count);
-    test_sums_.move_to(static_cast<std::size_t>(overlap.test_first), count);
-    if (!reference_sums_.accurate() || !test_sums_.accurate()) {
+    const auto reference =
+        reference_sums_.over(static_cast<std::size_t>(overlap.reference_first), count);
+    const auto test = test_sums_.over(static_cast<std::size_t>(overlap.test_first), count);
+    if (!reference || !test) {
         return std::nullopt;
     }
     const auto n = static_cast<double>(count);
-    const double rms_base = std::sqrt(reference_sums_.variance_sum() / n);
-    const double rms_test = std::sqrt(test_sums_.variance_sum() / n);
+    const double rms_base = std::sqrt(reference->variance_sum / n);
+    const double rms_test = std::sqrt(test->variance_sum / n);
     const auto x_rms_base = static_cast<float>(rms_base);
     const auto x_rms_test = static_cast<float>(rms_test);
     // Close to the limit the definition decides.
     if (both_flat(x_rms_base / 2.0F, x_rms_test / 2.0F)) {
         return std::nullopt;
     }
-    const double covariance_sum =
-        product_sum(overlap.offset) - reference_sums_.sum() * test_sums_.sum() / n;
+    const double covariance_sum = product_sum(overlap.offset) - reference->sum * test->sum / n;
     // The roundings of sngl_croxcorr, whose normalised segments have n as the sum of their squares.
     const auto c = static_cast<float>(covariance_sum / (rms_base * rms_test));
     return Agreement{.roughness = static_cast<float>(static_cast<double>(c) / n) * percent,

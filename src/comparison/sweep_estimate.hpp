@@ -1,44 +1,38 @@
-// The agreement of two profiles at offset after offset, from sums that one offset hands to the
-// next. Its work for an offset is one product and one addition a sample; the definition normalises
-// and correlates both stretches anew, at more than twenty times the cost.
+// The agreement of two profiles at offset after offset, with the means and mean squares of all
+// overlaps from running sums. Its work for an offset is one product and one addition a sample; the
+// definition normalises and correlates both stretches anew, at more than twenty times the cost.
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "comparison/overlap.hpp"
 
 namespace vialto {
 
-// Sum and sum of squares over a window that slides along a profile.
-class SlidingSums {
+// Sums over any stretch of a profile, from its running sums.
+class StretchSums {
 public:
-    explicit SlidingSums(const std::vector<double>& samples) : samples_(samples) {}
+    struct Stretch {
+        double sum;
+        double variance_sum; // of the squared deviations from the mean of the stretch
+    };
 
-    // Moves the window to `count` samples from `first`, entering and leaving samples one by one.
-    void move_to(std::size_t first, std::size_t count);
+    explicit StretchSums(std::span<const double> samples);
 
-    [[nodiscard]] double sum() const { return sum_; }
-    // Sum of the squared deviations from the window's mean.
-    [[nodiscard]] double variance_sum() const;
-    // Whether rounding, at its worst, leaves variance_sum as good as the sweep promises. It does
-    // not where most of what went into the sums has left the window or cancels, nor with a NaN.
-    [[nodiscard]] bool accurate() const;
+    // `count` samples from `first`, at least one. None where rounding, at its worst, could leave
+    // variance_sum less good than the sweep promises: where the stretch is close to flat beside the
+    // whole profile, and with a NaN.
+    [[nodiscard]] std::optional<Stretch> over(std::size_t first, std::size_t count) const;
 
 private:
-    void enter(double sample);
-    void leave(double sample);
-
-    const std::vector<double>& samples_;
-    std::size_t first_ = 0;
-    std::size_t end_ = 0;
-    double sum_ = 0.0;
-    double squares_ = 0.0;
-    double largest_squares_ = 0.0;
-    double additions_ = 0.0;
+    // Of all samples ahead of each place, so that the first is 0.
+    std::vector<double> sums_;
+    std::vector<double> sums_of_squares_;
 };
 
 class SweepEstimate {
@@ -52,8 +46,8 @@ public:
     SweepEstimate& operator=(const SweepEstimate&) = delete;
 
     // The agreement at one overlap; none where the sums cannot carry it: a profile that holds a NaN
-    // or an infinity, stretches that are flat or close to it, cancellation, fewer than two samples.
-    // Cheapest when the offsets come in their order.
+    // or an infinity, stretches that are flat or close to it, fewer than two samples. Cheapest when
+    // the offsets come in their order.
     [[nodiscard]] std::optional<Agreement> at(const Overlap& overlap);
 
 private:
@@ -75,8 +69,8 @@ private:
     // beyond its end.
     std::vector<double> reference_;
     std::vector<double> test_;
-    SlidingSums reference_sums_;
-    SlidingSums test_sums_;
+    StretchSums reference_sums_;
+    StretchSums test_sums_;
     std::optional<ProductBlock> products_;
 };
 
