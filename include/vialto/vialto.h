@@ -916,8 +916,8 @@ VIALTO_API int32_t VIALTO_CALL mustgrind_2chan_dlldrv(
  *   ptrProfinfo      [2] the reference and the test profile; only x_sampleinterval is read
  * Returned:
  *   iCroxCorrPoints  number of offsets to try, the length of ccfunc's result arrays: 2 n + 1, n
- * being x_offset_max in steps, to the nearest whole number analysis         x_normsampleinterval,
- * the comparison step, m
+ *                    being x_offset_max in steps, to the nearest whole number
+ *   analysis         x_normsampleinterval, the comparison step, m
  *
  * Failures (the routine is "CC_CoeffArray"; iCroxCorrPoints and the record are untouched):
  *   100  "x_sampleinterval of the reference profile is not a positive finite number", and the same
@@ -926,11 +926,12 @@ VIALTO_API int32_t VIALTO_CALL mustgrind_2chan_dlldrv(
  *
  * Notes:
  *  1. With if_upsampling 2 the step is the reference profile's interval. Otherwise it is the
- * smaller interval divided by the first whole number k, from 1, that leaves the larger interval
- * with a remainder below 0.02 steps: 25 mm and 50 mm give 25 mm, 30 mm and 40 mm give 10 mm. A
- * quotient just below a whole number does not count. When no step above 1 mm serves, it is 5.08 mm.
+ *     smaller interval divided by the first whole number, from 1, that makes the larger interval a
+ *     whole number of steps and a remainder below 0.02 steps: 25 mm and 50 mm give 25 mm, 30 mm and
+ *     40 mm give 10 mm. A quotient just below a whole number does not count. When no step above
+ *     1 mm serves, it is 5.08 mm.
  *  2. x_offset_max 0 gives 1 offset. A negative x_offset_max gives a count of 1 or less, and the
- * sweep of a count of 0 or less is empty. The count saturates at plus and minus 2147483647.
+ *     sweep of a count of 0 or less is empty. The count saturates at plus and minus 2147483647.
  *  3. The diagnostic file starts with date and time.
  */
 VIALTO_API int32_t VIALTO_CALL CC_CoeffArray(int32_t* iCroxCorrPoints, tProfAnalysis* analysis,
@@ -950,29 +951,39 @@ VIALTO_API int32_t VIALTO_CALL CC_CoeffArray(int32_t* iCroxCorrPoints, tProfAnal
  *   analysis            if_outputfilt, if_padding, if_upsampling, x_offset_max and, from
  *                       CC_CoeffArray, x_normsampleinterval
  *   ptrProfinfo         [2] the reference and the test profile: section of interest, sample
- * interval and filter settings Returned: xFinalCC            [N] final coefficient at each offset:
- * roughness coefficient (correlation of the normalised stretches, -100 to 100 percent) times shape
- * factor (ratio of the smaller to the larger root mean square, 0 to 1) xOffsetArray        [N]
- * offset of each place k, from 0: k x_normsampleinterval - x_offset_max, m. Place N/2 is offset
- * zero; before it the beginning of the test profile is skipped, behind it that of the reference
- * profile. analysis            iIndexMaxCorr, the first place with the largest final coefficient (0
- * if all are NaN); x_opt_..., the results at that place; x_ref_iri and x_test_iri, the IRI of the
- * unfiltered sections; x_iri_diff, which divides by x_ref_iri without a guard ptrProfinfo
- * i_filt_leadin, i_filt_leadout xDataArrayRefFilt   [NR], xDataArrayTestFilt [NT]: if if_outputfilt
- * is 1, the filtered and trimmed profiles before resampling, with zeros behind the section.
- * Otherwise untouched, and may be null.
+ *                       interval and filter settings
+ * Returned:
+ *   xFinalCC            [N] final coefficient at each offset: roughness coefficient (correlation
+ *                       of the normalised stretches, -100 to 100 percent) times shape factor
+ *                       (ratio of the smaller to the larger root mean square, 0 to 1)
+ *   xOffsetArray        [N] offset of each place k, from 0: k x_normsampleinterval - x_offset_max,
+ *                       m. Place N/2 is offset zero; before it the beginning of the test profile
+ *                       is skipped, behind it that of the reference profile.
+ *   analysis            iIndexMaxCorr, the first place with the largest final coefficient (0 if
+ *                       all are NaN); x_opt_..., the results at that place; x_ref_iri and
+ *                       x_test_iri, the IRI of the unfiltered sections; x_iri_diff, which divides
+ *                       by x_ref_iri without a guard
+ *   ptrProfinfo         i_filt_leadin, i_filt_leadout
+ *   xDataArrayRefFilt   [NR], if if_outputfilt is 1: the filtered and trimmed reference profile
+ *                       before resampling, with zeros behind the section. Otherwise untouched, and
+ *                       may be null.
+ *   xDataArrayTestFilt  [NT] the same of the test profile
  *
  * Failures (the routine is "ccfunc" for all of them):
- *   100  "i_raw_leadin of the reference profile lies before the first sample", "i_raw_leadout of
- * the reference profile lies behind the last sample", and the same of the test profile 100
- * "x_offset_max is not a finite number"; "x_normsampleinterval", "x_sampleinterval of the reference
- * profile" or of the test profile "is not a positive finite number" 100  "iSizeDataArrayRef is too
- * large for padding", "iSizeDataArrayTest ...": above 715827883 100  "the resampled profile is too
- * long"             above 2147483647 samples 101  "xDataArrayPadFilt size exceeded",
- * "xDataArrayRefFiltlc size exceeded"    the filter ends outside the profile (the second one for
- * either profile) 101  "x_num_act should not be zero"                  the offset is larger than a
- * profile 101  "number of points is less than zero"            the offset is as large as a profile
- *   101  "max(x_rms_test, x_rms_base) is close to zero"  both stretches are flat
+ *   100  "i_raw_leadin of the reference profile lies before the first sample",
+ *        "i_raw_leadout of the reference profile lies behind the last sample",
+ *        and the same of the test profile
+ *   100  "x_sampleinterval of the reference profile is not a positive finite number",
+ *        the same of the test profile and of "x_normsampleinterval"
+ *   100  "x_offset_max is not a finite number"
+ *   100  "iSizeDataArrayRef is too large for padding", above 715827883 samples;
+ *        the same of iSizeDataArrayTest
+ *   100  "the resampled profile is too long", above 2147483647 samples
+ *   101  "xDataArrayPadFilt size exceeded", "xDataArrayRefFiltlc size exceeded": the filter ends
+ *        outside the padded profile, either of the two
+ *   101  "x_num_act should not be zero": the offset is larger than a profile
+ *   101  "number of points is less than zero": the offset is as large as a profile
+ *   101  "max(x_rms_test, x_rms_base) is close to zero": both stretches are flat
  *   The filter's own failures, and those of the ride index as at ride_dlldrv.
  *   After a refusal (code 100, but for the too long profile) nothing is written. After any other
  *   failure xFinalCC holds -999.0 and xOffsetArray 999.0 at each place that was not reached,
@@ -987,7 +998,7 @@ VIALTO_API int32_t VIALTO_CALL CC_CoeffArray(int32_t* iCroxCorrPoints, tProfAnal
  *     sample is left out with if_padding 2, and two otherwise, even if the filter loses none.
  *  3. A section whose last sample lies before its first keeps no sample, and the sweep fails.
  *  4. A flat stretch beside one that is not flat gives a NaN at that offset; the optimum passes it
- * by. An overlap of one sample is flat.
+ *     by. An overlap of one sample is flat.
  *  5. The step is computed again from the sample intervals; x_normsampleinterval only labels the
  *     offsets.
  *  6. The diagnostic file starts with date and time and ends with a table of all offsets.
@@ -1010,9 +1021,11 @@ VIALTO_API int32_t VIALTO_CALL ccfunc(int32_t iSizeDataArrayRef, int32_t iSizeDa
  *   xRunData         [10 x 1057] elevations, m: all of run 1, then all of run 2, and so on
  *   xRefProfile      [1057] the true profile, m
  * Returned:
- *   xPrecision       mm; mean over the points of the standard deviation between the runs (divisor
- * 9) xBias            mm; mean over the points of |mean of the runs - reference| iPrecisionClass  1
- * up to and including 0.38 mm, 2 up to 0.76 mm, 3 up to 2.5 mm, 0 above that and for a NaN
+ *   xPrecision       mm; mean over the points of the standard deviation between the runs, with
+ *                    divisor 9
+ *   xBias            mm; mean over the points of |mean of the runs - reference|
+ *   iPrecisionClass  1 up to and including 0.38 mm, 2 up to 0.76 mm, 3 up to 2.5 mm, 0 above that
+ *                    and for a NaN
  *   iBiasClass       1 up to and including 1.25 mm, 2 up to 2.5 mm, 3 up to 6.25 mm, 0 above that
  *                    and for a NaN
  *
