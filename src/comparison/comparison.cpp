@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "comparison/norm_cal.hpp"
 #include "comparison/preparation.hpp"
 #include "numeric/rounding.hpp"
 #include "ride/ride_drv.hpp"
@@ -26,9 +27,20 @@ void mark_unreached(const SweepArrays& arrays) {
 
 // Resamples what the preparation left of a profile.
 ReturnCode resample_trimmed(std::span<const float> filtered, const tProfinfo& info, float step,
-                            std::vector<float>& resampled) {
+                            ResampledProfile& resampled) {
     const auto count = static_cast<std::size_t>(std::int64_t{info.i_filt_leadout} + 1);
     return resampling(filtered.first(count), info.x_sampleinterval, step, resampled);
+}
+
+// A negative count of either profile makes that of every overlap negative: the sweep fails at its
+// first offset.
+ReturnCode check_resampled_counts(const ResampledProfile& reference, const ResampledProfile& test,
+                                  const SweepArrays& sweep) {
+    if (sweep.final_cc.empty() ||
+        check_norm_count(std::min(reference.count, test.count), 0) == success) {
+        return success;
+    }
+    return pass_failure("cc_sweep");
 }
 
 // The ride index of the section of interest of the raw profile [m/m].
@@ -71,15 +83,16 @@ ReturnCode cc_cal(const ProfilePair& raw, tProfAnalysis& analysis, const Profile
 
     // Deliberately not the step in the analysis record, which only labels the offsets.
     const float step = comparison_step(analysis.if_upsampling, records.reference, records.test);
-    std::vector<float> reference;
-    std::vector<float> test;
+    ResampledProfile reference;
+    ResampledProfile test;
     if (resample_trimmed(reference_filtered, records.reference, step, reference) != success ||
         resample_trimmed(test_filtered, records.test, step, test) != success) {
         return pass_failure(name);
     }
 
-    if (cc_sweep({reference, test}, analysis.x_normsampleinterval, analysis.x_offset_max,
-                 output.sweep, optimum) != success) {
+    if (check_resampled_counts(reference, test, output.sweep) != success ||
+        cc_sweep({reference.samples, test.samples}, analysis.x_normsampleinterval,
+                 analysis.x_offset_max, output.sweep, optimum) != success) {
         return pass_failure(name);
     }
     analysis.iIndexMaxCorr = optimum.index;

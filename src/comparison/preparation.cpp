@@ -58,19 +58,20 @@ std::int64_t trim_to_section(std::span<float> filtered, const tProfinfo& info, s
     std::int64_t count = 0;
     if (i_endact >= i_leadin) {
         count = i_endact - i_leadin + 1;
-        std::copy(filtered.begin() + (i_leadin - 1), filtered.begin() + i_endact, filtered.begin());
+        std::shift_left(filtered.begin(), filtered.begin() + i_endact, i_leadin - 1);
     }
     std::fill(filtered.begin() + std::max(i_leadout, std::int64_t{0}), filtered.end(), 0.0F);
     return count;
 }
 
-std::int64_t resamp_size(std::size_t count, float interval, float step) {
+std::int64_t resamp_size(std::int64_t count, float interval, float step) {
     const auto last = static_cast<float>(count - 1);
     return std::int64_t{truncate(last * interval / step)} + 1;
 }
 
 void resamp(std::span<const float> profile, float interval, float step,
             std::span<float> resampled) {
+    const float last = profile.empty() ? 0.0F : profile.back();
     for (std::size_t i = 0; i < resampled.size(); ++i) {
         const float pos = static_cast<float>(i) * step;
         const std::int32_t j = truncate(pos / interval);
@@ -80,7 +81,7 @@ void resamp(std::span<const float> profile, float interval, float step,
             const float b = profile[place + 1];
             resampled[i] = a + (pos - static_cast<float>(j) * interval) * (b - a) / interval;
         } else {
-            resampled[i] = profile.back();
+            resampled[i] = last;
         }
     }
 }
@@ -157,17 +158,18 @@ float comparison_step(std::int32_t if_upsampling, const tProfinfo& reference,
 }
 
 ReturnCode resampling(std::span<const float> profile, float interval, float step,
-                      std::vector<float>& resampled) {
-    if (profile.empty() || std::fabs(interval - step) < same_interval) {
-        resampled.assign(profile.begin(), profile.end());
+                      ResampledProfile& resampled) {
+    resampled.count = std::ssize(profile);
+    if (std::fabs(interval - step) < same_interval) {
+        resampled.samples.assign(profile.begin(), profile.end());
         return success;
     }
-    const std::int64_t size = resamp_size(profile.size(), interval, step);
-    if (size > std::numeric_limits<std::int32_t>::max()) {
+    resampled.count = resamp_size(resampled.count, interval, step);
+    if (resampled.count > std::numeric_limits<std::int32_t>::max()) {
         return raise_failure("the resampled profile is too long", "resampling", error_code_request);
     }
-    resampled.resize(static_cast<std::size_t>(size));
-    resamp(profile, interval, step, resampled);
+    resampled.samples.resize(static_cast<std::size_t>(std::max(resampled.count, std::int64_t{0})));
+    resamp(profile, interval, step, resampled.samples);
     return success;
 }
 

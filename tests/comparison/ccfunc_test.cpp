@@ -242,6 +242,18 @@ TEST(ProfileComparison, FailuresLeaveMarksOrNothing) {
          "101 2 ccfunc: number of points is less than zero", marks},
         {[](Comparison& c) { c.profiles[1].i_raw_leadout = -5; },
          "101 2 ccfunc: x_num_act should not be zero", marks},
+        {[](Comparison& c) { // 1 - 0.05 / 0.025 samples
+             c.profiles[0].i_raw_leadout = -5;
+             c.profiles[0].x_sampleinterval = 0.05F;
+         },
+         "101 2 ccfunc: x_num_act should not be zero", marks},
+        {[](Comparison& c) { // one sample
+             c.analysis.if_upsampling = 2;
+             c.profiles[1].i_raw_leadout = -5;
+             c.profiles[1].x_sampleinterval = 0.02F;
+             c.count = 3;
+         },
+         "101 2 ccfunc: number of points is less than zero", marks},
         {[](Comparison& c) {
              c.analysis.if_upsampling = 2;
              c.profiles[0].x_sampleinterval = 1.0e-9F;
@@ -260,9 +272,9 @@ TEST(ProfileComparison, FailuresLeaveMarksOrNothing) {
         c.spoil(roads);
         EXPECT_EQ(roads.compare(), vialto_failure);
         EXPECT_EQ(roads.event.summary(), c.event);
-        EXPECT_EQ(roads.final_cc[80] == untouched, c.left == nothing);
-        EXPECT_EQ(roads.final_cc[80] == -999.0F, c.left == marks);
-        EXPECT_EQ(roads.offset[80] == 999.0F, c.left == marks);
+        EXPECT_EQ(roads.final_cc.back() == untouched, c.left == nothing);
+        EXPECT_EQ(roads.final_cc.back() == -999.0F, c.left == marks);
+        EXPECT_EQ(roads.offset.back() == 999.0F, c.left == marks);
         EXPECT_EQ(roads.analysis.iIndexMaxCorr == -7, c.left != sweep);
         EXPECT_EQ(roads.reference_filtered[0] == untouched, c.left != sweep);
         EXPECT_EQ(roads.profiles[0].i_filt_leadin == -7, c.left == nothing);

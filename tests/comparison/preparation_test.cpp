@@ -113,19 +113,26 @@ TEST(Resampling, InterpolatesAndHoldsTheLastSample) {
         {"coarser", profile, 0.25F, 0.5F, {0.0F, 20.0F}},
         {"unequal", profile, 0.75F, 0.5F, {0.0F, 20.0F / 3.0F, 40.0F / 3.0F, 20.0F, 100.0F / 3.0F}},
         {"one sample", {3.0F}, 1.0F, 0.5F, {3.0F}},
-        {"no sample", {}, 1.0F, 2.0F, {}},
+        {"no sample, coarser", {}, 1.0F, 2.0F, {0.0F}},
+        {"no sample, same step", {}, 1.0F, 1.0F, {}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        Road resampled;
+        ResampledProfile resampled;
         ASSERT_EQ(resampling(c.profile, c.interval, c.step, resampled), success);
-        ASSERT_EQ(resampled.size(), c.resampled.size());
-        for (std::size_t i = 0; i < resampled.size(); ++i) {
-            EXPECT_FLOAT_EQ(resampled[i], c.resampled[i]) << i;
+        EXPECT_EQ(resampled.count, std::ssize(c.resampled));
+        ASSERT_EQ(resampled.samples.size(), c.resampled.size());
+        for (std::size_t i = 0; i < c.resampled.size(); ++i) {
+            EXPECT_FLOAT_EQ(resampled.samples[i], c.resampled[i]) << i;
         }
     }
+    ResampledProfile none;
+    ASSERT_EQ(resampling({}, 2.0F, 0.5F, none), success);
+    EXPECT_EQ(none.count, -3);
+    EXPECT_TRUE(none.samples.empty());
+
     reset_event();
-    Road resampled;
+    ResampledProfile resampled;
     EXPECT_EQ(resampling(profile, 1.0F, 1.0e-9F, resampled), failure);
     EXPECT_EQ(current_event().error_code, error_code_request);
     EXPECT_EQ(current_event().description.trimmed(), "the resampled profile is too long");
