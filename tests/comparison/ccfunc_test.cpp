@@ -205,6 +205,18 @@ TEST(ProfileComparison, SweepsTheFilteredSectionsAndRatesTheRawOnes) {
     }
 }
 
+TEST(ProfileComparison, StepInTheRecordOnlyLabelsTheOffsets) {
+    const TemporaryDirectory directory;
+    Comparison roads = two_roads();
+    ASSERT_EQ(roads.plan(), vialto_success);
+    ASSERT_EQ(roads.compare(), vialto_success);
+    const std::vector<float> coefficients = roads.final_cc;
+    roads.analysis.x_normsampleinterval = 0.5F;
+    ASSERT_EQ(roads.compare(), vialto_success);
+    EXPECT_EQ(roads.final_cc, coefficients);
+    EXPECT_EQ(roads.offset[80], 39.0F);
+}
+
 TEST(ProfileComparison, EmptySweepSucceeds) {
     const TemporaryDirectory directory;
     for (const std::int32_t count : {0, -79, INT32_MIN}) {
