@@ -979,8 +979,8 @@ VIALTO_API int32_t VIALTO_CALL CC_CoeffArray(int32_t* iCroxCorrPoints, tProfAnal
  *   100  "iSizeDataArrayRef is too large for padding", above 715827883 samples;
  *        the same of iSizeDataArrayTest
  *   100  "the resampled profile is too long", above 2147483647 samples
- *   101  "xDataArrayPadFilt size exceeded", "xDataArrayRefFiltlc size exceeded": the filter ends
- *        outside the padded profile, either of the two
+ *   101  "xDataArrayPadFilt size exceeded", "xDataArrayRefFiltlc size exceeded": padding is on, and
+ *        the filter ends outside the profile (both texts serve either profile)
  *   101  "x_num_act should not be zero": the offset is larger than a profile
  *   101  "number of points is less than zero": the offset is as large as a profile
  *   101  "max(x_rms_test, x_rms_base) is close to zero": both stretches are flat
