@@ -35,6 +35,7 @@ int main(int argc, char** argv) {
         report_moving_roughness(options, road);
         report_profilograph(options, road);
         report_spectrum(options, road);
+        report_must_grind(options, road);
         report_joints(options, road);
         return 0;
     } catch (const std::exception& problem) {

@@ -10,7 +10,7 @@ namespace {
 
 const std::string usage =
     "usage: road_report PROFILE.csv [--continuous FILE.csv] [--plot FILE.svg]\n"
-    "                               [--profilograph] [--psd FILE.csv]\n"
+    "                               [--profilograph] [--psd FILE.csv] [--must-grind]\n"
     "                               [--joints METHOD --spacing METRES]\n"
     "\n"
     "PROFILE.csv has a header line and the columns distance and elevation,\n"
@@ -21,6 +21,8 @@ const std::string usage =
     "--profilograph gives the profile index of each 100 m and what must be corrected.\n"
     "\n"
     "--psd writes the slope spectrum to FILE.csv and draws it in FILE.svg.\n"
+    "\n"
+    "--must-grind gives the stretches to grind, and the IRI before and after that.\n"
     "\n"
     "--joints finds the joints of a concrete pavement and their faults. METHOD is\n"
     "step (1), antismooth (3) or curledge (4); --spacing is the nominal slab length.\n";
@@ -71,6 +73,8 @@ Options parse_options(int argc, char** argv) {
             options.profilograph = true;
         } else if (argument == "--psd") {
             options.psd = value();
+        } else if (argument == "--must-grind") {
+            options.must_grind = true;
         } else if (argument == "--joints") {
             options.joint_method = joint_method(value());
         } else if (argument == "--spacing") {

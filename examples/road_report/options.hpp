@@ -9,7 +9,8 @@ struct Options {
     std::string continuous; // path of the table of the moving roughness; empty leaves it out
     std::string plot;       // path of its picture; empty leaves it out
     bool profilograph = false;
-    std::string psd;               // path of the table of the spectrum; empty leaves it out
+    std::string psd; // path of the table of the spectrum; empty leaves it out
+    bool must_grind = false;
     std::int32_t joint_method = 0; // idx_jntid_...; 0 leaves the joints out
     float joint_spacing = 0.0F;    // m; nominal length of the slabs
 };

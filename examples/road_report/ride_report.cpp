@@ -8,10 +8,6 @@
 #include "report.hpp"
 #include "segments.hpp"
 
-namespace {
-
-constexpr double inches_per_mile = 63360.0;
-
 double overall_index(const Road& road, const Track& track, std::int32_t selector) {
     float index = 0.0F;
     tEvent event;
@@ -20,6 +16,10 @@ double overall_index(const Road& road, const Track& track, std::int32_t selector
                     event);
     return static_cast<double>(index);
 }
+
+namespace {
+
+constexpr double inches_per_mile = 63360.0;
 
 double index_of_both(const Road& road, std::int32_t selector) {
     float index = 0.0F;
