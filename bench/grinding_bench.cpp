@@ -44,8 +44,8 @@ void mustgrind_dlldrv_call(benchmark::State& state) {
                                                   profile.data(), flags.data(), nullptr));
     }
     const auto literal = test::literal_mustgrind({interval, cfg, machine, profile});
-    state.counters["candidates"] = literal.candidates;
-    state.counters["helpful"] = literal.helpful;
+    state.counters["candidates"] = static_cast<double>(literal.candidates);
+    state.counters["helpful"] = static_cast<double>(literal.helpful);
 }
 
 void literal_mustgrind_run(benchmark::State& state) {

@@ -52,6 +52,27 @@ Flags grind(Road& road, const tGrinderSetup& setup, const std::vector<tGrindSpot
     return flags;
 }
 
+// One call of the export for one spot: the event, empty after a success.
+std::string call(const tGrinderSetup& setup, const tGrindSpot& spot, Road& road, Flags& flags,
+                 float step_size = interval) {
+    EventRecord event;
+    const auto count = static_cast<std::int32_t>(road.size());
+    const auto result =
+        grindsimu_dlldrv(step_size, 1, count, &setup, &spot, road.data(), flags.data(), event);
+    EXPECT_EQ(result, event.untouched() ? vialto_success : vialto_failure);
+    return event.untouched() ? "" : event.summary();
+}
+
+// The same for two tracks.
+std::string call_2chan(const tGrindSpot& spot, Road& left, Road& right, Flags& flags) {
+    EventRecord event;
+    const auto count = static_cast<std::int32_t>(left.size());
+    const auto result = grindsimu_2chan_dlldrv(interval, 1, count, &middle_head, &spot, left.data(),
+                                               right.data(), flags.data(), event);
+    EXPECT_EQ(result, event.untouched() ? vialto_success : vialto_failure);
+    return event.untouched() ? "" : event.summary();
+}
+
 // A step of 1 m at sample 10 of 24.
 Road step() {
     Road road(24, 0.0F);
@@ -163,77 +184,52 @@ TEST(Grinder, WheelsRideOnTheMovingAverageAndCutItToo) {
 
 TEST(GrinderExport, WritesItsTableAfterASuccess) {
     const TemporaryDirectory directory;
-    EventRecord event;
     Road road{0.0F, 0.0F, 0.0F, 2.0F, 0.0F, 0.0F, 0.0F};
     Flags flags(7, -5);
-    const tGrindSpot spot = spot_of(0, 6, {{up, 0.0F}});
-    EXPECT_EQ(grindsimu_dlldrv(0.5F, 1, 7, &middle_head, &spot, road.data(), flags.data(), event),
-              vialto_success);
-    EXPECT_TRUE(event.untouched());
+    EXPECT_EQ(call(middle_head, spot_of(0, 6, {{up, 0.0F}}), road, flags, 0.5F), "");
     EXPECT_EQ(flags, Flags(7, 1)); // 7 samples have no room for the wheels at half a metre
     EXPECT_EQ(directory.text_of("grindsimu_dlldrv.txt"), "  0 0 0\n  0.5 0 0\n  1 0 0\n  1.5 2 2\n"
                                                          "  2 0 0\n  2.5 0 0\n  3 0 0\n");
 }
 
-TEST(GrinderExport, FailsWithoutAFileAndKeepsThePassesBefore) {
+TEST(GrinderExport, FailsWithoutAFileAndKeepsWhatIsGround) {
     const TemporaryDirectory directory;
     Road road(24, 0.0F);
     road[12] = 8.0F;
     Flags flags(24, -5);
-    const auto run = [&](const tGrinderSetup& setup, const tGrindSpot& spot) {
-        EventRecord event;
-        EXPECT_EQ(
-            grindsimu_dlldrv(interval, 1, 24, &setup, &spot, road.data(), flags.data(), event),
-            vialto_failure);
-        return event.summary();
-    };
     tGrindSpot crowded = spot_of(0, 23, {{up, 0.0F}});
     crowded.iNumPasses = 11;
-    EXPECT_EQ(run(middle_head, crowded),
+    EXPECT_EQ(call(middle_head, crowded, road, flags),
               "100 2 grindsimu_dlldrv: tGrindSpots holds a spot with more than ten passes");
     tGrinderSetup long_average = middle_head;
     long_average.ShortWavelength = 24.0F;
-    EXPECT_EQ(run(long_average, spot_of(0, 23, {{up, 0.0F}})),
+    EXPECT_EQ(call(long_average, spot_of(0, 23, {{up, 0.0F}}), road, flags),
               "101 2 mvgavg/filtcon_drv/grindsimu/grindsimu_dlldrv: moving average base length is "
               "greater the sampling distance");
     EXPECT_EQ(flags, Flags(24, -5));
     EXPECT_EQ(road[12], 8.0F);
-    EXPECT_EQ(run(middle_head, spot_of(0, 23, {{up, 0.0F}, {3, 0.0F}})),
+    EXPECT_EQ(call(middle_head, spot_of(0, 23, {{up, 3000.0F}, {3, 0.0F}}), road, flags),
               "101 2 grindsimu/grindsimu_dlldrv: grinding direction is not defined correctly");
     EXPECT_EQ(flags[12], 3);
-    EXPECT_EQ(road[12], 0.0F);
+    EXPECT_EQ(road[12], 3.0F);
     EXPECT_FALSE(directory.holds("grindsimu_dlldrv.txt"));
-}
 
-TEST(GrinderExport, HasGroundWhenOnlyTheFileFails) {
-    const TemporaryDirectory directory;
+    // The file comes last: when it alone fails, the road is ground.
     set_tmp((directory.path() / "absent").string());
-    EventRecord event;
-    Road road(24, 0.0F);
-    road[12] = 8.0F;
-    Flags flags(24);
-    const tGrindSpot spot = spot_of(0, 23, {{up, 0.0F}});
-    EXPECT_EQ(
-        grindsimu_dlldrv(interval, 1, 24, &middle_head, &spot, road.data(), flags.data(), event),
-        vialto_failure);
-    EXPECT_EQ(event.error_code(), 102);
-    EXPECT_EQ(event.routine(), "io_tmp_file/grindsimu_dlldrv");
+    EXPECT_EQ(call(middle_head, spot_of(0, 23, {{up, 0.0F}}), road, flags)
+                  .find("102 2 io_tmp_file/grindsimu_dlldrv: error opening a new file"),
+              0U);
     EXPECT_EQ(road[12], 0.0F);
 }
 
 TEST(TwoTrackGrinder, CombinesTheTracksByTheGreaterFlag) {
     const TemporaryDirectory directory;
-    EventRecord event;
     Road left(24, 0.0F);
     Road right(24, 0.0F);
     left[8] = 8.0F;
     right[16] = 0.5F;
     Flags flags(24);
-    const tGrindSpot spot = spot_of(0, 23, {{up, 0.0F}});
-    EXPECT_EQ(grindsimu_2chan_dlldrv(interval, 1, 24, &middle_head, &spot, left.data(),
-                                     right.data(), flags.data(), event),
-              vialto_success);
-    EXPECT_TRUE(event.untouched());
+    EXPECT_EQ(call_2chan(spot_of(0, 23, {{up, 0.0F}}), left, right, flags), "");
     Flags expected(24, 1);
     expected[8] = 3;
     expected[16] = 2;
@@ -245,17 +241,13 @@ TEST(TwoTrackGrinder, CombinesTheTracksByTheGreaterFlag) {
 
 TEST(TwoTrackGrinder, NamesBothExportsInAFailureAndLeavesTheFlags) {
     const TemporaryDirectory directory;
-    EventRecord event;
     Road left(24, 0.0F);
     Road right(24, 0.0F);
     left[12] = right[12] = 8.0F;
     Flags flags(24, -5);
-    const tGrindSpot spot = spot_of(0, 23, {{up, 0.0F}, {0, 0.0F}});
-    EXPECT_EQ(grindsimu_2chan_dlldrv(interval, 1, 24, &middle_head, &spot, left.data(),
-                                     right.data(), flags.data(), event),
-              vialto_failure);
-    EXPECT_EQ(event.summary(), "101 2 grindsimu/grindsimu_dlldrv/grindsimu_2chan_dlldrv: grinding "
-                               "direction is not defined correctly");
+    EXPECT_EQ(call_2chan(spot_of(0, 23, {{up, 0.0F}, {0, 0.0F}}), left, right, flags),
+              "101 2 grindsimu/grindsimu_dlldrv/grindsimu_2chan_dlldrv: grinding direction is not "
+              "defined correctly");
     EXPECT_EQ(flags, Flags(24, -5));
     EXPECT_EQ(left[12], 0.0F);
     EXPECT_EQ(right[12], 8.0F);

@@ -12,217 +12,66 @@ namespace vialto::test {
 
 namespace {
 
-// An array whose first element is element 1.
-template <class Element>
-class FromOne {
-public:
-    explicit FromOne(std::size_t count) : elements_(count + 1) {}
-    Element& operator()(int place) { return elements_.at(static_cast<std::size_t>(place)); }
-    std::span<Element> all() { return std::span(elements_).subspan(1); }
-
-private:
-    std::vector<Element> elements_;
-};
-
-struct LiteralSpot {
-    int iStatus = 0;
-    int iStart = 0;
-    int iEnd = 0;
-};
-
-int whole(float value) {
-    return static_cast<int>(std::lround(value));
+// The profile with the samples first to last, counted from 1, ground alone.
+std::vector<float> ground_alone(const MustGrindRequest& request, std::int32_t first,
+                                std::size_t last, std::span<std::int32_t> flags) {
+    std::vector<float> profile(request.xProfile.begin(), request.xProfile.end());
+    tGrindSpot spot{};
+    spot.iNumPasses = 1;
+    spot.iDirection[0] = towards_higher_samples;
+    spot.iStart = first - 1;
+    spot.iEnd = static_cast<std::int32_t>(last) - 1;
+    (void)grindsimu(request.xStepSize, {&spot, 1}, request.setup, profile, flags);
+    return profile;
 }
 
-class Analysis {
-public:
-    explicit Analysis(const MustGrindRequest& request)
-        : request_(request), cfg_(request.cfg), dx_(request.xStepSize),
-          nsamp_(static_cast<int>(request.xProfile.size())), flags_(request.xProfile.size()),
-          work_(request.xProfile.size()), before_(request.xProfile.size()),
-          after_(request.xProfile.size()), spots_(i_maxspots), stretches_(i_maxspots) {}
-
-    LiteralMustGrind run() {
-        grind(1, nsamp_, flags_.all());
-        if (cfg_.ib_grindopt[0] == 1) {
-            tossout();
+bool helps(const MustGrindRequest& request, const std::vector<Spot>& stretches,
+           const Spot& spot_at_place, const std::vector<float>& before,
+           const std::vector<float>& after) {
+    const long window = std::lround(50.0F / (request.xStepSize * 3.28F));
+    const auto nsamp = static_cast<long>(before.size());
+    for (const Spot& stretch : stretches) {
+        if (std::min(stretch.iStart + window, nsamp) < spot_at_place.iStart) {
+            continue;
         }
-        if (cfg_.ib_grindopt[1] == 1) {
-            merge();
-        }
-        out_of_spec();
-        const auto candidates = static_cast<int>(active_.size());
-        if (cfg_.ib_grindopt[2] == 1) {
-            evaluate();
-        }
-        return {{flags_.all().begin(), flags_.all().end()},
-                candidates,
-                static_cast<int>(active_.size()),
-                stretch_count_};
-    }
-
-private:
-    void grind(int first, int last, std::span<std::int32_t> flags) {
-        std::copy(request_.xProfile.begin(), request_.xProfile.end(), work_.all().begin());
-        tGrindSpot spot{};
-        spot.iNumPasses = 1;
-        spot.iDirection[0] = 1;
-        spot.iStart = first - 1;
-        spot.iEnd = last - 1;
-        (void)grindsimu(dx_, {&spot, 1}, request_.setup, work_.all(), flags);
-    }
-
-    void statistic(std::span<const float> profile, FromOne<float>& ride) {
-        (void)ridecon_drv(cfg_.if250mmFilter, dx_, cfg_.xSlideBaseLength, cfg_.iRideIndexType,
-                          profile, ride.all());
-    }
-
-    void flag(int first, int last, std::int32_t value) {
-        for (int i = first; i <= last; ++i) {
-            flags_(i) = value;
-        }
-    }
-
-    void close(int count, int start, int end, int min_length) {
-        spots_(count) = {1, start, end};
-        if (end - start < min_length) {
-            flag(start, end, 1);
-            spots_(count).iStatus = 2;
-        }
-    }
-
-    void rebuild() {
-        active_.clear();
-        for (int place = 1; place <= spot_count_; ++place) {
-            if (spots_(place).iStatus == 1) {
-                active_.push_back(place);
+        for (std::int32_t j = stretch.iStart; j <= stretch.iEnd; ++j) {
+            const auto i = static_cast<std::size_t>(j - 1);
+            if (0.0F - (after[i] - before[i]) > 1.1920929e-7F) {
+                return true;
             }
         }
     }
-
-    void tossout() {
-        const int min_length = whole(cfg_.x_grindlength_min / dx_);
-        bool inside = flags_(1) != 1;
-        int count = inside ? 1 : 0;
-        int start = count;
-        int end = count;
-        for (int i = 2; i <= nsamp_; ++i) {
-            if (flags_(i) == 1) {
-                if (inside && start != 0) {
-                    close(count, start, end, min_length);
-                }
-                inside = false;
-            } else if (!inside) {
-                ++count;
-                start = end = i;
-                inside = true;
-            } else {
-                ++end;
-                if (i == nsamp_) {
-                    close(count, start, end, min_length);
-                }
-            }
-        }
-        spot_count_ = count;
-        rebuild();
-    }
-
-    void merge() {
-        const int min_gap = whole(cfg_.x_grindgap_min / dx_);
-        std::size_t p = 0;
-        for (std::size_t t = 0; t + 1 < active_.size(); ++t) {
-            LiteralSpot& next = spots_(active_[t + 1]);
-            LiteralSpot& growing = spots_(active_[p]);
-            if (next.iStart - growing.iEnd < min_gap) {
-                flag(growing.iEnd + 1, next.iStart - 1, 2);
-                growing.iEnd = next.iEnd;
-                next.iStatus = 2;
-            } else {
-                ++p;
-            }
-        }
-        rebuild();
-    }
-
-    bool out(int i) { return i <= nsamp_ && 0.0F - (cfg_.xRideThreshold - before_(i)) > 0.0F; }
-
-    void out_of_spec() {
-        statistic(request_.xProfile, before_);
-        const int trim = cfg_.if250mmFilter == 1 ? whole(0.25F / dx_) : 0;
-        const int half = whole(cfg_.xSlideBaseLength * 0.5F / dx_);
-        bool inside = out(half + 1);
-        int count = inside ? 1 : 0;
-        int start = count;
-        int end = count;
-        for (int i = half + 2; i <= nsamp_ - trim - half; ++i) {
-            if (!out(i)) {
-                if (inside && start != 0) {
-                    stretches_(count) = {1, start, end};
-                }
-                inside = false;
-            } else if (!inside) {
-                ++count;
-                start = end = i;
-                inside = true;
-            } else {
-                ++end;
-                if (i == nsamp_ - trim - half) {
-                    stretches_(count) = {1, start, end};
-                }
-            }
-        }
-        stretch_count_ = count;
-    }
-
-    bool helps(int place_in_whole_list) {
-        const int window = whole(50.0F / (dx_ * 3.28F));
-        for (int k = 1; k <= stretch_count_; ++k) {
-            const LiteralSpot stretch = stretches_(k);
-            if (stretch.iStatus == 0 ||
-                std::min(stretch.iStart + window, nsamp_) < spots_(place_in_whole_list).iStart) {
-                continue;
-            }
-            for (int j = stretch.iStart; j <= stretch.iEnd; ++j) {
-                if (0.0F - (after_(j) - before_(j)) > 1.1920929e-7F) {
-                    return true;
-                }
-            }
-        }
-        return false;
-    }
-
-    void evaluate() {
-        for (int t = 1; t <= static_cast<int>(active_.size()); ++t) {
-            LiteralSpot& spot = spots_(active_[static_cast<std::size_t>(t - 1)]);
-            grind(spot.iStart, spot.iEnd, {});
-            statistic(work_.all(), after_);
-            if (!helps(t)) {
-                spot.iStatus = 2;
-                flag(spot.iStart, spot.iEnd, 1);
-            }
-        }
-        rebuild();
-    }
-
-    const MustGrindRequest& request_;
-    const tMustGrindCfg& cfg_;
-    float dx_;
-    int nsamp_;
-    FromOne<std::int32_t> flags_;
-    FromOne<float> work_;
-    FromOne<float> before_;
-    FromOne<float> after_;
-    FromOne<LiteralSpot> spots_;
-    FromOne<LiteralSpot> stretches_;
-    std::vector<int> active_;
-    int spot_count_ = 0;
-    int stretch_count_ = 0;
-};
+    return false;
+}
 
 } // namespace
 
 LiteralMustGrind literal_mustgrind(const MustGrindRequest& request) {
-    return Analysis(request).run();
+    const tMustGrindCfg& cfg = request.cfg;
+    const std::size_t nsamp = request.xProfile.size();
+    std::vector<std::int32_t> flags(nsamp);
+    std::vector<float> before(nsamp);
+    std::vector<float> after(nsamp);
+    SpotList list;
+    std::vector<Spot> stretches;
+    (void)ground_alone(request, 1, nsamp, flags);
+    (void)tossout_shortgrindspots(cfg.x_grindlength_min, request.xStepSize, flags, list);
+    merge_closegrindspots(cfg.x_grindgap_min, request.xStepSize, flags, list);
+    (void)out_of_spec_spots(request, before, stretches);
+    const std::size_t candidates = list.iActive.size();
+    for (std::size_t t = 0; t < candidates; ++t) {
+        Spot& spot = list.tGrindSpots[static_cast<std::size_t>(list.iActive[t])];
+        const auto profile =
+            ground_alone(request, spot.iStart, static_cast<std::size_t>(spot.iEnd), {});
+        (void)ridecon_drv(cfg.if250mmFilter, request.xStepSize, cfg.xSlideBaseLength,
+                          cfg.iRideIndexType, profile, after);
+        if (!helps(request, stretches, list.tGrindSpots[t], before, after)) {
+            spot.iStatus = spot_dropped;
+            set_flags(flags, spot.iStart, spot.iEnd, not_ground);
+        }
+    }
+    list.rebuild_active();
+    return {flags, candidates, list.iActive.size()};
 }
 
 } // namespace vialto::test

@@ -1,7 +1,8 @@
-// The must-grind analysis step by step as it is defined, with samples that count from 1: a grinder
-// run and a continuous ride statistic over the whole road for each candidate.
+// The must-grind analysis with its last step as it is defined: a grinder run and a continuous ride
+// statistic over the whole road for each candidate.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -11,12 +12,11 @@ namespace vialto::test {
 
 struct LiteralMustGrind {
     std::vector<std::int32_t> flags;
-    std::int32_t candidates; // that the last step has tried
-    std::int32_t helpful;
-    std::int32_t stretches; // out of specification
+    std::size_t candidates; // that the last step has tried
+    std::size_t helpful;
 };
 
-// The analysis is one that does not fail.
+// All three options of the analysis are taken, and none of its steps fails.
 [[nodiscard]] LiteralMustGrind literal_mustgrind(const MustGrindRequest& request);
 
 } // namespace vialto::test
