@@ -1,9 +1,9 @@
 #include "grinding/mustgrind.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
+#include <string_view>
 
 #include "grinding/evaluate_impact.hpp"
 #include "grinding/grindsimu.hpp"
@@ -121,6 +121,7 @@ ReturnCode mustgrind_2chan(float xStepSize, const tMustGrindCfg& cfg, const tGri
         mustgrind({xStepSize, track_cfg, setup, xProfile2}, flags2) != success) {
         return pass_failure("mustgrind_2chan");
     }
+    // No flag of a finished run is below 1, so that the greater one is 1 only where both are.
     std::transform(flags1.begin(), flags1.end(), flags2.begin(), iGrindFlags.begin(),
                    [](std::int32_t first, std::int32_t second) { return std::max(first, second); });
     return success;
@@ -138,6 +139,7 @@ ReturnCode out_of_spec_spots(const MustGrindRequest& request, std::span<float> x
         cfg.if250mmFilter == vialto_yes ? nint(trim_length_250mm / request.xStepSize) : 0;
     const std::int64_t iHalf = nint(cfg.xSlideBaseLength * 0.5F / request.xStepSize);
     const auto nsamp = static_cast<std::int64_t>(xRideBefore.size());
+    // Out of specification is where the threshold would be a gain.
     const auto is_out_of_spec = [&](std::size_t i) {
         return gain(cfg, xRideBefore[i], cfg.xRideThreshold) > 0.0F;
     };
