@@ -12,8 +12,7 @@ namespace vialto {
 
 namespace {
 
-constexpr std::size_t block =
-    64; // samples between two checkpoints, and between two looks at a mean
+constexpr std::size_t block = 64; // samples from one checkpoint, or look at the means, to the next
 
 } // namespace
 

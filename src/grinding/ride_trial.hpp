@@ -8,9 +8,8 @@
 //  1. The quarter car runs from the last checkpoint ahead of the spot, the samples before it being
 //     as they were. Behind the spot it forgets: after some hundred metres its state is the same, to
 //     the last bit, as on the untouched road, and so is every slope that follows.
-//  2. The running mean starts with the first box that holds a new slope, and ends with the gain
-//  that
-//     is searched.
+//  2. The running mean starts with the first box that holds a new slope, and ends where a gain is
+//     found.
 //  3. It never forgets: behind the new slopes it goes on some rounding errors beside the untouched
 //     one. But from there on both get the same updates, and the rounded sum of a mean and an update
 //     never falls when the mean rises. So a mean that is at some sample no less than that of a
@@ -24,7 +23,6 @@
 #include <vector>
 
 #include "filters/quarter_car.hpp"
-#include "frame/event.hpp"
 #include "grinding/mustgrind.hpp"
 
 namespace vialto {
