@@ -1,7 +1,6 @@
 #include "joints/joint_id.hpp"
 
 #include <algorithm>
-#include <cstddef>
 #include <string_view>
 
 #include "joints/joint_methods.hpp"
@@ -42,8 +41,7 @@ ReturnCode joint_id_cal(const DetectionPass& pass, TrackDetection& left, TrackDe
 
 void clear_past_last_feature(const TrackDetection& detection) {
     const std::span<std::int32_t> types = detection.track.iTypes;
-    const std::size_t count = std::min(static_cast<std::size_t>(detection.count), types.size());
-    std::fill(types.begin() + static_cast<std::ptrdiff_t>(count), types.end(), feature_none);
+    std::fill(types.begin() + detection.count, types.end(), feature_none);
 }
 
 } // namespace

@@ -7,7 +7,7 @@ namespace vialto {
 void joint_loc_screen(bool ifKeepCracks, const tJointIDCfg& settings, std::int32_t& count,
                       std::span<std::int32_t> types, std::span<double> locations) {
     constexpr double share_of_spacing = 0.95;
-    if (types.empty() || locations.empty()) {
+    if (types.empty()) {
         return;
     }
     const double limit = share_of_spacing * static_cast<double>(settings.xDomJointSpacing);
