@@ -1076,7 +1076,8 @@ enum {
  *   100  "No joints found using the curled-edge method"      routine "joint_id_curledge/..."
  *   100  "No joints found using the anti-smooth method"      routine "joint_id_antismooth/..."
  *   101  "hi-pass moving average base length is greater the sampling distance"    method 4, routine
- *        "mvgavg/filtcon_drv/joint_id_curledge/...": a profile no longer than 50 m
+ *        "mvgavg/filtcon_drv/joint_id_curledge/...": a profile no longer than 50 m, at an interval
+ *        up to 0.125 m; above that the straightedge runs on the unfiltered profile
  *   101  "the baselength is only 1 sampling interval- check your input"           method 3, routine
  *        "antismooth/filtcon_drv/joint_id_antismooth/...": an interval above 0.25 m
  *   101  "the baselength greater than the profile length - check your input"      method 3, same
@@ -1126,8 +1127,8 @@ VIALTO_API int32_t VIALTO_CALL joint_id_dlldrv(const tJointIDCfg* settings, floa
  *                                          the profile or ahead of its start
  *   101  "x or y data contains NaN"        routine "polycurvfit/joint_func/...": a sample of a slab
  *                                          is not a number
- *   101  "error calling imsl drcurv"       the same routine: the window leaves fewer than two
- *                                          samples a slab
+ *   101  "error calling imsl drcurv"       the same routine: the window, or an interval above
+ *                                          1.6256 m, leaves fewer than two samples a slab
  *
  * Notes:
  *  1. A straight line is fitted to each slab from 2.4384 m away up to the window. The fault is the
@@ -1219,8 +1220,7 @@ VIALTO_API int32_t VIALTO_CALL antismth_dlldrv(float xStepSize, float xBaseLengt
  *     With two classes the one boundary is xHigh; with one class there is none, and every value is
  *     in it.
  *  2. The first and the last class are open-ended. A value on a boundary belongs to the class below
- *     it, a NaN to the first class. With xThreshold equal to xHigh the exceedance is the last
- *     class's percentage.
+ *     it, a NaN to the first class.
  *  3. This function writes no diagnostic file.
  */
 VIALTO_API int32_t VIALTO_CALL histgrm_dlldrv(int32_t ifExcludeLeaveout, int32_t iNumClasses,

@@ -29,8 +29,8 @@ struct JointFault {
 //
 // Fails with "profile segment for current joint is not defined properly" (a joint behind the end of
 // the profile or ahead of its start) and with the failures of polycurvfit: a sample that is not a
-// number, or a window that leaves fewer than two samples a slab. The faults of the joints before it
-// stand.
+// number, or a window or an interval that leaves fewer than two samples a slab. The faults of the
+// joints before it stand.
 //
 // Reference: AASHTO R 36, "Standard Practice for Evaluating Faulting of Concrete Pavements".
 [[nodiscard]] ReturnCode jntfault_drv(float xStepSize, float xJointWindow, float xReach,
