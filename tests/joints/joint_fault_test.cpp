@@ -95,6 +95,8 @@ TEST(JointFault, WindowAndReachBoundWhatIsFitted) {
           Case{100 + 5, 500.0F, false}, Case{100 + 6, 500.0F, true},
           Case{100 + reach, 500.0F, true}, Case{100 + reach + 1, 500.0F, false},
           Case{100 - 1, 99.0F, true}, Case{100, 99.0F, false},
+          // In 64-bit a window of 300 mm would take two samples, in 32-bit it takes three.
+          Case{100 - 4, 300.0F, true}, Case{100 - 3, 300.0F, false},
           // A window of less than nothing reaches over the joint, up to the whole stretch.
           Case{100, -150.0F, true}, Case{100 - reach - 1, -1e30F, false}}) {
         Faults faults;
@@ -108,6 +110,32 @@ TEST(JointFault, WindowAndReachBoundWhatIsFitted) {
                       "contains NaN");
         }
     }
+}
+
+TEST(JointFault, JointStandsAtTheNearestSampleIn32Bit) {
+    // 10.05 m are 100.5 intervals in 32-bit and fewer in 64-bit.
+    std::vector<float> profile = Slabs{.approach_height = 3.0}.profile();
+    profile[101 + reach - 1] = nan;
+    Faults hundredth;
+    EXPECT_EQ(hundredth.run(profile, {10.0}), vialto_success);
+    Faults next;
+    EXPECT_EQ(next.run(profile, {10.05}), vialto_failure);
+}
+
+TEST(JointFault, IsTheDifferenceOfHeightsIn32Bit) {
+    // Two level slabs of 22 samples, 10 and 12 of them raised: 10/22 and 12/22 of a millimetre
+    // above a height at which 32 bits hold whole millimetres only.
+    constexpr float height = 8388608.0F;
+    std::vector<float> profile(200, height);
+    for (std::size_t k = 0; k < 5; ++k) {
+        profile[75 + k] = profile[96 - k] = height + 1.0F;
+    }
+    for (std::size_t k = 0; k < 6; ++k) {
+        profile[102 + k] = profile[123 - k] = height + 1.0F;
+    }
+    Faults faults;
+    ASSERT_EQ(faults.run(profile, {10.0}), vialto_success);
+    EXPECT_EQ(faults.faults[0], -1.0F);
 }
 
 TEST(JointFault, JointNearAnEndKeepsTheHostsValue) {
@@ -151,7 +179,12 @@ TEST(JointFault, WindowThatLeavesNoSlabFailsTheFit) {
     }
     Faults two_samples;
     EXPECT_EQ(two_samples.run(profile, {10.0}, 2200.0F), vialto_success);
-    // An interval beyond the reach leaves stretches of one sample, also ahead of the first.
+    // An interval of two thirds of the reach leaves slabs of one sample.
+    Faults one_sample;
+    EXPECT_EQ(one_sample.run(profile, {50.0}, 0.0F, 1.63F), vialto_failure);
+    EXPECT_EQ(one_sample.event.summary(), summary);
+    EXPECT_EQ(one_sample.run(profile, {50.0}, 0.0F, 1.62F), vialto_success);
+    // One beyond twice the reach leaves stretches of one sample, also ahead of the first.
     for (const double joint : {0.0, 50.0}) {
         for (const float window : {0.0F, -1e30F}) {
             Faults coarse;
@@ -179,6 +212,11 @@ TEST(JointFault, UnusualSizesAndIntervalsStayInsideTheArrays) {
     Faults not_a_place; // a location that is not a number stands at the start
     EXPECT_EQ(not_a_place.run(Slabs{}.profile(), {std::nan("")}), vialto_success);
     EXPECT_EQ(not_a_place.faults[0], untouched);
+    Faults unbounded; // a slab that is not finite
+    std::vector<float> infinite = Slabs{}.profile();
+    infinite[80] = std::numeric_limits<float>::infinity();
+    EXPECT_EQ(unbounded.run(infinite, {10.0}), vialto_success);
+    EXPECT_TRUE(std::isnan(unbounded.faults[0]));
     Faults not_a_step;
     EXPECT_EQ(not_a_step.run(Slabs{}.profile(), {10.0}, 1.0F, 0.0F), vialto_failure);
     EXPECT_EQ(not_a_step.event.summary(),

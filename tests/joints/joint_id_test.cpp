@@ -169,8 +169,8 @@ TEST(JointIdentification, RightTrackAloneEndsTheIteration) {
 
 TEST(JointIdentification, SpacingLongerThanTheRoadEndsAfterOnePass) {
     const Profile profile = steps(200, {40, 90}, 0.001F);
-    for (const float spacing :
-         {21.0F, std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN()}) {
+    for (const float spacing : {21.0F, -21.0F, std::numeric_limits<float>::infinity(),
+                                std::numeric_limits<float>::quiet_NaN()}) {
         Identification found;
         ASSERT_EQ(found.run({1, 0, spacing}, 0.1F, profile, profile), vialto_success);
         EXPECT_EQ(leading(found.right.types, 2), (Types{1, 0})) << spacing;
@@ -208,7 +208,7 @@ TEST(JointIdentification, AgreesWithTheDefinitionStepByStep) {
         float step, spacing;
     };
     for (const auto& [method, step, spacing] :
-         {Case{1, 0.025F, 5.0F}, Case{1, 0.3F, 1.5F}, Case{3, 0.025F, 5.0F}, Case{3, 0.025F, 0.6F},
+         {Case{1, 0.025F, 5.0F}, Case{1, 0.3F, 1.5F}, Case{3, 0.025F, 5.0F}, Case{3, 0.0165F, 0.6F},
           Case{3, 0.1F, 2.0F}, Case{3, 0.25F, 3.0F}, Case{4, 0.025F, 4.5F}, Case{4, 0.025F, 0.7F},
           Case{4, 0.1F, 1.0F}, Case{4, 0.31F, 2.0F}, Case{4, 4.0F, 9.0F}}) {
         Profile left = random_road(2600, static_cast<double>(step), 1);
@@ -270,14 +270,34 @@ TEST(JointIdentification, FailuresNameTheirRoutine) {
 }
 
 TEST(JointIdentification, FailureOnTheRightLeavesWhatTheLeftTrackHas) {
-    const Profile jointed = slabs(20, curled_edge);
-    Identification failed;
-    EXPECT_EQ(failed.run({4, 0, 5.0F}, 0.025F, jointed, Profile(jointed.size(), 0.0F)),
-              vialto_failure);
-    EXPECT_EQ(failed.event.description(), "No joints found using the curled-edge method");
-    EXPECT_EQ(leading(failed.left.types, 20), Types(20, 1));
-    EXPECT_EQ(failed.left.types.back(), untouched_type); // nothing was cleared
-    EXPECT_EQ(failed.right.types, Types(jointed.size(), untouched_type));
+    // With a deep start, where the features' numbers point into the trace, shallow detections near
+    // another are rejected; otherwise they replace it.
+    Profile deep_start(400, 0.0F);
+    std::fill(deep_start.begin() + 7, deep_start.begin() + 30, -0.5F);
+    for (const std::size_t joint : {60U, 100U, 140U}) {
+        deep_start[joint] = deep_start[joint + 1] = -0.01F;
+    }
+    struct Case {
+        float step;
+        Profile jointed;
+        std::int32_t behind; // the type that stays behind the last feature
+    };
+    for (const auto& [step, jointed, behind] :
+         {Case{0.25F, deep_start, 0}, Case{0.025F, slabs(20, curled_edge), 1}}) {
+        const Profile flat(jointed.size(), 0.0F);
+        const tJointIDCfg settings{4, 0, 5.0F};
+        Identification failed;
+        EXPECT_EQ(failed.run(settings, step, jointed, flat), vialto_failure);
+        EXPECT_EQ(failed.event.description(), "No joints found using the curled-edge method");
+        JointTrackResult left = untouched(jointed.size());
+        JointTrackResult right = left;
+        ASSERT_FALSE(literal_joint_id(settings, step, jointed, flat, left, right));
+        EXPECT_EQ(failed.left.types, left.types);
+        EXPECT_EQ(failed.left.locations, left.locations);
+        const auto end = std::find(left.types.begin(), left.types.end(), untouched_type);
+        EXPECT_EQ(end[-1], behind);
+        EXPECT_EQ(failed.right.types, Types(jointed.size(), untouched_type));
+    }
 }
 
 TEST(JointIdentification, UnusualSizesStayInsideTheArrays) {

@@ -108,6 +108,14 @@ TEST(Histogram, BoundariesAreSumsOfFloatSteps) {
     EXPECT_EQ(histogram.percentages[10], 100.0F);
 }
 
+TEST(Histogram, PercentagesAreQuotientsIn32Bit) {
+    // The quotients are rounded before they are multiplied: a third is not the float nearest to it.
+    Histogram histogram;
+    ASSERT_EQ(histogram.run(2, {4, 11, 4}), vialto_success);
+    EXPECT_EQ(histogram.percentages, (Percentages{66.66667175F, 33.33333588F}));
+    EXPECT_EQ(histogram.above, 33.33333588F);
+}
+
 TEST(Histogram, OnlyValuesStrictlyAboveTheThresholdExceedIt) {
     Histogram histogram;
     ASSERT_EQ(histogram.run(3, {5.0F, 5.5F, nan, infinity, 4.0F}), vialto_success);
