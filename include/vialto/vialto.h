@@ -241,13 +241,15 @@ typedef struct tJointIDCfg {
  * Failures (the routine is "ride_dlldrv" for all of them):
  *   101  "i_rideindexsel is not within range"          iRideIndex other than 1, 2, 3 or 9
  *   101  "two RN is no longer supported"               iRideIndex 3
- *   100  "WIM error index should not be normal ride stats analysis"    iRideIndex 9, unless
- *                                                      wimindex_dlldrv would fail, which comes
- * first 101  "tFiltCon%if250mmFilter is not either 1 -yes- nor 2 -no-" 101  "the calculated IRI is
- * not a number"          a profile no longer than the moving average (or one interval), or a
- * filtered slope that holds a NaN, as from a NaN or an infinity in the profile With a selector that
- * is refused xRideIndex is untouched; after the filter's own failure it is 0.0, after the last one
- * a NaN.
+ *   100  "WIM error index should not be normal ride stats analysis"    iRideIndex 9
+ *                                                      (a failure of wimindex_dlldrv comes first)
+ *   101  "tFiltCon%if250mmFilter is not either 1 -yes- nor 2 -no-"
+ *   101  "the calculated IRI is not a number"          a profile no longer than the moving average
+ *                                                      (or one interval), or a filtered slope that
+ *                                                      holds a NaN, as from a NaN or an infinity in
+ *                                                      the profile
+ *   With a selector that is refused xRideIndex is untouched; after the filter's own failure it is
+ *   0.0, after the last one a NaN.
  *
  * Notes:
  *  1. The quarter car runs at 80 km/h for IRI and at 80.46 km/h for RN, through the whole profile;
@@ -288,9 +290,9 @@ VIALTO_API int32_t VIALTO_CALL ride_dlldrv(int32_t ifExcludeLeaveout, int32_t if
  *   100  "End index of data points exceeds the input array size. Double-check segment points."
  *                                                      a segment before the last ends beyond sample
  *                                                      N; the segments before it are written
- *   100  "WIM error index should not be segemeted ride stats analysis"    iRideIndex 9, unless
- *                                                      wimindex_dlldrv would fail, which comes
- * first and the other failures of ride_dlldrv; the outputs are untouched then.
+ *   100  "WIM error index should not be segemeted ride stats analysis"    iRideIndex 9
+ *                                                      (a failure of wimindex_dlldrv comes first)
+ *   and the other failures of ride_dlldrv; the outputs are untouched then.
  *
  * Notes:
  *  1. Consecutive segments share their boundary sample: the last sample of one is the first of the
