@@ -6,6 +6,7 @@
 
 #include "filters/filter_run.hpp"
 #include "support/host.hpp"
+#include "support/literal_filters.hpp"
 #include "support/roads.hpp"
 #include "vialto/vialto.h"
 
@@ -40,6 +41,19 @@ struct Call {
 };
 
 } // namespace
+
+TEST(AntiSmoothing, KeepsTheBitsOfTheRunningSum) {
+    const auto road = random_road(1500, 0.25, 71);
+    for (const std::size_t base : {1U, 2U, 9U, 100U, 700U}) {
+        const auto literal = literal_anti_smoothing(road, base + 1, base / 2 + 1);
+        const FilterRun run = anti_smoothed(road, static_cast<float>(base));
+        EXPECT_EQ(run.end, static_cast<std::int32_t>(literal.size()) - 1);
+        for (std::size_t i = 0; i < road.size(); ++i) {
+            const bool valid = i > base / 2 && i < literal.size();
+            EXPECT_EQ(run.y[i], valid ? literal[i] : 0.0F) << base << " " << i;
+        }
+    }
+}
 
 TEST(AntiSmoothing, StraightRoadShowsOnlyTheHalfSampleOfAnEvenWindow) {
     const std::vector<float> road = straight_line(60, 0.25, 0.5); // rises 0.125 a sample

@@ -83,6 +83,22 @@ std::vector<float> literal_moving_average(std::span<const float> profile, std::s
     return filtered;
 }
 
+std::vector<float> literal_anti_smoothing(std::span<const float> profile, std::size_t length,
+                                          std::size_t shift) {
+    std::vector<float> p(profile.begin(), profile.end());
+    std::vector<float> y(profile.size() - length);
+    for (std::size_t i = 2; i <= length + 1; ++i) {
+        at(y, 1) = at(y, 1) + at(p, i);
+    }
+    for (std::size_t i = 1; i < y.size(); ++i) {
+        at(y, i + 1) = at(y, i) + at(p, i + length + 1) - at(p, i + 1);
+    }
+    for (std::size_t i = 1; i <= y.size(); ++i) {
+        at(y, i) = at(p, i + shift) - at(y, i) / static_cast<float>(length);
+    }
+    return y;
+}
+
 std::vector<double> literal_butterworth_high_pass(std::vector<double> profile, float interval,
                                                   float wavelength) {
     using Samples = std::vector<double>;
