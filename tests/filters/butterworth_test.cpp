@@ -77,7 +77,8 @@ TEST(Butterworth, SinusoidIsAttenuatedByTheGainOfTheTwoPasses) {
 }
 
 // The library divides complex numbers in an order of its own, which moves the last bits. The band
-// of negative width, whose recursion grows along the road, is kept short.
+// of negative width, whose recursion grows along the road, is kept short. The road lies high, so
+// that a mean of other than 32-bit sums leaves a step where the filter begins.
 TEST(BandPass, IsTheCascadeOfSectionsOneAfterTheOther) {
     struct Case {
         std::size_t count;
@@ -87,7 +88,10 @@ TEST(BandPass, IsTheCascadeOfSectionsOneAfterTheOther) {
     for (const auto& [count, longest, shortest] :
          {Case{0, 9.0F, 1.5F}, Case{1, 9.0F, 1.5F}, Case{2, 9.0F, 1.5F}, Case{1500, 9.0F, 1.5F},
           Case{40, 1.5F, 9.0F}}) {
-        const auto road = random_road(count, 0.025, 51);
+        auto road = random_road(count, 0.025, 51);
+        for (float& sample : road) {
+            sample += 100.0F;
+        }
         const auto signal = literal_band_pass_signal(road, interval, shortest, longest);
         const auto y = filtered(road, idx_subfilttyp_centredband, longest, shortest, 2);
         for (std::size_t i = 0; i < count; ++i) {

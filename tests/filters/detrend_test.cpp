@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "filters/filter_run.hpp"
+#include "filters/slope.hpp"
+#include "support/roads.hpp"
 
 namespace vialto::test {
 
@@ -24,6 +26,15 @@ TEST(Detrend, TurnsTheProfileAboutItsMiddleByTheSlopeOfItsLine) {
                             filter_settings(idx_filttyp_detrend, 0, 0.0F, 0.0F, c.out_type));
         EXPECT_TRUE(run.filtered_all());
         EXPECT_EQ(run.y, c.filtered);
+    }
+}
+
+TEST(Detrend, KeepsTheBitsOfTheLineTakenAwayIn32Bit) {
+    const auto road = random_road(999, 0.25, 81);
+    const FilterRun run(road, 0.25F, filter_settings(idx_filttyp_detrend, 0, 0.0F, 0.0F));
+    const float slope = lrslop(road);
+    for (std::size_t i = 0; i < road.size(); ++i) {
+        EXPECT_EQ(run.y[i], road[i] + (499.5F - static_cast<float>(i + 1)) * slope) << i;
     }
 }
 
