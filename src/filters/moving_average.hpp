@@ -18,9 +18,9 @@ namespace vialto {
 // Returned: the filtered profile, N values, elevation or slope (iOutType 2); iBeginElemIdx 0,
 // iEndElemIdx N - 1. A sub-type other than band-pass, low-pass and high-pass runs no stage.
 //
-// A box of an even number of samples lies half a sample behind its sample, and one of an odd number
-// that was rounded down (20.8 intervals make 21 samples about theirs, 21.2 make 21 one sample behind)
-// a whole one. Deliberate.
+// A box of an even number of samples lies half a sample behind its sample. One of an odd number
+// lies about it where the length was rounded up, and else a whole sample behind it: 20.8 intervals
+// make 21 samples about theirs, 21 and 21.2 make 21 one sample behind. Deliberate.
 //
 // A low-pass or band-pass whose xShortWavelength is less than two intervals runs nothing at all,
 // neither the high-pass stage nor the conversion to slope: the profile is copied. Deliberate.

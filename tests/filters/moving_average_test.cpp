@@ -46,13 +46,13 @@ TEST(MovingAverage, KeepsTheBitsOfTheMeanOverASeparateExtendedProfile) {
 }
 
 // The extension is half the length rounded to the nearest whole sample, so the box of 21 samples
-// lies about its sample for a length of 20.8 intervals and one sample behind it for 21.2.
+// lies about its sample for a length of 20.8 intervals and one sample behind it for 21 and 21.2.
 TEST(MovingAverage, StraightRoadComesThroughAtTheCentreOfTheBox) {
     constexpr double slope = 0.02;
     constexpr double rise = slope * static_cast<double>(interval); // of one sample
     const auto road = straight_line(400, 0.025, slope);
-    for (const auto& [box, behind] :
-         {std::pair{20.8F, 0.0}, std::pair{20.2F, 0.5}, std::pair{21.2F, 1.0}}) {
+    for (const auto& [box, behind] : {std::pair{20.8F, 0.0}, std::pair{20.2F, 0.5},
+                                      std::pair{21.0F, 1.0}, std::pair{21.2F, 1.0}}) {
         const auto y = filtered(road, idx_subfilttyp_lowpass, 0.0F, box);
         for (std::size_t i = 0; i < road.size(); ++i) {
             EXPECT_NEAR(y[i], static_cast<double>(road[i]) - behind * rise, 1e-5) << box;
