@@ -1,7 +1,6 @@
 #include "spectra/psd_drv.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <string_view>
@@ -37,21 +36,12 @@ std::int32_t transform_length(std::int32_t n) {
     return std::int32_t{1} << truncate(logarithm / ln_2 + 0.99999F);
 }
 
-// Subtracts the mean, which is summed in 64-bit, in four interleaved partial sums: difference i
-// goes to sum i mod 4, and the four are added as (0 + 1) + (2 + 3).
+// Subtracts the mean, which is summed in 64-bit, in ascending order, and rounded once.
 void subtract_mean(std::span<float> y) {
-    constexpr std::size_t lanes = 4;
-    std::array<double, lanes> sums{};
-    const std::size_t whole = y.size() / lanes * lanes;
-    for (std::size_t i = 0; i < whole; i += lanes) {
-        for (std::size_t lane = 0; lane < lanes; ++lane) {
-            sums[lane] += static_cast<double>(y[i + lane]);
-        }
+    double sum = 0.0;
+    for (const float difference : y) {
+        sum += static_cast<double>(difference);
     }
-    for (std::size_t i = whole; i < y.size(); ++i) {
-        sums[i - whole] += static_cast<double>(y[i]);
-    }
-    const double sum = (sums[0] + sums[1]) + (sums[2] + sums[3]);
     const auto mean = static_cast<float>(sum / static_cast<double>(y.size()));
     for (float& difference : y) {
         difference -= mean;
@@ -105,8 +95,8 @@ struct BandRange {
     std::int32_t last;
 };
 
-// The bands that reach a bin above the mean and end below the Nyquist frequency. The last grid
-// point never has one, and no more than `most` are taken, whatever the grid.
+// The bands that reach a bin above the mean and end below the Nyquist frequency. The last two grid
+// points never have one, and no more than `most` are taken, whatever the grid.
 BandRange valid_bands(std::span<const float> ends, std::size_t most,
                       const Periodogram& periodogram) {
     const float highest = periodogram.dfft * static_cast<float>(periodogram.nHalf() - 1);
