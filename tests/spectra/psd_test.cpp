@@ -48,9 +48,10 @@ struct Spectrum {
     std::int32_t result = 0;
 };
 
-Spectrum spectrum_of(const std::vector<float>& profile, const tPSDCon& settings) {
+Spectrum spectrum_of(const std::vector<float>& profile, const tPSDCon& settings,
+                     float interval = 0.25F) {
     const auto size = static_cast<std::int32_t>(profile.size());
-    return {{settings, 0.25F, 0, size - 1, size}, profile};
+    return {{settings, interval, 0, size - 1, size}, profile};
 }
 
 // 1025 points at 0.25 m: 1024 differences, bins 1/256 cycles/m apart, bands of four bins.
@@ -108,14 +109,15 @@ TEST(PowerSpectralDensity, StraightRoadHasNone) {
 
 TEST(PowerSpectralDensity, AgreesWithItsDefinition) {
     // 1024 and 1025 are powers of 2 as N and as N - 1. 262146 points have one difference more than
-    // a power of 2, which the transform's length does not see.
+    // a power of 2, which the transform's length does not see. The interval has a rounded inverse.
+    constexpr float interval = 0.0254F;
     for (const std::size_t count : {2U, 3U, 4U, 5U, 500U, 1023U, 1024U, 1025U, 1026U, 262146U}) {
         const std::vector<float> road = random_road(count, 0.25, 5);
         for (const tPSDCon& settings :
              {tPSDCon{1, 1, 0, 0.0F}, tPSDCon{1, 1, 12, 0.0F}, tPSDCon{2, 1, 1, 0.0F},
-              tPSDCon{1, 2, 0, 0.0F}, tPSDCon{2, 2, 0, 0.037F}}) {
-            const LiteralSpectrum expected = literal_spectrum(settings, 0.25F, road);
-            const Spectrum out = spectrum_of(road, settings);
+              tPSDCon{1, 2, 0, 0.0F}, tPSDCon{2, 2, 0, 0.37F}}) {
+            const LiteralSpectrum expected = literal_spectrum(settings, interval, road);
+            const Spectrum out = spectrum_of(road, settings, interval);
             ASSERT_EQ(out.first, expected.iFirst - 1) << count;
             ASSERT_EQ(out.last, expected.iLast - 1) << count;
             const float most = *std::max_element(expected.density.begin(), expected.density.end());
@@ -144,6 +146,7 @@ TEST(PowerSpectralDensity, GridStepsByTheLowestFrequencyAtFirst) {
     // One point more, and the lowest frequency is that of 2047 intervals.
     EXPECT_NEAR(GETFREQ(GridMode::linear, 0.0F, 0.0F, dx, 1025)[0], 1023.0 / 2047.0, 1e-6);
     EXPECT_EQ(GETFREQ(GridMode::linear, not_a_number, 0.0F, dx, 10000000).size(), 100000U);
+    EXPECT_EQ(GETFREQ(GridMode::octave, 0.0F, 1e9F, dx, 10000000).size(), 100000U);
 }
 
 TEST(PowerSpectralDensity, PointsBehindTheLastElementCountAsZeroAndAreNotRead) {
@@ -156,6 +159,10 @@ TEST(PowerSpectralDensity, PointsBehindTheLastElementCountAsZeroAndAreNotRead) {
     EXPECT_EQ(out.density, expected.density);
     EXPECT_EQ(out.frequency, expected.frequency);
     EXPECT_EQ(out.last, expected.last);
+    using limits = std::numeric_limits<std::int32_t>;
+    const Spectrum none({settings, 0.25F, limits::max(), limits::min(), 64}, {});
+    EXPECT_EQ(none.last, expected.last);
+    EXPECT_EQ(none.density[static_cast<std::size_t>(none.last)], 0.0F);
 }
 
 TEST(PowerSpectralDensity, StretchWithoutADifferenceHasAnEmptyRange) {
@@ -193,9 +200,9 @@ TEST(PowerSpectralDensity, GridOfMorePointsThanTheStretchEndsWithTheArrays) {
 TEST(PowerSpectralDensity, WhatCannotBeServedIsToldAndLeavesTheOutputs) {
     const std::string driver = "101 2 psd_drv/psd_dll: ";
     const std::vector<std::pair<Call, std::string>> cases{
-        {{{3, 2, 0, 0.0F}, 0.25F, 0, 9, 10}, driver + "iPSDType is not well-defined"},
-        {{{1, 0, 0, 0.0F}, 0.25F, 0, 9, 10}, driver + "iOctaveBands is not well-defined"},
-        {{{1, 1, 0, 0.0F}, 0.25F, 0, 9, 10000001},
+        {{{3, 3, 0, 0.0F}, 0.25F, 0, 9, 10}, driver + "iPSDType is not well-defined"},
+        {{{1, 0, 0, 0.0F}, 0.25F, 0, -1, 0}, driver + "iOctaveBands is not well-defined"},
+        {{{0, 0, 0, 0.0F}, 0.25F, 0, 9, 10000001},
          driver + "profile data exceeds maximum allowed - may change later"},
         {{{1, 1, 0, 0.0F}, 0.25F, -1, 9, 10}, "100 2 psd_dll: iBeginElemIdx is negative"},
         {{{1, 1, 0, 0.0F}, 0.0F, 0, 9, 10},
@@ -206,13 +213,18 @@ TEST(PowerSpectralDensity, WhatCannotBeServedIsToldAndLeavesTheOutputs) {
         EXPECT_EQ(out.event.summary(), event);
         EXPECT_EQ(out.first + out.last, -14);
         EXPECT_EQ(std::count(out.density.begin(), out.density.end(), unwritten), call.size);
+        EXPECT_EQ(out.frequency, out.density);
     }
 }
 
 TEST(PowerSpectralDensity, TenMillionPointsAreServed) {
-    const Spectrum out({{1, 1, 1, 0.0F}, 0.25F, 0, 9, 10000000}, std::vector<float>(10, 1.0F));
+    // A single step of 1 m is an impulse of slope: the same density at all frequencies.
+    const Spectrum out({{2, 1, 1, 0.0F}, 0.25F, 0, 9, 10000000}, std::vector<float>(10, 1.0F));
     EXPECT_EQ(out.result, vialto_success);
-    EXPECT_GT(out.last, 20);
+    EXPECT_EQ(out.last, 21);
+    for (const std::size_t band : {10U, 12U, 14U, 16U}) {
+        EXPECT_NEAR(out.density[band], 2.0 / (0.25 * 9999999.0), 1e-9) << band;
+    }
 }
 
 TEST(PowerSpectralDensity, DiagnosticFileHoldsTheCallAndTheTable) {

@@ -117,7 +117,8 @@ TEST(RollingStraightedge, RoadTooShortIsASuccessWithAnEmptyRange) {
         EXPECT_EQ(out.first, c.first);
         EXPECT_EQ(out.last, c.last);
         EXPECT_EQ(out.deflection, std::vector<float>(c.count, 0.0F));
-        EXPECT_TRUE(c.summary_is_nan ? std::isnan(out.acceleration) : out.acceleration == 0.0F);
+        EXPECT_TRUE(c.summary_is_nan ? std::isnan(out.acceleration)
+                                     : out.acceleration == 0.0F && std::signbit(out.acceleration));
     }
 }
 
