@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
+#include <stdexcept>
 
 #include "plot.hpp"
 #include "report.hpp"
@@ -36,12 +37,15 @@ void report_spectrum(const Options& options, const Road& road) {
     if (options.psd.empty()) {
         return;
     }
+    const std::string picture =
+        std::filesystem::path(options.psd).replace_extension(".svg").string();
+    if (picture == options.psd) {
+        throw std::runtime_error(options.psd + ": --psd takes the name of the table");
+    }
     std::vector<Curve> spectra;
     for (const Track& track : road.tracks) {
         spectra.push_back(slope_spectrum(road, track));
     }
-    const std::string picture =
-        std::filesystem::path(options.psd).replace_extension(".svg").string();
     write_table(options.psd, "frequency_cycles_per_m", "_m", spectra);
     write_plot(picture, "Slope spectrum", {"wave number, cycles/m", true},
                {"power spectral density of slope, m/cycle", true}, spectra);
