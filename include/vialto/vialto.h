@@ -547,16 +547,18 @@ VIALTO_API int32_t VIALTO_CALL wimindex_dlldrv(int32_t iBridgingFilter, float xS
  *
  * Notes:
  *  1. With p the power of 2 at or above N, the lowest frequency is 1 / (xStepSize * (p - 1)); it is
- *     also the smallest step of the octave grid. The grid ends at the Nyquist frequency,
- *     0.5 / xStepSize, or at 100,000 points.
+ *     also the smallest step of the octave grid. The grid passes the Nyquist frequency,
+ *     0.5 / xStepSize, by one point, the even one by two, or ends at 100,000 points. Its last two
+ *     points have no value.
  *  2. Element i is the mean density between the middles of the grid's spaces below and above it:
  *     arithmetic middles in the even grid, geometric ones in the octave grid. Where the grid is
  *     finer than the transform, a band that holds no bin of its own takes the value of the one
- *     before. The first bands, below the second bin, and the last ones have no value.
+ *     before. Bands that end below the first bin above the mean, or above the last bin below the
+ *     Nyquist frequency, have no value.
  *  3. The stretch is differenced, less its mean slope, and transformed as a whole. The transform
- * has the power of 2 at or above N - 1 points, with zeros behind the stretch; where N - 1 is above
- * a power of 2 by up to 7 parts in a million, that power is its length, and the differences behind
- *     it take no part beyond the mean.
+ *     has the power of 2 at or above N - 1 points, with zeros behind the stretch; where N - 1 is
+ *     above a power of 2 by up to 7 parts in a million, that power is its length, and the
+ *     differences behind it take no part beyond the mean.
  *  4. N governs: points of the stretch behind iEndElemIdx are not read and count as 0.0. N of 1 or
  *     less is a success with the empty range 0 to -1.
  *  5. The diagnostic file holds the table of xFreq and xPSD, which takes longer to write than the
@@ -599,6 +601,8 @@ VIALTO_API int32_t VIALTO_CALL psd_dll(int32_t iBeginElemIdx, int32_t iEndElemId
  *     iBeginelemIdx is greater than iEndelemIdx. xRMSvertacc is then zero, or a NaN where the
  *     profile is short by exactly one sample.
  *  4. The diagnostic file is called "rse_dlldrv2.txt".
+ *
+ * Reference: EN 13036-7, "Irregularity measurement of pavement courses: the straightedge test".
  */
 VIALTO_API int32_t VIALTO_CALL rse_dlldrv(int32_t iSizeDataArray, float xStepSize, float xStrLeng,
                                           const float* xProfile, float* xDeflection,

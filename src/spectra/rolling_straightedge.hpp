@@ -1,5 +1,5 @@
-// The rolling straightedge: how far the middle of a straightedge that rolls along a profile lies
-// above its two ends.
+// The rolling straightedge: how far a profile rises, at the middle of a straightedge that rolls
+// along it, above the mean of its heights at the two ends.
 #pragma once
 
 #include <cstdint>
