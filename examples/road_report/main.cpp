@@ -37,6 +37,7 @@ int main(int argc, char** argv) {
         report_spectrum(options, road);
         report_must_grind(options, road);
         report_joints(options, road);
+        report_comparison(options, road);
         return 0;
     } catch (const std::exception& problem) {
         std::fprintf(stderr, "road_report: %s\n", problem.what());

@@ -12,6 +12,7 @@ const std::string usage =
     "usage: road_report PROFILE.csv [--continuous FILE.csv] [--plot FILE.svg]\n"
     "                               [--profilograph] [--psd FILE.csv] [--must-grind]\n"
     "                               [--joints METHOD --spacing METRES]\n"
+    "                               [--compare REFERENCE.csv --max-offset METRES]\n"
     "\n"
     "PROFILE.csv has a header line and the columns distance and elevation,\n"
     "or distance, left and right elevation, all in metres.\n"
@@ -25,7 +26,10 @@ const std::string usage =
     "--must-grind gives the stretches to grind, and the IRI before and after that.\n"
     "\n"
     "--joints finds the joints of a concrete pavement and their faults. METHOD is\n"
-    "step (1), antismooth (3) or curledge (4); --spacing is the nominal slab length.\n";
+    "step (1), antismooth (3) or curledge (4); --spacing is the nominal slab length.\n"
+    "\n"
+    "--compare gives the agreement with a reference profile, as the IRI filter sees both, at\n"
+    "offsets up to --max-offset, and draws it in PROFILE_comparison.svg, in this directory.\n";
 
 [[noreturn]] void refuse(const std::string& problem) {
     throw std::runtime_error(problem + "\n" + usage);
@@ -79,6 +83,10 @@ Options parse_options(int argc, char** argv) {
             options.joint_method = joint_method(value());
         } else if (argument == "--spacing") {
             options.joint_spacing = length(value());
+        } else if (argument == "--compare") {
+            options.reference = value();
+        } else if (argument == "--max-offset") {
+            options.max_offset = length(value());
         } else if (argument.starts_with("-") || !options.profile.empty()) {
             refuse("unknown argument " + argument);
         } else {
@@ -90,6 +98,9 @@ Options parse_options(int argc, char** argv) {
     }
     if ((options.joint_method != 0) != (options.joint_spacing > 0.0F)) {
         refuse("--joints and --spacing belong together");
+    }
+    if (options.reference.empty() != !(options.max_offset > 0.0F)) {
+        refuse("--compare and --max-offset belong together");
     }
     return options;
 }

@@ -13,6 +13,8 @@ struct Options {
     bool must_grind = false;
     std::int32_t joint_method = 0; // idx_jntid_...; 0 leaves the joints out
     float joint_spacing = 0.0F;    // m; nominal length of the slabs
+    std::string reference;         // path of the profile to compare with; empty leaves it out
+    float max_offset = 0.0F;       // m; largest offset between the two
 };
 
 // Throws std::runtime_error for what it does not know; its text ends with the usage.

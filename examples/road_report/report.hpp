@@ -23,3 +23,4 @@ void report_profilograph(const Options& options, const Road& road);
 void report_spectrum(const Options& options, const Road& road);
 void report_must_grind(const Options& options, const Road& road);
 void report_joints(const Options& options, const Road& road);
+void report_comparison(const Options& options, const Road& road);
