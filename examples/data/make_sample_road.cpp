@@ -4,15 +4,13 @@
 //   make_sample_road FILE.csv
 //
 // The surface is random: white slope held to the plain by a slow leak, which is the spectrum of a
-// pavement, with long waves that both tracks share and short ones of their own. Named defects lie
-// in it, at the same places on every machine:
+// pavement, with long waves that both tracks share and short ones of their own. The road is built of
+// concrete slabs of 5 m, whose joints are faulted by 2 mm (the leave slab lies lower) and open by a
+// notch of 6 mm. Named defects lie in it, at the same places on every machine:
 //
-//    30 m   bump       a raised patch of 12 mm over 3 m, both tracks
-//    60 m   pothole    25 mm deep, 0.6 m long, right track only
-//    85 m   settlement a dip of 30 mm over 12 m, both tracks
-//   100 m   slabs      to the end: concrete slabs of 5 m, whose joints are faulted by 3 mm (the
-//   leave
-//                      slab lies lower) and open by a 4 mm notch of 25 mm
+//    30 m   bump        a raised patch of 12 mm over 3 m, both tracks
+//    60 m   pothole     25 mm deep, 0.6 m long, right track only
+//    85 m   settlement  a dip of 30 mm over 12 m, both tracks
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -61,29 +59,27 @@ void add_arch(Track& track, double begin, double length, double height) {
 }
 
 // Every slab tilts back up over its length, so that the road keeps its level.
-void add_slabs(Track& track, double begin, double length, double fault, double notch) {
+void add_slabs(Track& track, double length, double fault, double notch) {
+    constexpr double half_a_step = interval / 2.0; // keeps the joints on their samples
     for (int i = 0; i < samples; ++i) {
-        const double along = i * interval - begin;
-        if (along < 0.0) {
-            continue;
-        }
+        const double along = i * interval + half_a_step;
         const double on_slab = std::fmod(along, length);
         track[static_cast<std::size_t>(i)] += fault * (on_slab / length - 1.0);
-        if (along > length / 2.0 && on_slab < interval * 0.99) {
+        if (along > length && on_slab < interval) {
             track[static_cast<std::size_t>(i)] -= notch;
         }
     }
 }
 
 Track wheel_track(std::uint32_t seed) {
-    Track track = random_surface(2026, 0.0007, 25.0);
-    const Track own = random_surface(seed, 0.0003, 3.0);
+    Track track = random_surface(2026, 0.0006, 25.0);
+    const Track own = random_surface(seed, 0.0002, 3.0);
     for (std::size_t i = 0; i < track.size(); ++i) {
         track[i] += own[i];
     }
     add_arch(track, 30.0, 3.0, 0.012);
     add_arch(track, 85.0, 12.0, -0.030);
-    add_slabs(track, 100.0, 5.0, 0.003, 0.004);
+    add_slabs(track, 5.0, 0.002, 0.006);
     return track;
 }
 

@@ -42,7 +42,10 @@ ReturnCode filter_padded(std::span<const float> profile, float interval, tFiltCo
         return raise_failure("xDataArrayRefFiltlc size exceeded", name);
     }
     if (end >= 0) {
-        std::copy_n(xDataArrayPadFilt.begin() + (n - 1), end + 1, filtered.begin());
+        const auto middle =
+            std::span<const float>(xDataArrayPadFilt)
+                .subspan(static_cast<std::size_t>(n - 1), static_cast<std::size_t>(end + 1));
+        std::copy(middle.begin(), middle.end(), filtered.begin());
     }
     return success;
 }
@@ -58,9 +61,12 @@ std::int64_t trim_to_section(std::span<float> filtered, const tProfinfo& info, s
     std::int64_t count = 0;
     if (i_endact >= i_leadin) {
         count = i_endact - i_leadin + 1;
-        std::shift_left(filtered.begin(), filtered.begin() + i_endact, i_leadin - 1);
+        const std::span<float> kept = filtered.first(static_cast<std::size_t>(i_endact));
+        std::shift_left(kept.begin(), kept.end(), static_cast<std::ptrdiff_t>(i_leadin - 1));
     }
-    std::fill(filtered.begin() + std::max(i_leadout, std::int64_t{0}), filtered.end(), 0.0F);
+    const std::span<float> behind =
+        filtered.subspan(static_cast<std::size_t>(std::max(i_leadout, std::int64_t{0})));
+    std::fill(behind.begin(), behind.end(), 0.0F);
     return count;
 }
 
