@@ -17,8 +17,7 @@ namespace vialto {
 // Given: x, 2h samples, h a power of 2 from 1 to 2^23.
 // Returned: re and im, h + 1 bins each, bin j being the sum over i of x[i] exp(-2 pi i j / 2h),
 // scaled by 1/h: a sinusoid that fits the transform has its amplitude as the magnitude of its bin.
-// Bins 0 and h (the mean and the Nyquist frequency) come out at twice their amplitude, with the
-// imaginary part 0.0.
+// Bins 0 and h (the mean and the Nyquist frequency) come out real, at twice their amplitude.
 //
 // The three arrays do not overlap. The factors of rotation are taken in 64-bit and rounded once.
 void fourier_transform(std::span<const float> x, std::span<float> re, std::span<float> im);
