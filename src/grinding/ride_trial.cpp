@@ -109,14 +109,13 @@ bool RideTrial::refilter(std::span<const float> ground_profile, PlaceRange cut,
         state = checkpoints_[checkpoint];
     }
     slopes.first = checkpoint * block;
-    for (std::size_t first = slopes.first; first < slope_count_; first += block, ++checkpoint) {
-        if (first >= cut.end && state == checkpoints_[checkpoint]) {
-            slopes.end = first;
-            return true;
-        }
+    std::size_t first = slopes.first;
+    while (first < slope_count_ && !(first >= cut.end && state == checkpoints_[checkpoint])) {
         filter_block(ground_profile, first, state, trial_);
+        first += block;
+        ++checkpoint;
     }
-    slopes.end = slope_count_;
+    slopes.end = std::min(first, slope_count_);
     return std::all_of(state.begin(), state.end(), [](float x) { return std::isfinite(x); });
 }
 
