@@ -78,7 +78,7 @@ std::size_t first_sample_reaching(const std::vector<Spot>& tOutOfSpec, std::int3
     return stretch == tOutOfSpec.end() ? nsamp : static_cast<std::size_t>(stretch->iStart) - 1;
 }
 
-// The outcome by the statistic of the whole ground profile.
+// The outcome by the statistic of the whole ground profile. Fails as that statistic does.
 ReturnCode compute_outcome(const MustGrindRequest& request, std::span<const float> ground_profile,
                            std::span<const float> xRideBefore,
                            std::span<const std::uint8_t> in_stretch, std::size_t from,

@@ -36,7 +36,8 @@ struct MustGrindRequest {
 inline constexpr float negligible_gain = 1.1920929e-7F;
 
 // Given: the interval [m], an admitted selector, the machine, the profile.
-// Returned: one flag per sample as the grinder has them, where grinding helps.
+// Returned: one flag per sample, those of the grinder over the whole road as far as the steps that
+// the settings ask for leave them.
 //
 // Fails where a step fails, with the flags in the state that the run had reached.
 [[nodiscard]] ReturnCode mustgrind(const MustGrindRequest& request,
@@ -51,7 +52,13 @@ inline constexpr float negligible_gain = 1.1920929e-7F;
                                          std::span<const float> xProfile2,
                                          std::span<std::int32_t> iGrindFlags);
 
-// Where the continuous ride statistic, left in xRideBefore, is out of specification.
+// Where the continuous ride statistic is out of specification, by the xRideThreshold of the request.
+//
+// Returned: the statistic of each sample in xRideBefore, as long as the profile, and the stretches
+// in tOutOfSpec, in order, as gather_stretches lists them. Half a base length at either end is not
+// looked at, nor 250 mm more at the end with if250mmFilter 1.
+//
+// Fails with the failures of ridecon_drv, and for more than i_maxspots stretches.
 [[nodiscard]] ReturnCode out_of_spec_spots(const MustGrindRequest& request,
                                            std::span<float> xRideBefore,
                                            std::vector<Spot>& tOutOfSpec);
