@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -206,7 +207,9 @@ TEST(MustGrind, HasTheFlagsOfTheLiteralAnalysis) {
     std::size_t dropped = 0;
     std::size_t helpful = 0;
     for (std::uint32_t seed = 0; seed < 250; ++seed) {
-        const std::size_t count = seed % 50 == 0 ? 20000 : 300 + generator() % 4000;
+        const std::size_t shortest = seed % 5 == 0 ? 20 : 300;
+        const std::size_t count =
+            seed % 50 == 1 ? 20000 : shortest + generator() % (shortest == 20 ? 100 : 4000);
         const float step = pick(std::array{0.025F, 0.025F, 0.05F, 0.1F, 0.3048F});
         auto road = random_road(count, static_cast<double>(step), seed);
         if (seed % 3 == 0) { // a stretch of even road, and a step
@@ -217,8 +220,9 @@ TEST(MustGrind, HasTheFlagsOfTheLiteralAnalysis) {
         const float length = static_cast<float>(count) * step;
         tMustGrindCfg cfg = settings(pick(std::array{idx_ridests_IRI, idx_ridests_RN}));
         cfg.if250mmFilter = pick(std::array{vialto_yes, vialto_no});
-        cfg.xSlideBaseLength =
-            pick(std::array{0.0F, 1.0F, 7.62F, 0.2F * length, 0.6F * length, 0.95F * length});
+        cfg.xSlideBaseLength = std::min(
+            pick(std::array{0.0F, 2.5F * step, 1.0F, 7.62F, 0.2F * length, 0.6F * length, length}),
+            length - step);
         cfg.xRideThreshold = pick(std::array{0.0F, 0.001F, 0.002F, 0.003F, 0.005F});
         cfg.x_grindlength_min = pick(std::array{0.0F, 0.3F, 1.0F});
         cfg.x_grindgap_min = pick(std::array{0.0F, 0.3F, 2.0F});
@@ -255,6 +259,14 @@ TEST(MustGrind, WithoutOptionsIsTheGrinderOverTheWholeRoad) {
     EXPECT_EQ(road, untouched);
     EXPECT_NE(plain, Flags(road.size(), not_ground));
     EXPECT_EQ(flags_with(2, 1, 1), plain) << "no list to join or to try";
+    cfg.x_grindlength_min = 0.0F;
+    cfg.x_grindgap_min = 1.0e30F;
+    EXPECT_EQ(flags_with(1, 2, 2), plain) << "no spot is short";
+    const Flags joined = flags_with(1, 1, 2);
+    const auto is_ground = [](std::int32_t flag) { return flag != not_ground; };
+    const auto ahead = std::find_if(plain.begin(), plain.end(), is_ground) - plain.begin();
+    const auto behind = std::find_if(plain.rbegin(), plain.rend(), is_ground) - plain.rbegin();
+    EXPECT_EQ(std::count(joined.begin(), joined.end(), not_ground), ahead + behind);
     cfg.xRideThreshold = 1.0F;
     EXPECT_EQ(flags_with(1, 0, 1), Flags(road.size(), not_ground))
         << "nothing out of specification";
@@ -317,6 +329,29 @@ TEST(MustGrind, FailsWhereAGroundRoadHasNoStatistic) {
     EXPECT_EQ(call(cfg, road, flags, 0.025F, absurd),
               "101 2 compute_iri/ride_stats/ridecon_drv/evaluate_impact/mustgrind/"
               "mustgrind_dlldrv: the calculated IRI is not a number");
+}
+
+TEST(MustGrind, NamesTheStepsInAFailureAndKeepsTheFlagsReached) {
+    const auto road = random_road(1000, 0.025, 1);
+    auto broken = road;
+    broken[500] = NAN;
+    tMustGrindCfg cfg = settings(idx_ridests_RN);
+    Flags flags(road.size(), -5);
+    const std::string statistic = "101 2 compute_iri/ride_stats/ridecon_drv/out_of_spec_spots/";
+    EXPECT_EQ(call_2chan(cfg, road, broken, flags),
+              statistic + "mustgrind/mustgrind_2chan/mustgrind_2chan_dlldrv: the calculated IRI is "
+                          "not a number");
+    EXPECT_EQ(flags, Flags(road.size(), -5));
+    EXPECT_EQ(call(cfg, broken, flags),
+              statistic + "mustgrind/mustgrind_dlldrv: the calculated IRI is not a number");
+    EXPECT_NE(flags[0], -5);
+
+    tGrinderSetup long_average = machine;
+    long_average.ShortWavelength = 25.0F;
+    EXPECT_EQ(call(cfg, road, flags, 0.025F, long_average),
+              "101 2 mvgavg/filtcon_drv/grindsimu/material_takenout_area/mustgrind/"
+              "mustgrind_dlldrv: moving average base length is greater the sampling distance");
+    EXPECT_EQ(flags, Flags(road.size(), 0));
 }
 
 TEST(TwoTrackMustGrind, CombinesTheTracksOnTheRideNumberScale) {
