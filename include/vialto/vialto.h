@@ -871,6 +871,9 @@ VIALTO_API int32_t VIALTO_CALL grindsimu_2chan_dlldrv(float xStepSize, int32_t i
  *     1.1920929e-7, in a stretch that starts no more than 50 feet ahead of it. Each spot is tried
  * on the untouched profile, not on top of those before it.
  *  6. There is no diagnostic file.
+ *  7. The 50 feet of note 5 are measured, for the n-th spot that is tried, to the n-th of all spots
+ *     that dropping has listed, the dropped ones among them. Behind a spot that was dropped or
+ *     joined, that is one further back: deliberate.
  *
  * Reference: FHWA, "Concrete Pavement Preservation Guide", second edition, 2014, chapter "Diamond
  * Grinding and Grooving"; for the statistic, see ridecon_dlldrv.
