@@ -1,0 +1,47 @@
+"""Distribution of a series of values, such as a ride index along a road."""
+
+from __future__ import annotations
+
+from ctypes import c_float
+from dataclasses import dataclass
+from typing import Optional
+
+import numpy as np
+from numpy.typing import ArrayLike
+
+from ._arrays import Reals, mask, reals
+from ._library import NO, YES, call
+
+
+@dataclass(frozen=True)
+class Histogram:
+    percentages: Reals      #: of the values in each class
+    above_threshold: float  #: percentage of the values above the threshold
+
+
+def histogram(values: ArrayLike, *, classes: int, low: float, high: float,
+              step: Optional[float] = None, threshold: Optional[float] = None,
+              excluded: Optional[ArrayLike] = None) -> Histogram:
+    """Percentages of the values in classes (histgrm_dlldrv).
+
+    classes    how many, the open ones below low and above high among them
+    low, high  first and last boundary; a value on a boundary belongs to the
+               class below it
+    step       between the inner boundaries; by default it makes the inner
+               classes equally wide
+    threshold  of the exceedance; high by default
+    excluded   for each value, whether it is left out
+
+    Boundaries, step and threshold are in the unit of the values.
+    """
+    series = reals(values, "values")
+    if step is None:
+        step = (high - low) / (classes - 2) if classes > 2 else high - low
+    if threshold is None:
+        threshold = high
+    percentages = np.zeros(max(classes, 0), np.float32)
+    above = c_float()
+    call("histgrm_dlldrv", NO if excluded is None else YES, classes,
+         series.size, low, high, step, threshold, series,
+         mask(excluded, series.size, "excluded"), percentages, above)
+    return Histogram(percentages, above.value)
