@@ -162,12 +162,11 @@ typedef struct tGrinderSetup {
 
 /* One stretch to grind. */
 typedef struct tGrindSpot {
-    int32_t iNumPasses; /* 0 to 10 */
-    int32_t
-        iDirection[10];  /* of each pass: 1 towards higher sample numbers, 2 towards lower ones */
-    float xDepth_mm[10]; /* mm; cutting level of each pass above the plane of the wheels */
-    int32_t iStart;      /* first sample, from 0 */
-    int32_t iEnd;        /* last sample, inclusive */
+    int32_t iNumPasses;     /* 0 to 10 */
+    int32_t iDirection[10]; /* of each pass: 1 towards higher sample numbers, 2 towards lower */
+    float xDepth_mm[10];    /* mm; cutting level of each pass above the plane of the wheels */
+    int32_t iStart;         /* first sample, from 0 */
+    int32_t iEnd;           /* last sample, inclusive */
 } tGrindSpot;
 
 /* Settings of the must-grind analysis. */
@@ -280,7 +279,9 @@ VIALTO_API int32_t VIALTO_CALL ride_dlldrv(int32_t ifExcludeLeaveout, int32_t if
  *   xStepSize          sample interval, m
  *   iNumSegments       number of segments K
  *   iNumSegmentPoints  [K] samples of each segment, both boundary samples included; the last
- * element counts for nothing, since the last segment runs to the last valid sample Returned:
+ *                      element counts for nothing, since the last segment runs to the last valid
+ *                      sample
+ * Returned:
  *   xOutput            [K] index of each segment, as ride_dlldrv gives it for a profile; -1.0 for a
  *                      segment without samples, which is a success
  *   xSegLength         [K] length of each segment, m: (its samples - 1) * xStepSize; 0.0 without
@@ -329,9 +330,9 @@ VIALTO_API int32_t VIALTO_CALL rideseg_dlldrv(int32_t if250mmFilter, int32_t iRi
  *                   sample. RN: its root mean square. WIM: as wimindex_dlldrv gives it.
  *
  * Failures (the routine is "ridecon_dlldrv" for all of them), xOutput untouched:
- *   101  "moving average base length is greater the sampling distance"    xBaseLength is not
- * shorter than the profile and the other failures of ride_dlldrv or, with iRideIndexType 9, of
- * wimindex_dlldrv.
+ *   101  "moving average base length is greater the sampling distance"
+ *                                                      xBaseLength is not shorter than the profile
+ *   and the other failures of ride_dlldrv or, with iRideIndexType 9, those of wimindex_dlldrv.
  *
  * Notes:
  *  1. The moving mean is a centred one at the ends, too: the absolute slope goes on beyond either
@@ -340,7 +341,7 @@ VIALTO_API int32_t VIALTO_CALL rideseg_dlldrv(int32_t if250mmFilter, int32_t iRi
  *  2. The slopes behind the last valid sample enter the mean as zeros, on purpose, so that the
  *     statistic falls over the last half base length.
  *  3. With a base length below two intervals nothing is smoothed: the result is the absolute
- *     filtered slope.
+ *     filtered slope, for RN as the root of its square.
  *
  * Reference: as for ride_dlldrv; AASHTO R 54 for the use of a continuous index.
  */
@@ -374,13 +375,13 @@ VIALTO_API int32_t VIALTO_CALL ridecon_dlldrv(int32_t if250mmFilter, float xStep
  *                      filter's slopes (m/m) of both tracks; 0.0 when every sample was left out.
  *
  * Failures (the routine is "ride2chan_dlldrv" for all of them):
- *   100  "only HRI, MRI, and 2-Chan-RN allowed in the 2-channel analysis"    xRideIndex untouched
- *   101  "tFiltCon%if250mmFilter is not either 1 -yes- nor 2 -no-"           xRideIndex 0.0 with
- *                                            HRI, otherwise untouched
- *   101  "the calculated IRI is not a number"   HRI or MRI of profiles no longer than the moving
- *                                            average, or that hold a NaN: xRideIndex is a NaN with
- *                                            HRI, and with MRI if only the right track fails;
- *                                            otherwise untouched
+ *   100  "only HRI, MRI, and 2-Chan-RN allowed in the 2-channel analysis"
+ *                                              xRideIndex is untouched
+ *   101  "tFiltCon%if250mmFilter is not either 1 -yes- nor 2 -no-"
+ *                                              xRideIndex is 0.0 with HRI, otherwise untouched
+ *   101  "the calculated IRI is not a number"  HRI and MRI, as for ride_dlldrv: xRideIndex is a NaN
+ *                                              with HRI, and with MRI if only the right track
+ *                                              fails; otherwise untouched
  *
  * Notes:
  *  1. With the same profile twice HRI, MRI and IRI are one number.
@@ -415,8 +416,9 @@ VIALTO_API int32_t VIALTO_CALL ride2chan_dlldrv(int32_t ifExcludeLeaveout, int32
  *   100  "End index of data points exceeds the input array size. Double-check segment points."
  *                                      as for rideseg_dlldrv: the earlier segments' xSegLength is
  *                                      written; their xOutput is final with HRI, untouched with
- * MRI, and PTRN, m/m, with the Ride Number 101  the failures of ride2chan_dlldrv; the outputs are
- * untouched, but for xSegLength when only the right track's MRI fails
+ *                                      MRI, and PTRN, m/m, with the Ride Number
+ *   101  the other failures of ride2chan_dlldrv; the outputs are untouched, but for xSegLength when
+ *        only the right track's MRI fails
  *
  * Notes:
  *  1. With the Ride Number a segment without samples has the xSegLength of the segment before it
@@ -448,8 +450,10 @@ VIALTO_API int32_t VIALTO_CALL rideseg2chan_dlldrv(int32_t if250mmFilter, int32_
  *
  * Failures (the routine is "ridecon2chan_dlldrv" for all of them):
  *   100  "only HRI, MRI, and 2-Chan-RN allowed in the 2-channel analysis"
- *   101  "moving average base length is greater the sampling distance"    xBaseLength is not
- * shorter than the profile 101  the failures of ride2chan_dlldrv xOutput is untouched.
+ *   101  "moving average base length is greater the sampling distance"
+ *                  xBaseLength is not shorter than the profile
+ *   101  the other failures of ride2chan_dlldrv
+ *   xOutput is untouched.
  *
  * Notes:
  *  1. The right track has no influence on the continuous Ride Number, on purpose.
@@ -648,7 +652,7 @@ VIALTO_API int32_t VIALTO_CALL rse_dlldrv(int32_t iSizeDataArray, float xStepSiz
  *
  * Notes:
  *  1. A wheel within 1e-5 intervals of a sample stands on it. Any other wheel stands on the
- * straight line between its two neighbours.
+ *     straight line between its two neighbours.
  *  2. All pairs weigh the same; a pair at distance 0.0 counts the sample below the sensing wheel
  *     twice.
  *
@@ -866,10 +870,10 @@ VIALTO_API int32_t VIALTO_CALL grindsimu_2chan_dlldrv(float xStepSize, int32_t i
  *     one that has grown, even where that spot was joined itself.
  *  4. Out of specification is looked for from half a base length behind the start to half a base
  *     length (and 250 mm, with the filter) ahead of the end. A stretch that is open where the
- * search begins counts from the first sample of the profile instead, with its length.
+ *     search begins counts from the first sample of the profile instead, with its length.
  *  5. A spot helps when the statistic of one sample out of specification falls by more than
  *     1.1920929e-7, in a stretch that starts no more than 50 feet ahead of it. Each spot is tried
- * on the untouched profile, not on top of those before it.
+ *     on the untouched profile, not on top of those before it.
  *  6. There is no diagnostic file.
  *  7. The 50 feet of note 5 are measured, for the n-th spot that is tried, to the n-th of all spots
  *     that dropping has listed, the dropped ones among them. Behind a spot that was dropped or
@@ -901,7 +905,8 @@ VIALTO_API int32_t VIALTO_CALL mustgrind_dlldrv(int32_t nsamp, float xStepSize, 
  *        A host that repeats a call with a record that was rewritten finds this failure.
  *   101  "Ride Index is un-defined"                any other selector
  *   Those of mustgrind_dlldrv, the path ending in
- * "mustgrind/mustgrind_2chan/mustgrind_2chan_dlldrv". iGrindFlags is untouched after each of them.
+ *   "mustgrind/mustgrind_2chan/mustgrind_2chan_dlldrv".
+ *   iGrindFlags is untouched after each of them.
  *
  * Note: each track is analysed for itself. A threshold T on the Ride Number's scale becomes
  * ln(T / 5) / -160 on that of the RN statistic.
