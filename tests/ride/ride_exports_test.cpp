@@ -120,6 +120,17 @@ TEST_F(RideExports, FailuresNameTheExportAloneAndLeaveTheOutputsUntouched) {
     }
 }
 
+TEST_F(RideExports, HriThatFailsLeavesWhatItsFilterHadPutIntoTheIndex) {
+    EXPECT_EQ(overall2(0, idx_ridests_MRI), 3);
+    EXPECT_EQ(index, untouched);
+    EXPECT_EQ(overall2(0, idx_ridests_HRI), 3);
+    EXPECT_EQ(index, 0.0F);
+    right[40] = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_EQ(overall2(1, idx_ridests_HRI), 3);
+    EXPECT_EQ(event.summary(), "101 2 ride2chan_dlldrv: the calculated IRI is not a number");
+    EXPECT_TRUE(std::isnan(index));
+}
+
 TEST_F(RideExports, RightTrackThatFailsLeavesWhatStoodBehindTheLeftOne) {
     right[40] = std::numeric_limits<float>::quiet_NaN();
     EXPECT_EQ(overall2(1, idx_ridests_MRI), 3);
@@ -172,6 +183,11 @@ TEST_F(RideExports, DiagnosticFilesShowFiftyRowsOfWhateverThereIs) {
               " RideStats Continuous - debug mode\n if250mmFilter =  1\n xStepSize (m) =  0.025\n"
               " xBaseLength (m) =  7.5\n iRideIndexType =  2\n iSizeDataArray =  1000\n"
               " done with the ridecon_drv call\n");
+    ASSERT_EQ(con2(2, 6, 0.5F), 1);
+    EXPECT_EQ(directory.text_of("ridecon2chan_dlldrv.txt"),
+              " if250mmFilter =  2\n iRideIndex =  6\n iSizeDataArray =  1000\n"
+              " xStepSize (m) =  0.025\n xBaseLength (m) =  0.5\n"
+              " Done with the ridecon2chan_drv cal\n");
     ASSERT_EQ(wimindex_dlldrv(2, interval, 6.5F, 12, a.data(), output.data(), event), 1);
     EXPECT_EQ(directory.text_of("wimindex_dlldrv.txt"),
               " WIM Error Index - debug mode\n iBridgingFilter =  2\n xStepSize (m) =  0.025\n"

@@ -89,15 +89,16 @@ TEST_F(TwoTracks, RideNumberComesFromTheRootMeanSquareOfBothAndContinuouslyOfThe
     const Floats of_left = analyse(idx_ridests_RN, left);
     const Floats of_right = analyse(idx_ridests_RN, right);
     for (std::size_t i = 0; i < rn.size(); ++i) {
-        const auto a = static_cast<double>(of_left[i]);
-        const auto b = static_cast<double>(i < first_continuous ? of_right[i] : of_left[i]);
-        double expected = 5.0 * std::exp(-160.0 * std::sqrt(0.5 * (a * a + b * b)));
+        const float a = of_left[i];
+        const float b = i < first_continuous ? of_right[i] : a;
+        const float exponent = -160.0F * std::sqrt(0.5F * (a * a + b * b));
+        float expected = 5.0F * static_cast<float>(std::exp(static_cast<double>(exponent)));
         if (i >= first_length && i < first_continuous) {
             expected = a;
         } else if (i == first_continuous) {
-            expected = 0.0;
+            expected = 0.0F;
         }
-        ASSERT_NEAR(static_cast<double>(rn[i]), expected, 2e-6) << i;
+        ASSERT_EQ(rn[i], expected) << i;
     }
 }
 
