@@ -45,6 +45,11 @@ struct RideOutput {
 
 // The one way to an index, for idx_ridests_IRI, idx_ridests_RN and, in the continuous report only,
 // idx_ridests_WIM.
+//
+// Fails with "two RN is no longer supported" and "i_rideindexsel is not within range", with nothing
+// written; with the failures of the quarter car and "the calculated IRI is not a number", the
+// filter's statistic then standing in xRideIndex; and with those of the report and of
+// compute_wimindex.
 [[nodiscard]] ReturnCode ride_stats(const RideRequest& request, const RideOutput& output);
 
 } // namespace vialto
