@@ -1188,8 +1188,8 @@ VIALTO_API int32_t VIALTO_CALL joint_fault_dlldrv(int32_t iSizeDataArray, int32_
  *     of the profile: the shift is not undone, on purpose.
  *  2. iBeginElemIdx is h and iEndElemIdx N - L - 1: the elements before h are cleared although they
  *     could be computed, on purpose.
- *  3. A negative base length, or a NaN, gives a window without a sample, whose mean is not a number:
- *     valid elements, here 0 to N - 1, are then NaN.
+ *  3. A negative base length, or a NaN, gives a window without a sample, whose mean is not a
+ *     number: valid elements, here 0 to N - 1, are then NaN.
  *  4. The diagnostic file is opened only after the analysis has succeeded. It lists, for each valid
  *     element, the distance i dx, element i of the profile and element i of the result with its
  *     sign. When it cannot be opened all outputs stay untouched, as after any other failure.
