@@ -25,8 +25,14 @@ public:
     // Takes note of outputs after a call, also of those that a failure leaves untouched.
     virtual void see(std::span<const unsigned char> bytes) = 0;
 
+    // Values and arrays of them.
+    template <class... Outputs>
+    void outputs(const Outputs&... values) {
+        (output(values), ...);
+    }
+
     template <class Element>
-    void outputs(const std::vector<Element>& values) {
+    void output(const std::vector<Element>& values) {
         for (const Element& value : values) {
             output(value);
         }
