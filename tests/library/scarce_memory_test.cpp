@@ -2,42 +2,12 @@
 // crash, and the next call is served.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
+#include <cstddef>
 #include <string>
 
 #include "library/corpus.hpp"
+#include "library/rationed_memory.hpp"
 #include "support/host.hpp"
-
-namespace {
-
-// Allocations still granted; below zero there is no limit.
-long granted = -1;
-bool refused = false;
-
-} // namespace
-
-void* operator new(std::size_t size) {
-    if (granted == 0) {
-        refused = true;
-        throw std::bad_alloc();
-    }
-    if (granted > 0) {
-        --granted;
-    }
-    if (void* memory = std::malloc(size == 0 ? 1 : size); memory != nullptr) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace vialto::test {
 namespace {
