@@ -7,10 +7,10 @@
 namespace vialto::test {
 
 std::vector<float> literal_trace(float interval, std::span<const float> offsets,
-                                 std::span<const float> profile) {
+                                 std::span<const float> profile, float elsewhere) {
     const auto nsamp = static_cast<int>(profile.size());
     const auto y = [&](int i) { return profile[static_cast<std::size_t>(i - 1)]; };
-    std::vector<float> trace(profile.size(), 0.0F);
+    std::vector<float> trace(profile.size(), elsewhere);
     const auto pairs = static_cast<float>(offsets.size());
     for (int j = 1; j <= nsamp; ++j) {
         float s = 0.0F;

@@ -9,9 +9,10 @@
 
 namespace vialto::test {
 
-// The trace, 0.0 where not all wheels stand on the profile.
+// The trace, `elsewhere` where not all wheels stand on the profile.
 [[nodiscard]] std::vector<float> literal_trace(float interval, std::span<const float> offsets,
-                                               std::span<const float> profile);
+                                               std::span<const float> profile,
+                                               float elsewhere = 0.0F);
 
 // The scallops of a detrended lot of at least two samples, with x0 = 0.0 and no limit.
 [[nodiscard]] LotScallops literal_scallops(std::span<const float> lot, float interval,
