@@ -1,0 +1,98 @@
+// Comparison of two profiles, as hosts do it: first the number of offsets, then the sweep. And the
+// repeatability of an instrument.
+#include "fuzzed_host.hpp"
+
+#include <algorithm>
+
+namespace vialto::fuzz {
+
+namespace {
+
+constexpr std::int32_t most_offsets = 401; // that the host has room for
+constexpr std::int32_t runs = 10;
+constexpr std::int32_t run_points = 1057;
+
+tFiltCon filter(FuzzedHost& host) {
+    tFiltCon settings{};
+    settings.iMainFilterType = host.integer(idx_filttyp_none, idx_filttyp_bridge);
+    settings.iSubFilterType = host.integer(idx_subfilttyp_none, idx_subfilttyp_centredband);
+    settings.iOutType = host.integer(idx_filtouttyp_elevation, idx_filtouttyp_slope);
+    settings.if250mmFilter = host.integer(vialto_yes, vialto_no);
+    settings.xLongWavelength = host.number(10.0F);
+    settings.xShortWavelength = host.number(0.3F);
+    settings.xSimuVelocity = host.number(80.0F);
+    settings.iBeginElemIdx = host.integer(0, 10);
+    settings.iEndElemIdx = host.integer(0, 1000);
+    return settings;
+}
+
+tProfinfo profile_info(FuzzedHost& host, std::int32_t samples) {
+    return {host.integer(0, samples / 2),
+            host.integer(std::max(samples - 1, 0), samples),
+            -7,
+            -7,
+            host.sample_interval(),
+            filter(host)};
+}
+
+tProfAnalysis analysis(FuzzedHost& host) {
+    tProfAnalysis analysis{};
+    analysis.if_outputfilt = host.integer(vialto_yes, vialto_no);
+    analysis.if_padding = host.integer(vialto_yes, vialto_no);
+    analysis.if_upsampling = host.integer(vialto_yes, vialto_no);
+    analysis.x_normsampleinterval = host.sample_interval();
+    analysis.x_offset_max = host.number(1.0F);
+    return analysis;
+}
+
+void compare(FuzzedHost& host) {
+    const std::int32_t reference_count = host.length();
+    const std::int32_t test_count = host.length();
+    tProfAnalysis* settings = host.record(analysis(host));
+    tProfinfo* infos = host.returned(std::vector<tProfinfo>{profile_info(host, reference_count),
+                                                            profile_info(host, test_count)});
+    std::int32_t* offsets = host.record(41);
+    host.call([&](tEvent* event) { return CC_CoeffArray(offsets, settings, infos, event); });
+
+    const std::int32_t room =
+        offsets == nullptr ? 41 : std::clamp(*offsets, std::int32_t{0}, most_offsets);
+    const std::int32_t named = host.size_of(room);
+    const std::int32_t reference_size = host.size_of(reference_count);
+    const std::int32_t test_size = host.size_of(test_count);
+    const float* reference = host.given(host.profile(reference_count));
+    const float* test = host.given(host.profile(test_count));
+    float* final_cc = host.returned<float>(room);
+    float* offset = host.returned<float>(room);
+    float* filtered_reference = host.returned<float>(reference_count);
+    float* filtered_test = host.returned<float>(test_count);
+    host.call([&](tEvent* event) {
+        return ccfunc(reference_size, test_size, named, reference, test, settings, infos, final_cc,
+                      offset, filtered_reference, filtered_test, event);
+    });
+}
+
+void repeatability(FuzzedHost& host) {
+    const float* run_data = host.given(host.profile(runs * run_points));
+    const float* reference = host.given(host.profile(run_points));
+    float* precision = host.record(-777.0F);
+    float* bias = host.record(-777.0F);
+    std::int32_t* precision_class = host.record(-7);
+    std::int32_t* bias_class = host.record(-7);
+    host.call([&](tEvent* event) {
+        return pcbia_dlldrv(run_data, reference, precision, bias, precision_class, bias_class,
+                            event);
+    });
+}
+
+} // namespace
+
+void run_family(FuzzedHost& host) {
+    switch (host.choice(8)) { // the comparison has by far the more to it
+    case 7:
+        return repeatability(host);
+    default:
+        return compare(host);
+    }
+}
+
+} // namespace vialto::fuzz

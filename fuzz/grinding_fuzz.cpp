@@ -1,0 +1,102 @@
+// The grinder, and the stretches that must be ground.
+#include "fuzzed_host.hpp"
+
+#include <algorithm>
+#include <iterator>
+
+namespace vialto::fuzz {
+
+namespace {
+
+constexpr std::int32_t most_passes = std::size(decltype(tGrindSpot::xDepth_mm){});
+
+tGrinderSetup machine(FuzzedHost& host) {
+    return {host.number(5.5F), host.number(0.6F), host.number(1.0F), host.number(0.3F),
+            host.number(8.0F)};
+}
+
+std::vector<tGrindSpot> spots(FuzzedHost& host, std::int32_t count, std::int32_t samples) {
+    std::vector<tGrindSpot> spots(static_cast<std::size_t>(count));
+    for (tGrindSpot& spot : spots) {
+        spot.iNumPasses = host.integer(1, most_passes + 1);
+        for (std::int32_t pass = 0; pass < std::min(spot.iNumPasses, most_passes); ++pass) {
+            spot.iDirection[pass] = host.integer(1, 2);
+            spot.xDepth_mm[pass] = host.number(0.0F);
+        }
+        spot.iStart = host.integer(0, samples);
+        spot.iEnd = host.integer(samples / 2, samples + 1);
+    }
+    return spots;
+}
+
+void grind(FuzzedHost& host, bool two_tracks) {
+    const std::int32_t count = host.length();
+    const float interval = host.sample_interval();
+    const tGrinderSetup* setup = host.given(machine(host));
+    const std::int32_t places = host.choice(6);
+    const tGrindSpot* stretches = host.given(spots(host, places, count));
+    const std::int32_t named = host.size_of(places);
+    const std::int32_t size = host.size_of(count);
+    float* left = host.returned(host.profile(count));
+    auto* flags = host.returned<std::int32_t>(count);
+    if (!two_tracks) {
+        host.call([&](tEvent* event) {
+            return grindsimu_dlldrv(interval, named, size, setup, stretches, left, flags, event);
+        });
+        return;
+    }
+    float* right = host.returned(host.profile(count));
+    host.call([&](tEvent* event) {
+        return grindsimu_2chan_dlldrv(interval, named, size, setup, stretches, left, right, flags,
+                                      event);
+    });
+}
+
+tMustGrindCfg settings(FuzzedHost& host, std::int32_t first_selector) {
+    return {host.integer(first_selector, idx_ridests_WIM),
+            host.integer(vialto_yes, vialto_no),
+            host.number(0.002F),
+            host.number(7.62F),
+            {host.integer(1, 2), host.integer(1, 2), host.integer(1, 2)},
+            host.number(0.1F),
+            host.number(0.5F),
+            host.number(1.0F)};
+}
+
+void must_grind(FuzzedHost& host, bool two_tracks) {
+    const std::int32_t count = host.length();
+    const float interval = host.sample_interval();
+    tMustGrindCfg* cfg =
+        host.record(settings(host, two_tracks ? idx_ridests_HRI : idx_ridests_IRI));
+    const tGrinderSetup* setup = host.given(machine(host));
+    const std::int32_t size = host.size_of(count);
+    const float* left = host.given(host.profile(count));
+    auto* flags = host.returned<std::int32_t>(count);
+    if (!two_tracks) {
+        host.call([&](tEvent* event) {
+            return mustgrind_dlldrv(size, interval, cfg, setup, left, flags, event);
+        });
+        return;
+    }
+    const float* right = host.given(host.profile(count));
+    host.call([&](tEvent* event) {
+        return mustgrind_2chan_dlldrv(size, interval, cfg, setup, left, right, flags, event);
+    });
+}
+
+} // namespace
+
+void run_family(FuzzedHost& host) {
+    switch (host.choice(4)) {
+    case 0:
+        return grind(host, false);
+    case 1:
+        return grind(host, true);
+    case 2:
+        return must_grind(host, false);
+    default:
+        return must_grind(host, true);
+    }
+}
+
+} // namespace vialto::fuzz

@@ -1,0 +1,68 @@
+// Ride indices of one track.
+#include "fuzzed_host.hpp"
+
+namespace vialto::fuzz {
+
+namespace {
+
+void ride(FuzzedHost& host) {
+    const std::int32_t exclude = host.integer(vialto_yes, vialto_no);
+    const std::int32_t filter = host.integer(vialto_yes, vialto_no);
+    const std::int32_t selector = host.integer(idx_ridests_IRI, idx_ridests_WIM);
+    const std::int32_t count = host.length();
+    const float* profile = host.given(host.profile(count));
+    const std::int32_t* flags = host.given(host.integers(count, 0, 1));
+    const float interval = host.sample_interval();
+    const std::int32_t size = host.size_of(count);
+    float* index = host.record(-777.0F);
+    host.call([&](tEvent* event) {
+        return ride_dlldrv(exclude, filter, selector, size, profile, flags, interval, index, event);
+    });
+}
+
+void segments(FuzzedHost& host) {
+    const std::int32_t filter = host.integer(vialto_yes, vialto_no);
+    const std::int32_t selector = host.integer(idx_ridests_IRI, idx_ridests_WIM);
+    const std::int32_t count = host.length();
+    const float* profile = host.given(host.profile(count));
+    const float interval = host.sample_interval();
+    const std::int32_t segment_count = host.choice(40);
+    const std::int32_t size = host.size_of(count);
+    const std::int32_t* points = host.given(host.integers(segment_count, count / 8, count));
+    float* index = host.returned<float>(segment_count);
+    float* lengths = host.returned<float>(segment_count);
+    const std::int32_t named = host.size_of(segment_count);
+    host.call([&](tEvent* event) {
+        return rideseg_dlldrv(filter, selector, size, profile, interval, named, points, index,
+                              lengths, event);
+    });
+}
+
+void continuous(FuzzedHost& host) {
+    const std::int32_t filter = host.integer(vialto_yes, vialto_no);
+    const std::int32_t selector = host.integer(idx_ridests_IRI, idx_ridests_WIM);
+    const std::int32_t count = host.length();
+    const float* profile = host.given(host.profile(count));
+    const float interval = host.sample_interval();
+    const float base = host.number(7.62F);
+    const std::int32_t size = host.size_of(count);
+    float* output = host.returned<float>(count);
+    host.call([&](tEvent* event) {
+        return ridecon_dlldrv(filter, interval, base, selector, size, profile, output, event);
+    });
+}
+
+} // namespace
+
+void run_family(FuzzedHost& host) {
+    switch (host.choice(3)) {
+    case 0:
+        return ride(host);
+    case 1:
+        return segments(host);
+    default:
+        return continuous(host);
+    }
+}
+
+} // namespace vialto::fuzz
