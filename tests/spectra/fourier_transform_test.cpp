@@ -31,15 +31,4 @@ TEST(FourierTransform, ErrorGrowsWithTheLogarithmOfTheLengthAtMost) {
     }
 }
 
-TEST(FourierTransform, SinusoidThatFitsHasItsAmplitudeInItsBinAlone) {
-    const std::vector<float> x = sinusoid(512, 1.0, 512.0 / 3.0, 2.0);
-    std::vector<float> re(257);
-    std::vector<float> im(257);
-    fourier_transform(x, re, im);
-    for (std::size_t j = 0; j <= 256; ++j) {
-        EXPECT_NEAR(re[j], 0.0, 2e-6) << j;
-        EXPECT_NEAR(im[j], j == 3 ? -2.0 : 0.0, 2e-6) << j;
-    }
-}
-
 } // namespace vialto::test

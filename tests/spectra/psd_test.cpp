@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numeric>
 #include <vector>
 
 #include "spectra/frequency_grid.hpp"
@@ -33,77 +32,43 @@ struct Spectrum {
     Spectrum(const Call& call, const std::vector<float>& profile)
         : frequency(static_cast<std::size_t>(std::max(call.size, 0)), unwritten),
           density(frequency) {
-        result = psd_dll(call.begin, call.end, call.settings.iPSDType, call.settings.iOctaveBands,
-                         call.settings.iPointsPerOctave, call.settings.xFreqInterval, call.size,
-                         call.interval, profile.data(), frequency.data(), density.data(), &first,
-                         &last, event);
+        EventRecord event;
+        const auto result = psd_dll(
+            call.begin, call.end, call.settings.iPSDType, call.settings.iOctaveBands,
+            call.settings.iPointsPerOctave, call.settings.xFreqInterval, call.size, call.interval,
+            profile.data(), frequency.data(), density.data(), &first, &last, event);
+        EXPECT_EQ(result, event.untouched() ? vialto_success : vialto_failure);
+        failure = event.untouched() ? "" : event.summary();
     }
+    Spectrum(const tPSDCon& settings, float interval, const std::vector<float>& profile)
+        : Spectrum({settings, interval, 0, static_cast<std::int32_t>(profile.size()) - 1,
+                    static_cast<std::int32_t>(profile.size())},
+                   profile) {}
 
     TemporaryDirectory directory;
-    EventRecord event;
     std::vector<float> frequency;
     std::vector<float> density;
     std::int32_t first = -7;
     std::int32_t last = -7;
-    std::int32_t result = 0;
+    std::string failure;
 };
-
-Spectrum spectrum_of(const std::vector<float>& profile, const tPSDCon& settings,
-                     float interval = 0.25F) {
-    const auto size = static_cast<std::int32_t>(profile.size());
-    return {{settings, interval, 0, size - 1, size}, profile};
-}
-
-// 1025 points at 0.25 m: 1024 differences, bins 1/256 cycles/m apart, bands of four bins.
-constexpr double four_bins = 4.0 / 256.0;
 
 } // namespace
 
 TEST(PowerSpectralDensity, SinusoidThatFitsFillsItsBandAlone) {
-    // Bin 20 lies in the middle of band 5, which holds the bins 19 to 22.
-    const double amplitude = 0.01;
-    const std::vector<float> road = sinusoid(1025, 0.25, 256.0 / 20.0, amplitude);
-    const double elevation = amplitude * amplitude / 2.0 / four_bins;
+    // 1024 differences, bins 1/256 cycles/m apart and bands of four bins. Bin 20 lies in the middle
+    // of band 5, which holds the bins 19 to 22.
+    const std::vector<float> road = sinusoid(1025, 0.25, 256.0 / 20.0, 0.01);
+    const double elevation = 0.01 * 0.01 / 2.0 * 64.0;
     const double chord = 2.0 * std::sin(std::acos(-1.0) * 20.0 / 1024.0) / 0.25;
     for (const auto& [type, expected] :
          {std::pair{1, elevation}, std::pair{2, elevation * chord * chord}}) {
-        const Spectrum out = spectrum_of(road, {type, 2, 0, 4.0F / 256.0F});
-        EXPECT_EQ(out.result, vialto_success);
-        EXPECT_TRUE(out.event.untouched());
-        EXPECT_EQ(out.first, 0);
-        EXPECT_EQ(out.last, 126);
+        Spectrum out({type, 2, 0, 4.0F / 256.0F}, 0.25F, road);
+        EXPECT_EQ(out.failure, "");
         EXPECT_EQ(out.frequency[4], 20.0F / 256.0F);
         EXPECT_NEAR(out.density[4], expected, expected * 1e-5);
-        for (std::size_t i = 0; i <= 126; ++i) {
-            if (i != 4) {
-                EXPECT_LT(out.density[i], 1e-6 * expected) << i;
-            }
-        }
-        EXPECT_EQ(out.frequency[127], unwritten);
-        EXPECT_EQ(out.density[127], unwritten);
-    }
-}
-
-TEST(PowerSpectralDensity, SlopeSpectrumHoldsTheVarianceOfTheSlope) {
-    std::vector<float> road = sinusoid(1025, 0.25, 256.0 / 20.0, 0.01);
-    const std::vector<float> short_waves = sinusoid(1025, 0.25, 256.0 / 301.0, 0.001);
-    double variance = 0.0;
-    for (std::size_t i = 0; i < road.size(); ++i) {
-        road[i] += short_waves[i];
-        const double slope = i == 0 ? 0.0 : static_cast<double>(road[i] - road[i - 1]) / 0.25;
-        variance += slope * slope / 1024.0;
-    }
-    const Spectrum out = spectrum_of(road, {2, 2, 0, 4.0F / 256.0F});
-    EXPECT_NEAR(std::accumulate(out.density.begin(), out.density.begin() + 127, 0.0) * four_bins,
-                variance, 1e-4 * variance);
-}
-
-TEST(PowerSpectralDensity, StraightRoadHasNone) {
-    for (const std::int32_t mode : {1, 2}) {
-        const Spectrum out = spectrum_of(straight_line(1000, 0.25, 0.125), {1, mode, 0, 0.0F});
-        ASSERT_LT(out.first, out.last);
-        EXPECT_EQ(std::count(out.density.begin(), out.density.end(), 0.0F),
-                  out.last - out.first + 1);
+        out.density[4] = 0.0F;
+        EXPECT_LT(*std::max_element(out.density.begin(), out.density.end()), 1e-6 * expected);
     }
 }
 
@@ -117,7 +82,7 @@ TEST(PowerSpectralDensity, AgreesWithItsDefinition) {
              {tPSDCon{1, 1, 0, 0.0F}, tPSDCon{1, 1, 12, 0.0F}, tPSDCon{2, 1, 1, 0.0F},
               tPSDCon{1, 2, 0, 0.0F}, tPSDCon{2, 2, 0, 0.37F}}) {
             const LiteralSpectrum expected = literal_spectrum(settings, interval, road);
-            const Spectrum out = spectrum_of(road, settings, interval);
+            const Spectrum out(settings, interval, road);
             ASSERT_EQ(out.first, expected.iFirst - 1) << count;
             ASSERT_EQ(out.last, expected.iLast - 1) << count;
             const float most = *std::max_element(expected.density.begin(), expected.density.end());
@@ -132,45 +97,32 @@ TEST(PowerSpectralDensity, AgreesWithItsDefinition) {
     }
 }
 
-TEST(PowerSpectralDensity, GridStepsByTheLowestFrequencyAtFirst) {
-    // 1024 points, 1023 of them a metre: the lowest frequency is 1, the Nyquist frequency 511.5.
-    const float dx = 1.0F / 1023.0F;
-    const std::vector<float> octaves = GETFREQ(GridMode::octave, 0.0F, 1.0F, dx, 1024);
-    ASSERT_EQ(octaves.size(), 10U);
-    EXPECT_NEAR(octaves.back(), 512.0, 1e-3);
-    const std::vector<float> sixths = GETFREQ(GridMode::octave, 0.0F, 0.0F, dx, 1024);
-    EXPECT_NEAR(sixths[8], 9.0, 1e-5);
-    EXPECT_NEAR(sixths[9], 9.0 * std::pow(2.0, 1.0 / 6.0), 1e-5);
-    const std::vector<float> even = GETFREQ(GridMode::linear, 100.0F, 0.0F, dx, 1024);
-    EXPECT_EQ(even, (std::vector{100.0F, 200.0F, 300.0F, 400.0F, 500.0F, 600.0F, 700.0F}));
-    // One point more, and the lowest frequency is that of 2047 intervals.
-    EXPECT_NEAR(GETFREQ(GridMode::linear, 0.0F, 0.0F, dx, 1025)[0], 1023.0 / 2047.0, 1e-6);
-    EXPECT_EQ(GETFREQ(GridMode::linear, not_a_number, 0.0F, dx, 10000000).size(), 100000U);
-    EXPECT_EQ(GETFREQ(GridMode::octave, 0.0F, 1e9F, dx, 10000000).size(), 100000U);
+TEST(PowerSpectralDensity, GridHasAHundredThousandPointsAtMostAndEndsWithTheArrays) {
+    EXPECT_EQ(GETFREQ(GridMode::linear, not_a_number, 0.0F, 0.001F, 10000000).size(), 100000U);
+    EXPECT_EQ(GETFREQ(GridMode::octave, 0.0F, 1e9F, 0.001F, 10000000).size(), 100000U);
+    // The rounding errors of 65,000 additions are worth 28 points.
+    EXPECT_EQ(GETFREQ(GridMode::octave, 0.0F, 1e9F, 0.15F, 65537).size(), 65565U);
+    EXPECT_EQ(Spectrum({1, 1, 1000000000, 0.0F}, 0.15F, random_road(65537, 0.15, 9)).last, 65536);
 }
 
 TEST(PowerSpectralDensity, PointsBehindTheLastElementCountAsZeroAndAreNotRead) {
+    constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
     const std::vector<float> road = random_road(50, 0.25, 9);
     std::vector<float> padded(road.begin() + 10, road.end());
     padded.resize(64, 0.0F);
     const tPSDCon settings{1, 1, 12, 0.0F};
-    const Spectrum expected = spectrum_of(padded, settings);
+    const Spectrum expected(settings, 0.25F, padded);
     const Spectrum out({settings, 0.25F, 10, 49, 64}, road);
     EXPECT_EQ(out.density, expected.density);
-    EXPECT_EQ(out.frequency, expected.frequency);
     EXPECT_EQ(out.last, expected.last);
-    using limits = std::numeric_limits<std::int32_t>;
-    const Spectrum none({settings, 0.25F, limits::max(), limits::min(), 64}, {});
+    const Spectrum none({settings, 0.25F, most, -most - 1, 64}, {});
     EXPECT_EQ(none.last, expected.last);
     EXPECT_EQ(none.density[static_cast<std::size_t>(none.last)], 0.0F);
-}
-
-TEST(PowerSpectralDensity, StretchWithoutADifferenceHasAnEmptyRange) {
-    for (const std::int32_t size : {std::numeric_limits<std::int32_t>::min(), -1, 0, 1}) {
-        const Spectrum out({{1, 1, 6, 0.0F}, 0.25F, 0, 0, size}, {1.0F});
-        EXPECT_EQ(out.result, vialto_success);
-        EXPECT_EQ(out.first, 0);
-        EXPECT_EQ(out.last, -1);
+    for (const std::int32_t size : {-most - 1, -1, 0, 1}) {
+        const Spectrum point({settings, 0.25F, 0, 0, size}, {1.0F});
+        EXPECT_EQ(point.failure, "");
+        EXPECT_EQ(point.first, 0);
+        EXPECT_EQ(point.last, -1);
     }
 }
 
@@ -178,23 +130,15 @@ TEST(PowerSpectralDensity, ExtremeIntervalsStayInsideTheArrays) {
     const std::vector<float> road = random_road(100, 0.25, 9);
     for (const float interval : {1e-45F, 3e-39F, 1e-20F, 1e22F, 3e38F}) {
         for (const float spacing : {0.0F, -1.0F, 1e-45F, 1e30F, infinite, not_a_number}) {
-            for (const std::int32_t mode : {1, 2}) {
-                for (const std::int32_t size : {2, 3, 100}) {
+            for (const std::int32_t size : {2, 3, 100}) {
+                for (const std::int32_t mode : {1, 2}) {
                     const Spectrum out({{1, mode, 1 << 30, spacing}, interval, 0, 99, size}, road);
-                    EXPECT_EQ(out.result, vialto_success);
+                    EXPECT_EQ(out.failure, "");
                     EXPECT_LT(out.last, size);
                 }
             }
         }
     }
-}
-
-TEST(PowerSpectralDensity, GridOfMorePointsThanTheStretchEndsWithTheArrays) {
-    // The rounding errors of 65,000 additions are worth 28 points.
-    const std::vector<float> road = random_road(65537, 0.15, 9);
-    EXPECT_EQ(GETFREQ(GridMode::octave, 0.0F, 1e9F, 0.15F, 65537).size(), 65565U);
-    const Spectrum out({{1, 1, 1000000000, 0.0F}, 0.15F, 0, 65536, 65537}, road);
-    EXPECT_EQ(out.last, 65536);
 }
 
 TEST(PowerSpectralDensity, WhatCannotBeServedIsToldAndLeavesTheOutputs) {
@@ -207,10 +151,9 @@ TEST(PowerSpectralDensity, WhatCannotBeServedIsToldAndLeavesTheOutputs) {
         {{{1, 1, 0, 0.0F}, 0.25F, -1, 9, 10}, "100 2 psd_dll: iBeginElemIdx is negative"},
         {{{1, 1, 0, 0.0F}, 0.0F, 0, 9, 10},
          "100 2 psd_dll: xStepSize is not a positive finite number"}};
-    for (const auto& [call, event] : cases) {
+    for (const auto& [call, failure] : cases) {
         const Spectrum out(call, std::vector<float>(10));
-        EXPECT_EQ(out.result, vialto_failure);
-        EXPECT_EQ(out.event.summary(), event);
+        EXPECT_EQ(out.failure, failure);
         EXPECT_EQ(out.first + out.last, -14);
         EXPECT_EQ(std::count(out.density.begin(), out.density.end(), unwritten), call.size);
         EXPECT_EQ(out.frequency, out.density);
@@ -220,25 +163,17 @@ TEST(PowerSpectralDensity, WhatCannotBeServedIsToldAndLeavesTheOutputs) {
 TEST(PowerSpectralDensity, TenMillionPointsAreServed) {
     // A single step of 1 m is an impulse of slope: the same density at all frequencies.
     const Spectrum out({{2, 1, 1, 0.0F}, 0.25F, 0, 9, 10000000}, std::vector<float>(10, 1.0F));
-    EXPECT_EQ(out.result, vialto_success);
     EXPECT_EQ(out.last, 21);
-    for (const std::size_t band : {10U, 12U, 14U, 16U}) {
-        EXPECT_NEAR(out.density[band], 2.0 / (0.25 * 9999999.0), 1e-9) << band;
-    }
+    EXPECT_NEAR(out.density[16], 2.0 / (0.25 * 9999999.0), 1e-9);
 }
 
 TEST(PowerSpectralDensity, DiagnosticFileHoldsTheCallAndTheTable) {
-    const Spectrum out = spectrum_of(std::vector<float>(9), {2, 2, 6, 0.5F});
-    EXPECT_EQ(out.directory.text_of("psd_dll.txt"), " PSD Type              : 2\n"
-                                                    " iOctaveBands          : 2\n"
-                                                    " Sample interval(m)    : 0.25\n"
-                                                    " Num Profile Points    : 9\n"
-                                                    " PSD Points            : 2\n"
-                                                    " BeginElemIdx          : 0\n"
-                                                    " EndElemIdx            : 8\n"
-                                                    " Freq   PSD\n"
-                                                    "  0.5 0\n"
-                                                    "  1 0\n");
+    const Spectrum out({2, 2, 6, 0.5F}, 0.25F, std::vector<float>(9));
+    EXPECT_EQ(out.directory.text_of("psd_dll.txt"),
+              " PSD Type              : 2\n iOctaveBands          : 2\n"
+              " Sample interval(m)    : 0.25\n Num Profile Points    : 9\n"
+              " PSD Points            : 2\n BeginElemIdx          : 0\n"
+              " EndElemIdx            : 8\n Freq   PSD\n  0.5 0\n  1 0\n");
 }
 
 } // namespace vialto::test

@@ -10,8 +10,7 @@
 
 namespace vialto::test {
 
-// The sum over i of x[i] exp(-2 pi i j / n) for every j; n is a power of 2. Halved down to sums of
-// 32 terms, which are taken term by term.
+// The sum over i of x[i] exp(-2 pi i j / n) for every j; n is a power of 2.
 [[nodiscard]] std::vector<std::complex<double>>
 literal_fourier(const std::vector<std::complex<double>>& x);
 
