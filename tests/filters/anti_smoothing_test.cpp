@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <string_view>
 #include <utility>
 
 #include "filters/filter_run.hpp"
@@ -30,50 +32,40 @@ struct Call {
     EventRecord event;
     std::int32_t code = 0;
 
-    Call(std::vector<float> road, float base_length) : profile(std::move(road)) {
-        code = antismth_dlldrv(interval, base_length, static_cast<std::int32_t>(profile.size()),
-                               profile.data(), &begin, &end, event);
+    Call(std::vector<float> road, float base_length, float step = interval,
+         std::string_view null_pointer = "none")
+        : profile(std::move(road)) {
+        code = antismth_dlldrv(step, base_length, static_cast<std::int32_t>(profile.size()),
+                               null_pointer == "xProfile" ? nullptr : profile.data(),
+                               null_pointer == "iBeginElemIdx" ? nullptr : &begin,
+                               null_pointer == "iEndElemIdx" ? nullptr : &end, event);
     }
     [[nodiscard]] bool left_untouched(const std::vector<float>& road) const {
-        return code == vialto_failure && profile == road && begin == untouched_index &&
-               end == untouched_index;
+        return code == vialto_failure && profile == road && Range{begin, end} == untouched_range;
     }
 };
+
+const std::vector<float> short_road{1.0F, 2.0F, 3.0F, 4.0F};
 
 } // namespace
 
 TEST(AntiSmoothing, KeepsTheBitsOfTheRunningSum) {
     const auto road = random_road(1500, 0.25, 71);
     for (const std::size_t base : {1U, 2U, 9U, 100U, 700U}) {
-        const auto literal = literal_anti_smoothing(road, base + 1, base / 2 + 1);
-        const FilterRun run = anti_smoothed(road, static_cast<float>(base));
-        EXPECT_EQ(run.end, static_cast<std::int32_t>(literal.size()) - 1);
-        for (std::size_t i = 0; i < road.size(); ++i) {
-            const bool valid = i > base / 2 && i < literal.size();
-            EXPECT_EQ(run.y[i], valid ? literal[i] : 0.0F) << base << " " << i;
-        }
-    }
-}
-
-TEST(AntiSmoothing, StraightRoadShowsOnlyTheHalfSampleOfAnEvenWindow) {
-    const std::vector<float> road = straight_line(60, 0.25, 0.5); // rises 0.125 a sample
-    for (const auto& [base, difference] : {std::pair{10.0F, 0.0}, std::pair{11.0F, -0.0625}}) {
-        const FilterRun run = anti_smoothed(road, base);
-        EXPECT_EQ(run.begin, 6);
-        for (std::int32_t i = run.begin; i <= run.end; ++i) {
-            EXPECT_NEAR(run.y[static_cast<std::size_t>(i)], difference, 1e-5);
-        }
+        auto expected = literal_anti_smoothing(road, base + 1, base / 2 + 1);
+        std::fill_n(expected.begin(), base / 2 + 1, 0.0F);
+        expected.resize(road.size());
+        EXPECT_EQ(anti_smoothed(road, static_cast<float>(base)).y, expected) << base;
     }
 }
 
 TEST(AntiSmoothing, SpikeStandsBeforeItsPlaceByHalfTheWindow) {
     std::vector<float> road(60);
     road[30] = 11.0F;
-    const FilterRun run = anti_smoothed(road, 10.0F); // 11 samples, the sixth in the middle
-    for (std::int32_t i = run.begin; i <= run.end; ++i) {
-        const float inside_window = i >= 19 && i <= 29 ? -1.0F : 0.0F;
-        EXPECT_EQ(run.y[static_cast<std::size_t>(i)], i == 24 ? 10.0F : inside_window) << i;
-    }
+    std::vector<float> expected(60);
+    std::fill_n(expected.begin() + 19, 11, -1.0F); // 11 samples, the sixth in the middle
+    expected[24] = 10.0F;
+    EXPECT_EQ(anti_smoothed(road, 10.0F).y, expected);
     const FilterRun slope = anti_smoothed(road, 10.0F, idx_filtouttyp_slope);
     EXPECT_EQ(slope.y[24], 11.0F / interval);
     EXPECT_EQ(slope.y[25], -11.0F / interval);
@@ -82,26 +74,23 @@ TEST(AntiSmoothing, SpikeStandsBeforeItsPlaceByHalfTheWindow) {
 
 TEST(AntiSmoothing, ValidRangeIsEmptyBelowTheSamplesOfTwoWindows) {
     struct Case {
-        std::int32_t count;
+        std::size_t count;
         float base;
-        std::int32_t begin;
-        std::int32_t end;
+        Range range;
     };
-    for (const Case& c : {Case{12, 10.0F, 6, 0}, Case{17, 10.0F, 6, 5}, Case{18, 10.0F, 6, 6},
-                          Case{3, 1.0F, 1, 0}, Case{4, 1.5F, 1, 1}}) {
-        const std::vector<float> flat(static_cast<std::size_t>(c.count), 3.0F);
-        const FilterRun run = anti_smoothed(flat, c.base);
-        EXPECT_EQ(run.begin, c.begin);
-        EXPECT_EQ(run.end, c.end);
-        EXPECT_EQ(run.y, std::vector<float>(flat.size(), 0.0F));
+    for (const auto& [count, base, range] :
+         {Case{12, 10.0F, {6, 0}}, Case{17, 10.0F, {6, 5}}, Case{18, 10.0F, {6, 6}},
+          Case{60, 11.0F, {6, 47}}, Case{3, 1.0F, {1, 0}}, Case{4, 1.5F, {1, 1}}}) {
+        const FilterRun run = anti_smoothed(std::vector<float>(count, 3.0F), base);
+        EXPECT_EQ(run.range, range);
+        EXPECT_EQ(run.y, std::vector<float>(count));
     }
 }
 
 TEST(AntiSmoothing, NegativeWindowLeavesNoNumber) {
     for (const float base : {-0.6F, -2e-8F, -3.0F, -1e38F, std::nanf("")}) {
         const FilterRun run = anti_smoothed({1.0F, 2.0F, 3.0F}, base);
-        EXPECT_EQ(run.begin, 0);
-        EXPECT_EQ(run.end, 2);
+        EXPECT_EQ(run.range, Range(0, 2));
         EXPECT_TRUE(std::isnan(run.y[0]) && std::isnan(run.y[2])) << base;
     }
 }
@@ -113,57 +102,40 @@ TEST(AntiSmoothingExport, GivesTheDistanceFromTheMeanAndListsTheSignedOne) {
     const Call call(road, 2.0F * interval); // 3 samples, the second in the middle
     EXPECT_EQ(call.code, vialto_success);
     EXPECT_TRUE(call.event.untouched());
-    EXPECT_EQ(call.begin, 2);
-    EXPECT_EQ(call.end, 4);
+    EXPECT_EQ(Range(call.begin, call.end), Range(2, 4));
     EXPECT_EQ(call.profile, (std::vector<float>{0.0F, 0.0F, 2.0F, 1.0F, 0.0F, 0.0F, 0.0F, 0.0F}));
     EXPECT_EQ(directory.text_of("antismth_dlldrv.txt"), "  0.5 0 2\n  0.75 0 -1\n  1 3 0\n");
 }
 
-TEST(AntiSmoothingExport, FailureOfTheFilterLeavesOutputsAndNoFile) {
+TEST(AntiSmoothingExport, FailureLeavesOutputsAndNoFile) {
     const std::string one_interval = "101 2 antismooth/filtcon_drv/antismth_dlldrv: the "
                                      "baselength is only 1 sampling interval- check your input";
     const std::string too_long = "101 2 antismooth/filtcon_drv/antismth_dlldrv: the baselength "
                                  "greater than the profile length - check your input";
-    const std::vector<float> road{1.0F, 2.0F, 3.0F, 4.0F};
-    for (const auto& [base, summary] :
-         {std::pair{0.0F, one_interval}, std::pair{0.9F * interval, one_interval},
-          std::pair{3.0F * interval, too_long}, std::pair{1e38F, too_long},
-          std::pair{std::numeric_limits<float>::infinity(), too_long}}) {
-        const TemporaryDirectory directory;
-        const Call call(road, base);
-        EXPECT_TRUE(call.left_untouched(road));
-        EXPECT_EQ(call.event.summary(), summary);
+    const std::string refused = "100 2 antismth_dlldrv: ";
+    const TemporaryDirectory directory;
+    const auto expect_failure = [&](const Call& call, const std::string& event) {
+        EXPECT_TRUE(call.left_untouched(short_road));
+        EXPECT_EQ(call.event.summary(), event);
         EXPECT_FALSE(directory.holds("antismth_dlldrv.txt"));
+    };
+    expect_failure({short_road, 0.0F}, one_interval);
+    expect_failure({short_road, 0.9F * interval}, one_interval);
+    expect_failure({short_road, 3.0F * interval}, too_long);
+    expect_failure({short_road, 1e38F}, too_long);
+    expect_failure({short_road, std::numeric_limits<float>::infinity()}, too_long);
+    expect_failure({short_road, 1.0F, 0.0F}, refused + "xStepSize is not a positive finite number");
+    for (const std::string name : {"xProfile", "iBeginElemIdx", "iEndElemIdx"}) {
+        expect_failure({short_road, 1.0F, 1.0F, name}, refused + name + " is a null pointer");
     }
 }
 
 TEST(AntiSmoothingExport, FileThatCannotBeOpenedLeavesOutputs) {
     const TemporaryDirectory directory;
     set_tmp((directory.path() / "missing").string());
-    const std::vector<float> road{1.0F, 2.0F, 3.0F, 4.0F};
-    const Call call(road, interval);
-    EXPECT_TRUE(call.left_untouched(road));
-    EXPECT_EQ(call.event.error_code(), 102);
-    EXPECT_EQ(call.event.error_type(), 2);
-    EXPECT_EQ(call.event.routine(), "io_tmp_file/antismth_dlldrv");
-}
-
-TEST(AntiSmoothingExport, RefusesWhatItCannotServe) {
-    const TemporaryDirectory directory;
-    std::int32_t index = untouched_index;
-    float sample = 1.0F;
-    const auto refusal = [&](float step, float* profile, std::int32_t* begin, std::int32_t* end) {
-        EventRecord event;
-        EXPECT_EQ(antismth_dlldrv(step, 1.0F, 1, profile, begin, end, event), vialto_failure);
-        return event.summary();
-    };
-    const std::string head = "100 2 antismth_dlldrv: ";
-    EXPECT_EQ(refusal(0.0F, &sample, &index, &index),
-              head + "xStepSize is not a positive finite number");
-    EXPECT_EQ(refusal(1.0F, nullptr, &index, &index), head + "xProfile is a null pointer");
-    EXPECT_EQ(refusal(1.0F, &sample, nullptr, &index), head + "iBeginElemIdx is a null pointer");
-    EXPECT_EQ(refusal(1.0F, &sample, &index, nullptr), head + "iEndElemIdx is a null pointer");
-    EXPECT_EQ(index, untouched_index);
+    const Call call(short_road, interval);
+    EXPECT_TRUE(call.left_untouched(short_road));
+    EXPECT_EQ(call.event.summary().find("102 2 io_tmp_file/antismth_dlldrv: "), 0U);
 }
 
 } // namespace vialto::test

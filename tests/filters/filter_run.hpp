@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "filters/filtcon.hpp"
@@ -10,7 +11,10 @@
 
 namespace vialto::test {
 
+using Range = std::pair<std::int32_t, std::int32_t>; // first and last valid element
+
 inline constexpr std::int32_t untouched_index = -9;
+inline constexpr Range untouched_range{untouched_index, untouched_index};
 inline constexpr float untouched_sample = -7.5F;
 
 [[nodiscard]] inline tFiltCon filter_settings(std::int32_t main_type, std::int32_t sub_type,
@@ -20,6 +24,8 @@ inline constexpr float untouched_sample = -7.5F;
     settings.iMainFilterType = main_type;
     settings.iSubFilterType = sub_type;
     settings.iOutType = out_type;
+    settings.if250mmFilter = vialto_yes;
+    settings.xSimuVelocity = 70.0F;
     settings.xLongWavelength = longest;
     settings.xShortWavelength = shortest;
     settings.iBeginElemIdx = untouched_index;
@@ -29,8 +35,7 @@ inline constexpr float untouched_sample = -7.5F;
 
 struct FilterRun {
     std::vector<float> y;
-    std::int32_t begin = untouched_index;
-    std::int32_t end = untouched_index;
+    Range range;
     float statistic = untouched_sample;
     std::string event; // empty after a success
 
@@ -38,18 +43,16 @@ struct FilterRun {
         : y(profile.size(), untouched_sample) {
         reset_event();
         (void)filtcon_drv(profile, interval, settings, y, statistic);
-        begin = settings.iBeginElemIdx;
-        end = settings.iEndElemIdx;
+        range = {settings.iBeginElemIdx, settings.iEndElemIdx};
         event = summary_of_current_event();
     }
 
     [[nodiscard]] bool wrote_nothing() const {
-        return y == std::vector<float>(y.size(), untouched_sample) && begin == untouched_index &&
-               end == untouched_index;
+        return y == std::vector<float>(y.size(), untouched_sample) && range == untouched_range;
     }
     // Succeeded, with the whole profile valid.
     [[nodiscard]] bool filtered_all() const {
-        return event.empty() && begin == 0 && end == static_cast<std::int32_t>(y.size()) - 1;
+        return event.empty() && range == Range{0, static_cast<std::int32_t>(y.size()) - 1};
     }
 };
 
