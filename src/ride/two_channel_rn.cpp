@@ -102,8 +102,8 @@ ReturnCode continuous_2chan_rn(const RideRequest& request, FilteredTracks& track
     // the profile, and only the first sample goes; behind the quarter car alone the last ones do,
     // too.
     const auto head =
-        xOutput.first(std::min(static_cast<std::size_t>(record.iBeginElemIdx + 1), xOutput.size()));
-    const auto tail = xOutput.subspan(static_cast<std::size_t>(record.iEndElemIdx + 1));
+        xOutput.first(std::min(static_cast<std::size_t>(record.iBeginElemIdx) + 1, xOutput.size()));
+    const auto tail = xOutput.subspan(static_cast<std::size_t>(record.iEndElemIdx) + 1);
     std::fill(head.begin(), head.end(), 0.0F);
     std::fill(tail.begin(), tail.end(), 0.0F);
     return success;

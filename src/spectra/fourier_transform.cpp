@@ -222,8 +222,9 @@ private:
 class MatrixTransform {
 public:
     explicit MatrixTransform(std::size_t h)
-        : h_(h), down_(std::size_t{1} << (std::bit_width(h) - 1) / 2), across_(h / down_.length()),
-          width_(std::min(lanes, across_.length())), height_(std::min(lanes, down_.length())),
+        : h_(h), down_(std::size_t{1} << (std::bit_width(h | 1U) - 1) / 2),
+          across_(h / down_.length()), width_(std::min(lanes, across_.length())),
+          height_(std::min(lanes, down_.length())),
           rows_(std::make_unique_for_overwrite<Row[]>(h / width_)) {}
 
     void run(std::span<const float> x, std::span<float> re, std::span<float> im) {

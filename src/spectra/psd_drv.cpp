@@ -33,7 +33,8 @@ void psd_difference(std::span<const float> profile, std::span<float> y) {
 // by a formula that deliberately lets n pass 2^k by 7 parts in a million before it takes 2^(k+1).
 std::int32_t transform_length(std::int32_t n) {
     const auto logarithm = static_cast<float>(std::log(static_cast<double>(n)));
-    return std::int32_t{1} << truncate(logarithm / ln_2 + 0.99999F);
+    constexpr std::int32_t largest = 30;
+    return std::int32_t{1} << std::clamp(truncate(logarithm / ln_2 + 0.99999F), 0, largest);
 }
 
 // Subtracts the mean, which is summed in 64-bit, in ascending order, and rounded once.
