@@ -24,47 +24,33 @@ std::vector<float> filtered(const std::vector<float>& profile, float step, tFilt
     return result;
 }
 
-int step_detection(const std::vector<float>& p, float step, float multi, JointTrackResult& track) {
-    const float threshold = 0.002032F * multi;
-    int count = 0;
-    for (int i = 1; i <= static_cast<int>(p.size()) - 1; ++i) {
-        const float d = std::fabs(at(p, i + 1) - at(p, i));
-        if (!(d > threshold)) {
-            continue;
-        }
-        count = count + 1;
-        at(track.locations, count) = (i + 0.5) * static_cast<double>(step);
-        if (count > 1 &&
-            at(track.locations, count) - at(track.locations, count - 1) < 0.9143999814987183) {
-            at(track.types, count) = 0;
-            at(track.locations, count) = -1.0;
-            count = count - 1;
-        } else {
-            at(track.types, count) = 1;
-        }
-    }
-    return count;
-}
-
-// What curled edges and anti-smoothing do with a detection at place pos, the newer one winning if
-// `wins(trace at the feature's number)`.
+// Enters a detection at `place`, in samples counted from 1. If it lies nearer to the last feature
+// than `closest`, it takes that one's place if `wins(the feature's number)`, or is rejected.
 template <class Wins>
-void enter_spike(int pos, float step, const std::vector<float>& trace, int& count,
-                 JointTrackResult& track, const Wins& wins) {
+void enter(double place, float step, double closest, int& count, JointTrackResult& track,
+           const Wins& wins) {
     count = count + 1;
-    at(track.locations, count) = pos * static_cast<double>(step);
-    if (count > 1 && at(track.locations, count) - at(track.locations, count - 1) < 0.5) {
-        if (wins(at(trace, count))) {
-            at(track.types, count) = 1;
+    at(track.locations, count) = place * static_cast<double>(step);
+    at(track.types, count) = 1;
+    if (count > 1 && at(track.locations, count) - at(track.locations, count - 1) < closest) {
+        if (wins(count)) {
             at(track.locations, count - 1) = at(track.locations, count);
         } else {
             at(track.types, count) = 0;
             at(track.locations, count) = -1.0;
         }
         count = count - 1;
-    } else {
-        at(track.types, count) = 1;
     }
+}
+
+int step_detection(const std::vector<float>& p, float step, float multi, JointTrackResult& track) {
+    int count = 0;
+    for (int i = 1; i <= static_cast<int>(p.size()) - 1; ++i) {
+        if (std::fabs(at(p, i + 1) - at(p, i)) > 0.002032F * multi) {
+            enter(i + 0.5, step, 0.9143999814987183, count, track, [](int) { return false; });
+        }
+    }
+    return count;
 }
 
 int curled_edges(const std::vector<float>& p, float step, float multi, JointTrackResult& track) {
@@ -87,8 +73,8 @@ int curled_edges(const std::vector<float>& p, float step, float multi, JointTrac
         const float v = std::fabs(at(trace, i));
         if (v > 0.003F * multi) {
             const int pos = i - back < 0 ? 1 : i - back;
-            enter_spike(pos, step, trace, count, track,
-                        [v](float other) { return v > std::fabs(other); });
+            enter(pos, step, 0.5, count, track,
+                  [&](int number) { return v > std::fabs(at(trace, number)); });
         }
     }
     return count;
@@ -110,7 +96,7 @@ int anti_smoothing(const std::vector<float>& p, float step, float multi, JointTr
         const float v = at(trace, i);
         if (v < -4.0F * multi) {
             const int pos = std::min(i + trim / 2, n);
-            enter_spike(pos, step, trace, count, track, [v](float other) { return other > v; });
+            enter(pos, step, 0.5, count, track, [&](int number) { return at(trace, number) > v; });
         }
     }
     return count;

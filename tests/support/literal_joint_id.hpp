@@ -12,6 +12,8 @@ namespace vialto::test {
 struct JointTrackResult {
     std::vector<std::int32_t> types;
     std::vector<double> locations;
+
+    friend bool operator==(const JointTrackResult&, const JointTrackResult&) = default;
 };
 
 // Identifies the joints of both tracks, whose arrays hold at first what the host gave them. Returns
