@@ -5,9 +5,6 @@
 namespace vialto {
 
 Line fit_line(std::span<const float> x, std::span<const float> y) {
-    if (x.empty()) {
-        return {0.0F, 0.0F};
-    }
     double sum_x = 0.0;
     double sum_y = 0.0;
     for (std::size_t i = 0; i < x.size(); ++i) {
@@ -25,9 +22,6 @@ Line fit_line(std::span<const float> x, std::span<const float> y) {
         const double dy = static_cast<double>(y[i]) - mean_y;
         sum_xx += dx * dx;
         sum_xy += dx * dy;
-    }
-    if (sum_xx == 0.0) {
-        return {static_cast<float>(mean_y), 0.0F};
     }
     const double slope = sum_xy / sum_xx;
     return {static_cast<float>(mean_y - slope * mean_x), static_cast<float>(slope)};

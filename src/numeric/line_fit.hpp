@@ -11,9 +11,8 @@ struct Line {
 };
 
 // The line y = intercept + slope * x with the least sum of squared vertical distances from the
-// points (x[i], y[i]); both spans have the same length. The sums are 64-bit, ascending and taken
-// about the means, the result is rounded to 32 bits once. Where all x are equal the slope is 0.0
-// and the intercept the mean of y; without points both are 0.0.
+// points (x[i], y[i]); both spans have the same length, and not all x are equal. The sums are
+// 64-bit, ascending and taken about the means, the result is rounded to 32 bits once.
 [[nodiscard]] Line fit_line(std::span<const float> x, std::span<const float> y);
 
 } // namespace vialto
