@@ -640,10 +640,10 @@ VIALTO_API int32_t VIALTO_CALL rse_dlldrv(int32_t iSizeDataArray, float xStepSiz
  *   EndElemIdx         last valid sample, inclusive
  *
  * Failures (no output is written):
- *   101  "nsamp < 2*maxsampbegin", routine "pgfilter/pgfilt_dll"        the stretch is not longer
- *        than twice the reach of the longest pair, counted in samples from the sensing wheel's own
- *        on and with the last one outward; equality fails as well, whatever the words say. So does
- *        an iEndIndex before iStartIndex.
+ *   101  "nsamp < 2*maxsampbegin", routine "pgfilter/pgfilt_dll"        the stretch is too short
+ *        for the beam: 2 m is not less than the number of samples, m being the reach of the longest
+ *        pair in intervals, rounded up, plus one. Equality fails as well, whatever the words say,
+ *        and so does an iEndIndex before iStartIndex.
  *   101  "maxsampbegin > minsampend", routine "pgfilter/pgfilt_dll"     no sample has all wheels on
  *        the stretch; the test above leaves nothing for this one
  *   100  "iNumWheelOffsets is not positive", "xWheelOffsets holds an offset that is negative or not
@@ -733,8 +733,9 @@ VIALTO_API int32_t VIALTO_CALL pgfilt_dll(int32_t iStartIndex, int32_t iEndIndex
  *     purpose.
  *  5. The crossings of partial scallops, their last samples and the heights BeginY and EndY (taken
  *     one interval further along the trend line than the distances) are asymmetric on purpose. The
- *     EndX of a partial scallop at a lot's start is projected along its last two samples, and is
- *     infinite where these are equal.
+ *     iEnd of a partial scallop at a lot's start is one less than its last sample, and so may be
+ *     iStart - 1. Its EndX is projected along its last two samples: infinite where these are equal,
+ *     a NaN where both lie on the edge of the band; EndY is then infinite or a NaN as well.
  *  6. A lot with a NaN or an infinite sample has no scallops: its indexes are 0.0 and its band is a
  *     NaN.
  *

@@ -169,10 +169,8 @@ void find_start_partial(const Lot& lot, Side side, std::size_t limit, PartialSca
 void find_end_partial(const Lot& lot, Side side, std::size_t first, PartialScallop& partial) {
     const std::size_t n = lot.y.size();
     std::size_t p = n - 1;
-    if (n > first) {
-        while (p >= first && !(lot.bu > lot.height(side, p))) {
-            --p;
-        }
+    while (p >= first && !(lot.bu > lot.height(side, p))) {
+        --p;
     }
     if (lot.length(n - p - 1) < partial_width_factor * lot.rules.MinScallopWidth ||
         !measure_partial(lot, side, p + 1, n, partial)) {

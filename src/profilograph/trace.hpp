@@ -19,9 +19,8 @@ namespace vialto {
 // between them. iBeginElem and iEndElem are the 0-based first and last sample at which all wheels
 // stand on the stretch; the trace is 0.0 outside of them.
 //
-// Fails with "nsamp < 2*maxsampbegin" if the stretch is not longer than twice the reach of the
-// longest pair, and with "maxsampbegin > minsampend" if no sample is left; the two indexes are then
-// untouched.
+// Fails with "nsamp < 2*maxsampbegin" if the stretch is too short for the beam, and with
+// "maxsampbegin > minsampend" if no sample is left; the two indexes are then untouched.
 [[nodiscard]] ReturnCode pgfilter(float xStepSize, std::span<const float> xWheelOffsets,
                                   std::span<const float> xProfile, std::span<float> xPGTrace,
                                   std::int32_t& iBeginElem, std::int32_t& iEndElem);
