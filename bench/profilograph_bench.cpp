@@ -93,7 +93,7 @@ void CountScallops_call(benchmark::State& state) {
 void CountScallops_literal(benchmark::State& state) {
     const std::vector<float> trace = trace_of(road(state));
     for (auto _ : state) {
-        benchmark::DoNotOptimize(test::literal_scallops(trace, interval, rules));
+        benchmark::DoNotOptimize(test::literal_scallops(trace, interval, 0.0F, rules));
     }
     count_samples(state);
 }

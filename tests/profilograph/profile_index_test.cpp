@@ -167,6 +167,7 @@ TEST(ProfileIndex, ScallopAcrossALotBoundaryCountsTwiceOrNotAtAll) {
         {{five, four}, 0.0F, "0.625/0.625 0.25/0.25 4"}, // the second lot takes nothing out
         {{four, four}, 0.0F, "0.5/0.5 0.25/0.25 4"},
         {{one, four, four}, 0.0F, "0.125/0.125 0.25/0.25 0.25/0.25 6"},
+        {{one, five, four}, 0.0F, "0.125/0.125 0.3125/0.3125 0.25/0.25 6"},
         {{one, four, five}, 0.0F, "0.125/0.125 0.5/0.5 0.625/0.625 6"},
         {{one, four, longer}, 0.0F, "0.125/0.125 0.375/0.375 0.125/0.125 6"},
         {{one, four, short_lot, four}, 0.0F, "0.125/0.125 0.25/0.25 -1/-1 0.25/0.25 6"},

@@ -38,7 +38,7 @@ std::vector<float> literal_trace(float interval, std::span<const float> offsets,
     return trace;
 }
 
-LotScallops literal_scallops(std::span<const float> lot, float interval,
+LotScallops literal_scallops(std::span<const float> lot, float interval, float x0,
                              const ScallopRules& rules) {
     constexpr float eps = 1.1920929e-7F;
     const auto n = static_cast<int>(lot.size());
@@ -87,8 +87,8 @@ LotScallops literal_scallops(std::span<const float> lot, float interval,
             const int s = up_start, e = up_end;
             if (at(e - s) >= rules.MinScallopWidth) {
                 keep(1, s, e, largest(s, e) - bu,
-                     at(s - 1) + (bu - y(s - 1)) / (std::fabs(y(s) - y(s - 1)) * inv),
-                     at(e) - (bu - y(e)) / (std::fabs(y(e - 1) - y(e)) * inv));
+                     at(s - 1) + x0 + (bu - y(s - 1)) / (std::fabs(y(s) - y(s - 1)) * inv),
+                     at(e) + x0 - (bu - y(e)) / (std::fabs(y(e - 1) - y(e)) * inv));
             }
             up_start = n + 1;
         }
@@ -96,8 +96,8 @@ LotScallops literal_scallops(std::span<const float> lot, float interval,
             const int s = dn_start, e = dn_end;
             if (at(e - s) >= rules.MinScallopWidth) {
                 keep(2, s, e, 0.0F - (smallest(s, e) + bu),
-                     at(s) + (bu + y(s)) / (std::fabs(y(s - 1) - y(s)) * inv),
-                     at(e) - (bu + y(e)) / (std::fabs(y(e) - y(e - 1)) * inv));
+                     at(s) + x0 + (bu + y(s)) / (std::fabs(y(s - 1) - y(s)) * inv),
+                     at(e) + x0 - (bu + y(e)) / (std::fabs(y(e) - y(e - 1)) * inv));
             }
             dn_start = n + 1;
         }
@@ -123,7 +123,7 @@ LotScallops literal_scallops(std::span<const float> lot, float interval,
         if (!(at(j - 2) < narrowest)) {
             const float end =
                 m == 1 ? at(m) : at(m) - (bu - y(m)) / (std::fabs(y(m - 1) - y(m)) * inv);
-            fill(found.edges.start, 1, largest(1, m) - bu, 1, j - 2, 0.0F, end);
+            fill(found.edges.start, 1, largest(1, m) - bu, 1, j - 2, x0, end + x0);
         }
     }
     if (bl > y(1)) {
@@ -134,7 +134,8 @@ LotScallops literal_scallops(std::span<const float> lot, float interval,
         if (!(at(j - 2) < narrowest)) {
             const float end =
                 m == 1 ? at(m) : at(m) - (bu + y(m)) / (std::fabs(y(m) - y(m - 1)) * inv);
-            fill(found.edges.start, 2, 0.0F - (smallest(1, m) + bu), 1, j - 2, interval, end);
+            fill(found.edges.start, 2, 0.0F - (smallest(1, m) + bu), 1, j - 2, interval + x0,
+                 end + x0);
         }
     }
     if (y(n) > bu) {
@@ -144,7 +145,7 @@ LotScallops literal_scallops(std::span<const float> lot, float interval,
         if (!(at(n - p - 1) < narrowest)) {
             const float begin =
                 p == 0 ? at(p) : at(p) + (bu - y(p)) / (std::fabs(y(p + 1) - y(p)) * inv);
-            fill(found.edges.end, 1, largest(p + 1, n) - bu, p + 1, n, begin, at(n));
+            fill(found.edges.end, 1, largest(p + 1, n) - bu, p + 1, n, begin + x0, at(n) + x0);
         }
     }
     if (bl > y(n)) {
@@ -155,7 +156,8 @@ LotScallops literal_scallops(std::span<const float> lot, float interval,
             const float begin =
                 p == 0 ? at(p + 1)
                        : at(p + 1) + (bu + y(p + 1)) / (std::fabs(y(p) - y(p + 1)) * inv);
-            fill(found.edges.end, 2, 0.0F - (smallest(p + 1, n) + bu), p + 1, n, begin, at(n));
+            fill(found.edges.end, 2, 0.0F - (smallest(p + 1, n) + bu), p + 1, n, begin + x0,
+                 at(n) + x0);
         }
     }
     return found;

@@ -14,8 +14,8 @@ namespace vialto::test {
                                                std::span<const float> profile,
                                                float elsewhere = 0.0F);
 
-// The scallops of a detrended lot of at least two samples, with x0 = 0.0 and no limit.
-[[nodiscard]] LotScallops literal_scallops(std::span<const float> lot, float interval,
+// The scallops of a detrended lot of at least two samples, without a limit.
+[[nodiscard]] LotScallops literal_scallops(std::span<const float> lot, float interval, float x0,
                                            const ScallopRules& rules);
 
 } // namespace vialto::test
