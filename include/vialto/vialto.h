@@ -1081,8 +1081,8 @@ enum {
  *   iLeftTypes, iRightTypes          [N] 1 a joint, 2 a crack, 0 past the last feature: count the
  *                                    entries up to the first 0
  *   xLeftLocations, xRightLocations  [N] m from the start of the profile, ascending. Past the last
- *                                    feature they hold what the host gave them or what rejected
- *                                    detections left (-1.0, or a position).
+ *                                    feature they hold what the host gave them, -1.0, or the
+ *                                    position of a detection of this or an earlier pass.
  *
  * Failures (each routine ends in "joint_id_cal/joint_id/joint_id_dlldrv", which is the whole of it
  * for the first two):
@@ -1109,8 +1109,9 @@ enum {
  *     lower threshold might find some. Method 1 then reports one joint, at whatever the first
  *     location held.
  *  3. Thresholds at first: a step of 2.032 mm (method 1), 4 root mean squares below the smoothed
- *     profile (3), a deflection of 3 mm either way of a 3 m straightedge (4). A detection within
- *     0.9144 m (method 1) or 0.5 m of the one before it is the same feature.
+ *     profile (3), a deflection of 3 mm either way of a 3 m straightedge (4). A detection nearer
+ *     than 0.9144 m (method 1) or 0.5 m (methods 3 and 4) to the last feature found is the same
+ *     feature.
  *  4. The first feature is a joint, and so is every one more than 0.95 spacings behind the last
  *     joint. Those between are cracks.
  */
@@ -1133,11 +1134,12 @@ VIALTO_API int32_t VIALTO_CALL joint_id_dlldrv(const tJointIDCfg* settings, floa
  *   xJointLoc          [J] joints, m from the start of the profile, such as joint_id_dlldrv finds
  * Returned:
  *   xFault             [J] mm, positive where the slab behind stands higher. A joint nearer than
- *                      2.4384 m to either end of the profile is passed over: its entry keeps what
- *                      it held.
+ *                      2.4384 m, in whole samples, to the first or the last sample is passed over:
+ *                      its entry keeps what it held. (At an interval above 1.6256 m a joint at the
+ *                      first of several samples is not.)
  *
  * Failures (the faults of the joints before it stand, the others are untouched; each routine ends
- * in "/jntfault_drv/joint_fault_dlldrv", the first one begins with it):
+ * in "jntfault_drv/joint_fault_dlldrv", which is the whole of it for the first one):
  *   101  "profile segment for current joint is not defined properly"    a joint behind the end of
  *                                          the profile or ahead of its start
  *   101  "x or y data contains NaN"        routine "polycurvfit/joint_func/...": a sample of a slab
@@ -1147,7 +1149,9 @@ VIALTO_API int32_t VIALTO_CALL joint_id_dlldrv(const tJointIDCfg* settings, floa
  *
  * Notes:
  *  1. A straight line is fitted to each slab from 2.4384 m away up to the window. The fault is the
- *     difference of the two lines at one point about 0.15 m past the joint.
+ *     difference of the two lines h + 1 samples past the joint, h being half the whole intervals
+ *     in 0.3 m, cut to a whole number: 0.175 m past it at an interval of 0.025 m, 0.2 m at 0.1 m,
+ *     and one interval past it at any above 0.15 m.
  *  2. The diagnostic file lists the slopes of the slabs, too. That of the right slab is taken
  *     against the direction of travel, deliberately, and enters the mean slope like that.
  *

@@ -13,7 +13,7 @@ namespace vialto {
 namespace {
 
 constexpr std::int32_t line_degree = 1;
-constexpr float reading_zone = 0.3F; // m past the joint; the fault is read half-way
+constexpr float reading_zone = 0.3F; // m past the joint; the fault is read behind half of it
 constexpr float metres_per_millimetre = 0.001F;
 
 // The samples around one joint, counted from 1 as in the whole profile; both ends belong to it.
@@ -25,7 +25,8 @@ struct Stretch {
 };
 
 // Past either end of the profile the stretch shrinks to what lies on the far side of the joint, or
-// to what lies around it: shorter than needed, and told by that.
+// to what lies around it: shorter than needed, and told by that. The one exception is a joint at the
+// first sample where half a stretch is one sample: with the next one it has the two that are needed.
 Stretch stretch_around(std::int64_t joint, std::int64_t half, std::int64_t points) {
     Stretch stretch{joint - half, joint + half};
     if (stretch.start < 1) {
@@ -48,7 +49,7 @@ std::span<const float> samples_of(std::span<const float> xProfile, const Stretch
 // Where the lines are fitted and read, all counted from 1 along a stretch.
 struct Geometry {
     std::int64_t slab;    // samples at each end of the stretch that belong to a slab
-    std::int64_t reading; // the sample just past the joint at which the fault is read
+    std::int64_t reading; // the sample past the joint at which the fault is read
 };
 
 Geometry geometry_of(std::int64_t n, float xStepSize, float xJointWindow) {

@@ -26,8 +26,10 @@ struct DetectionPass {
 };
 
 // Each method, given a pass and a track, overwrites the head of the type and location arrays and
-// sets the count. Rejected detections leave a type of 0 and a location of -1.0 past the last
-// feature. The classes are those of joint_loc_screen.
+// sets the count. Past the last feature a rejected detection leaves a type of 0 and a location of
+// -1.0. One that took the place of the feature before it leaves a type of 1 and its location there,
+// deliberately, and features of earlier passes stay. A host sees those types where a later method
+// fails. The classes are those of joint_loc_screen.
 
 // Step detection: two neighbouring samples further apart than 2.032 mm. Without any, the first
 // location, as it stands, becomes a joint. Always succeeds.

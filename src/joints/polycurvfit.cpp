@@ -8,8 +8,6 @@ namespace vialto {
 
 namespace {
 
-constexpr std::string_view routine_name = "polycurvfit";
-
 // For a caller that gives none; at least two points, or none.
 std::int32_t degree_for(std::size_t points) {
     constexpr std::size_t most_points_followed = 10;
@@ -37,12 +35,13 @@ double value_at(double x, const PolynomialFit& fit, std::int32_t degree) {
 ReturnCode polycurvfit(std::span<const double> x, std::span<const double> y,
                        std::span<const double> xEval, std::span<double> yEval,
                        std::optional<std::int32_t> degree, PolynomialFit* fit) {
+    constexpr std::string_view name = "polycurvfit";
     if (!degree && x.size() == 1) {
-        return raise_failure("cannot do curve with one point", routine_name);
+        return raise_failure("cannot do curve with one point", name);
     }
     const std::int32_t used_degree = degree.value_or(degree_for(x.size()));
     if (used_degree > max_polynomial_degree) {
-        return raise_failure("degrees of polynomial exceeds 9", routine_name);
+        return raise_failure("degrees of polynomial exceeds 9", name);
     }
     PolynomialFit result;
     const std::int32_t code = fit_polynomial(x, y, used_degree, result);
@@ -50,10 +49,10 @@ ReturnCode polycurvfit(std::span<const double> x, std::span<const double> y,
         *fit = result;
     }
     if (result.left_out > 0) {
-        return raise_failure("x or y data contains NaN", routine_name);
+        return raise_failure("x or y data contains NaN", name);
     }
     if (code != polynomial_fitted) {
-        return raise_failure("error calling imsl drcurv", routine_name);
+        return raise_failure("error calling imsl drcurv", name);
     }
     for (std::size_t i = 0; i < xEval.size(); ++i) {
         yEval[i] += value_at(xEval[i], result, used_degree);

@@ -151,6 +151,8 @@ TEST(JointFault, WindowThatLeavesNoSlabFailsTheFit) {
           Case{10.0, 2400.0F, 0.1F, false}, Case{10.0, 1e30F, 0.1F, false},
           // An interval of two thirds of the reach leaves slabs of one sample.
           Case{50.0, 0.0F, 1.62F, true}, Case{50.0, 0.0F, 1.63F, false},
+          // So does the first sample with the next one, which are as many as are needed there.
+          Case{2.0, 0.0F, 2.0F, false}, Case{2.0, -2000.0F, 2.0F, true},
           // One beyond twice the reach leaves stretches of one sample, also ahead of the first.
           Case{0.0, 0.0F, 5.0F, false}, Case{0.0, -1e30F, 5.0F, false},
           Case{50.0, 0.0F, 5.0F, false}, Case{50.0, -1e30F, 5.0F, false}}) {
