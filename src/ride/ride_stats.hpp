@@ -18,6 +18,8 @@ inline constexpr std::int32_t continuous_report = 3; // one value per sample
 // An index output where no sample existed or remained. It is a value, not a failure.
 inline constexpr float hole_value = -1.0F;
 
+inline constexpr float no_base_length = 0.0F;
+
 // What the routines behind ride_stats work on.
 struct RideRequest {
     std::int32_t ifExcludeLeaveout; // 1 leaves out the samples whose flag is not 0

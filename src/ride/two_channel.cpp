@@ -73,13 +73,8 @@ ReturnCode ride2chan_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mmFil
                          std::span<const float> dataarray2,
                          std::span<const std::int32_t> exclusion_flags, float xStepSize,
                          float& xRideIndex) {
-    const RideRequest request{.ifExcludeLeaveout = ifExcludeLeaveout,
-                              .if250mmFilter = if250mmFilter,
-                              .i_reptype = normal_report,
-                              .i_rideindexsel = iRideIndex,
-                              .xDataArray = dataarray1,
-                              .iExclusionFlags = exclusion_flags,
-                              .xStepSize = xStepSize};
+    const RideRequest request{ifExcludeLeaveout, if250mmFilter,   normal_report, iRideIndex,
+                              dataarray1,        exclusion_flags, xStepSize};
     return analyse(request, dataarray2, {xRideIndex}, "ride2chan_drv");
 }
 
@@ -89,14 +84,9 @@ ReturnCode rideseg2chan_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mm
                             std::span<const std::int32_t> exclusion_flags, float xStepSize,
                             std::span<const std::int32_t> iNumSegmentPoints,
                             std::span<float> xOutput, std::span<float> xSegLength) {
-    const RideRequest request{.ifExcludeLeaveout = ifExcludeLeaveout,
-                              .if250mmFilter = if250mmFilter,
-                              .i_reptype = segmented_report,
-                              .i_rideindexsel = iRideIndex,
-                              .xDataArray = dataarray1,
-                              .iExclusionFlags = exclusion_flags,
-                              .xStepSize = xStepSize,
-                              .iNumSegmentPoints = iNumSegmentPoints};
+    const RideRequest request{ifExcludeLeaveout, if250mmFilter,  segmented_report,
+                              iRideIndex,        dataarray1,     exclusion_flags,
+                              xStepSize,         no_base_length, iNumSegmentPoints};
     float scratch_index = 0.0F;
     return analyse(request, dataarray2, {scratch_index, xOutput, xSegLength}, "rideseg2chan_drv");
 }
@@ -104,14 +94,8 @@ ReturnCode rideseg2chan_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mm
 ReturnCode ridecon2chan_drv(std::int32_t if250mmFilter, std::int32_t iRideIndex,
                             std::span<const float> dataarray1, std::span<const float> dataarray2,
                             float xStepSize, float xBaseLength, std::span<float> xOutput) {
-    const RideRequest request{.ifExcludeLeaveout = vialto_no,
-                              .if250mmFilter = if250mmFilter,
-                              .i_reptype = continuous_report,
-                              .i_rideindexsel = iRideIndex,
-                              .xDataArray = dataarray1,
-                              .iExclusionFlags = {},
-                              .xStepSize = xStepSize,
-                              .xBaseLength = xBaseLength};
+    const RideRequest request{vialto_no, if250mmFilter, continuous_report, iRideIndex, dataarray1,
+                              {},        xStepSize,     xBaseLength};
     float scratch_index = 0.0F;
     return analyse(request, dataarray2, {scratch_index, xOutput}, "ridecon2chan_drv");
 }

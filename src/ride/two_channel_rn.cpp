@@ -17,7 +17,7 @@ namespace vialto {
 
 namespace {
 
-constexpr std::string_view routine_name = "twochan_rn";
+constexpr std::string_view name = "twochan_rn";
 constexpr float highest_ride_number = 5.0F;
 constexpr float ride_number_rate = -160.0F; // per m/m of PTRN
 
@@ -69,7 +69,7 @@ ReturnCode segmented_2chan_rn(const RideRequest& request, const FilteredTracks& 
     for (std::size_t k = 0; k < request.iNumSegmentPoints.size(); ++k) {
         const std::optional<Segment> segment = walk.next();
         if (!segment) {
-            return raise_failure(segment_beyond_array, routine_name, error_code_request);
+            return raise_failure(segment_beyond_array, name, error_code_request);
         }
         if (segment->is_hole()) {
             ptrn = {0.0F, 0.0F, ptrn.actual};
@@ -117,18 +117,17 @@ ReturnCode twochan_rn(const RideRequest& request, std::span<const float> right,
                           .left = std::vector<float>(request.xDataArray.size()),
                           .right = {}};
     if (filtcon_drv(request.xDataArray, request.xStepSize, tracks.record, tracks.left) != success) {
-        return pass_failure(routine_name);
+        return pass_failure(name);
     }
     if (request.i_reptype == continuous_report) {
         // The right track has no influence here, and its filters could fail only where the left
         // track's have failed before: what they refuse are settings and lengths.
-        return continuous_2chan_rn(request, tracks, output.xOutput) == success
-                   ? success
-                   : pass_failure(routine_name);
+        return continuous_2chan_rn(request, tracks, output.xOutput) == success ? success
+                                                                               : pass_failure(name);
     }
     tracks.right.resize(right.size());
     if (filtcon_drv(right, request.xStepSize, tracks.record, tracks.right) != success) {
-        return pass_failure(routine_name);
+        return pass_failure(name);
     }
     switch (request.i_reptype) {
     case normal_report:
@@ -137,7 +136,7 @@ ReturnCode twochan_rn(const RideRequest& request, std::span<const float> right,
     case segmented_report:
         return segmented_2chan_rn(request, tracks, output);
     default:
-        return raise_failure("undefined ride index report type", routine_name, error_code_request);
+        return raise_failure("undefined ride index report type", name, error_code_request);
     }
 }
 

@@ -14,7 +14,7 @@ namespace vialto {
 
 namespace {
 
-constexpr std::string_view routine_name = "compute_wimindex";
+constexpr std::string_view name = "compute_wimindex";
 constexpr std::size_t longest_profile = 50000; // samples
 constexpr float bridging_base_length = 0.25F;  // m
 constexpr float longest_wavelength = 16.45F;   // m
@@ -52,13 +52,13 @@ ReturnCode check_report_type(std::int32_t i_reptype) {
     case continuous_report:
         return success;
     case normal_report:
-        return raise_failure("WIM error index should not be normal ride stats analysis",
-                             routine_name, error_code_request);
+        return raise_failure("WIM error index should not be normal ride stats analysis", name,
+                             error_code_request);
     case segmented_report:
-        return raise_failure("WIM error index should not be segemeted ride stats analysis",
-                             routine_name, error_code_request);
+        return raise_failure("WIM error index should not be segemeted ride stats analysis", name,
+                             error_code_request);
     default:
-        return raise_failure("i_reptype is not within range", routine_name);
+        return raise_failure("i_reptype is not within range", name);
     }
 }
 
@@ -69,11 +69,11 @@ ReturnCode compute_wimindex(const RideRequest& request, const RideOutput& output
     if (request.xDataArray.size() > longest_profile) {
         return raise_failure("Current JQV is not suitable to handle large data set. Sorry for the "
                              "inconvenience",
-                             routine_name, error_code_request);
+                             name, error_code_request);
     }
     tFiltCon bridging = bridging_settings(request.if250mmFilter);
     if (filtcon_drv(request.xDataArray, request.xStepSize, bridging, filtered) != success) {
-        return pass_failure(routine_name);
+        return pass_failure(name);
     }
     // The valid samples are taken from the start of the array, wherever their range lies in it:
     // deliberate. A window of the bridge filter that is longer than the profile leaves none.
@@ -83,7 +83,7 @@ ReturnCode compute_wimindex(const RideRequest& request, const RideOutput& output
     tFiltCon band_pass = band_pass_settings();
     if (!elevation.empty() &&
         filtcon_drv(elevation, request.xStepSize, band_pass, slope) != success) {
-        return pass_failure(routine_name);
+        return pass_failure(name);
     }
     if (check_report_type(request.i_reptype) != success) {
         return failure;
@@ -91,7 +91,7 @@ ReturnCode compute_wimindex(const RideRequest& request, const RideOutput& output
     const std::span<float> rectified = elevation; // whose samples have served
     if (postproc_conpi(request, band_pass.xPowerWeighting, slope, rectified, vialto_yes) !=
         success) {
-        return pass_failure(routine_name);
+        return pass_failure(name);
     }
     const auto shaded = output.xOutput.first(rectified.size());
     shroud(rectified, request.xStepSize, shaded, back_shroud_distance, fore_shroud_distance);
