@@ -81,8 +81,7 @@ ReturnCode compute_wimindex(const RideRequest& request, const RideOutput& output
     const std::span<float> elevation = filtered.first(static_cast<std::size_t>(valid));
     std::vector<float> slope(elevation.size());
     tFiltCon band_pass = band_pass_settings();
-    if (!elevation.empty() &&
-        filtcon_drv(elevation, request.xStepSize, band_pass, slope) != success) {
+    if (filtcon_drv(elevation, request.xStepSize, band_pass, slope) != success) {
         return pass_failure(name);
     }
     if (check_report_type(request.i_reptype) != success) {

@@ -155,6 +155,7 @@ TEST_F(RideExports, FailuresNameTheExportAloneAndLeaveTheOutputsUntouched) {
         // The length is looked at before the filters refuse the interval.
         {"wimindex", {.if250 = 2, .size = 50001, .dx = 5.0F, .left = long_road}, 100, too_large},
         {"wimindex", {.if250 = 2, .dx = 0.5F}, 101, cutoff},
+        {"wimindex", {.if250 = 2, .size = 0, .dx = 2.0F}, 101, cutoff},
         {"wimindex", {.if250 = 1, .dx = 0.0002F}, 101, "ibase .gt. mxbase"},
     };
     for (const Case& c : cases) {
