@@ -245,8 +245,9 @@ typedef struct tJointIDCfg {
  *   101  "tFiltCon%if250mmFilter is not either 1 -yes- nor 2 -no-"
  *   101  "the calculated IRI is not a number"          a profile no longer than the moving average
  *                                                      (or one interval), or a filtered slope that
- *                                                      holds a NaN, as from a NaN or an infinity in
- *                                                      the profile
+ *                                                      holds a NaN, as, within the intervals of
+ *                                                      note 3, from a NaN or an infinity in the
+ *                                                      profile
  *   With a selector that is refused xRideIndex is untouched; after the filter's own failure it is
  *   0.0, after the last one a NaN.
  *
@@ -256,7 +257,8 @@ typedef struct tJointIDCfg {
  *  2. The last 250 mm (or the last sample, without the moving average) carry no filtered slope and
  *     never count.
  *  3. Use it up to intervals of 1 m (IRI) or 0.25 m (RN): beyond, the 32-bit power series of the
- *     state transition loses its digits.
+ *     state transition loses its digits, and the result may be wrong, or infinite, without a
+ *     failure.
  *  4. The initial slope is taken over the first 11 m (IRI) or 19 m (RN) and divided by one interval
  *     too many, on purpose.
  *
@@ -426,6 +428,9 @@ VIALTO_API int32_t VIALTO_CALL ride2chan_dlldrv(int32_t ifExcludeLeaveout, int32
  *  2. A segment whose filtered slopes are all exactly 0.0 has the Ride Number -1.0, on purpose.
  *  3. MRI averages -1.0 like any number.
  *  4. The notes of rideseg_dlldrv hold here, too.
+ *  5. A NaN or an infinity in a track is no failure with the Ride Number: the segments that hold it
+ *     (or reach to within 250 mm before it) and all that follow are -1.0, with the xSegLength of
+ *     their samples.
  *
  * Reference: as for ride2chan_dlldrv.
  */
@@ -460,6 +465,9 @@ VIALTO_API int32_t VIALTO_CALL rideseg2chan_dlldrv(int32_t if250mmFilter, int32_
  *  2. The continuous Ride Number is 0.0 at the first sample. With a base length below two intervals
  *     it is not smoothed, and 0.0 behind the last valid sample, too.
  *  3. Notes 1 to 3 of ridecon_dlldrv hold here, too.
+ *  4. A NaN or an infinity in the left track is no failure with the Ride Number: from half a base
+ *     length (and the 250 mm of the moving average) before it to the end of the road, note 2 apart,
+ *     the Ride Number is 5.0.
  *
  * Reference: as for ride2chan_dlldrv.
  */
@@ -505,7 +513,10 @@ VIALTO_API int32_t VIALTO_CALL ridecon2chan_dlldrv(int32_t if250mmFilter, int32_
  *     spot shades far ahead of it in the direction of travel, and little behind it.
  *  2. A bridge filter's window longer than the profile leaves no sample: the result is 0.0
  *     everywhere.
- *  3. ridecon_dlldrv with iRideIndexType 9 and if250mmFilter in the place of iBridgingFilter is the
+ *  3. A single NaN or infinity in the profile makes the index 0.0 at every sample, and is no
+ *     failure. With bridging a NaN or a minus infinity is left out of its windows, and a plus
+ *     infinity fails in the bridge filter.
+ *  4. ridecon_dlldrv with iRideIndexType 9 and if250mmFilter in the place of iBridgingFilter is the
  *     same analysis.
  *
  * Reference: ASTM E1318 (weigh-in-motion scales); S. M. Karamihas and T. D. Gillespie, "Advancement
@@ -550,10 +561,10 @@ VIALTO_API int32_t VIALTO_CALL wimindex_dlldrv(int32_t iBridgingFilter, float xS
  *   100  "iBeginElemIdx is negative"                                  routine "psd_dll"
  *
  * Notes:
- *  1. With p the power of 2 at or above N, the lowest frequency is 1 / (xStepSize * (p - 1)); it is
- *     also the smallest step of the octave grid. The grid passes the Nyquist frequency,
- *     0.5 / xStepSize, by one point, the even one by two, or ends at 100,000 points. Its last two
- *     points have no value.
+ *  1. With p the power of 2 at or above N, the lowest frequency is 1 / (xStepSize * (p - 1)). The
+ *     octave grid begins at it and has it as its smallest step; the even grid begins at its
+ *     spacing. The grid passes the Nyquist frequency, 0.5 / xStepSize, by one point, the even one by two, or
+ *     ends at 100,000 points. Its last two points have no value.
  *  2. Element i is the mean density between the middles of the grid's spaces below and above it:
  *     arithmetic middles in the even grid, geometric ones in the octave grid. Where the grid is
  *     finer than the transform, a band that holds no bin of its own takes the value of the one

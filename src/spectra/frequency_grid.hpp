@@ -11,8 +11,9 @@ enum class GridMode { octave, linear };
 // The smallest power of 2 that is not below n; n is at least 1.
 [[nodiscard]] std::int32_t nextpow2(std::int32_t n);
 
-// The grid from the lowest frequency that a stretch of N points allows, N being at least 1, up to
-// the Nyquist frequency 0.5/dx and beyond it, by one point in octave mode and two in linear mode.
+// The grid up to the Nyquist frequency 0.5/dx and beyond it, by one point in octave mode and two in
+// linear mode. In octave mode it begins at the lowest frequency that a stretch of N points allows, N
+// being at least 1, in linear mode at its spacing.
 //
 // Given: df [cycles/m], the spacing in linear mode, raised to the lowest frequency where it is
 // below it or no number; nOct, the points per octave in octave mode, 6 standing for a value below
