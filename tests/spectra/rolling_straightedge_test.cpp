@@ -65,10 +65,11 @@ TEST(RollingStraightedge, SeesABumpAtTheMiddleAndSharesItByDistanceAtItsEnds) {
 
 TEST(RollingStraightedge, HalfLengthWithinATrifleOfAWholeNumberEndsOnSamples) {
     const std::vector<float> road = random_road(64, 0.25, 3);
-    EXPECT_EQ(Straightedge(road, 3.000004F).first, 6);
-    EXPECT_EQ(Straightedge(road, 2.999996F).first, 6);
-    EXPECT_EQ(Straightedge(road, 3.00002F).first, 7);
-    EXPECT_EQ(Straightedge(road, 2.99998F).first, 6);
+    const auto whole = Straightedge(road, 3.0F).deflection;
+    EXPECT_EQ(Straightedge(road, 3.000004F).deflection, whole);
+    EXPECT_EQ(Straightedge(road, 2.999996F).deflection, whole);
+    EXPECT_NE(Straightedge(road, 3.00002F).deflection, whole);
+    EXPECT_NE(Straightedge(road, 2.99998F).deflection, whole);
 }
 
 TEST(RollingStraightedge, RoadTooShortIsASuccessWithAnEmptyRange) {
