@@ -8,6 +8,7 @@
 
 #include "comparison/norm_cal.hpp"
 #include "comparison/preparation.hpp"
+#include "comparison/units.hpp"
 #include "numeric/rounding.hpp"
 #include "ride/ride_drv.hpp"
 

@@ -1,6 +1,7 @@
 #include "comparison/comparison_log.hpp"
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace vialto {

@@ -1,8 +1,6 @@
 // What ccfunc writes to its diagnostic file.
 #pragma once
 
-#include <cstdint>
-
 #include "comparison/sweep.hpp"
 #include "frame/diagnostic_text.hpp"
 #include "vialto/vialto.h"

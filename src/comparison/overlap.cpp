@@ -7,12 +7,13 @@
 #include <string_view>
 
 #include "comparison/norm_cal.hpp"
+#include "comparison/units.hpp"
 
 namespace vialto {
 
 namespace {
 
-constexpr std::string_view sweep_name = "cc_sweep";
+constexpr std::string_view name = "cc_sweep";
 
 constexpr float smallest_rms = std::numeric_limits<float>::epsilon(); // 1.1920929e-7
 constexpr auto smallest_variance_sum = static_cast<double>(smallest_rms);
@@ -20,10 +21,10 @@ constexpr auto smallest_variance_sum = static_cast<double>(smallest_rms);
 // The overlap never passes an end; the test is a guard.
 ReturnCode check_bounds(const ProfilePair& profiles, const Overlap& overlap) {
     if (overlap.test_first + overlap.count > std::ssize(profiles.test)) {
-        return raise_failure("test profile segment array size exceeded", sweep_name);
+        return raise_failure("test profile segment array size exceeded", name);
     }
     if (overlap.reference_first + overlap.count > std::ssize(profiles.reference)) {
-        return raise_failure("reference profile segment array size exceeded", sweep_name);
+        return raise_failure("reference profile segment array size exceeded", name);
     }
     return success;
 }
@@ -60,7 +61,7 @@ ReturnCode compute_agreement(const ProfilePair& profiles, const Overlap& overlap
         return failure;
     }
     if (check_norm_count(overlap.count, 0) != success) {
-        return pass_failure(sweep_name);
+        return pass_failure(name);
     }
     copy_stretch(profiles.reference, overlap.reference_first, overlap.count, segments.reference);
     copy_stretch(profiles.test, overlap.test_first, overlap.count, segments.test);
@@ -68,14 +69,14 @@ ReturnCode compute_agreement(const ProfilePair& profiles, const Overlap& overlap
     float x_rms_test = 0.0F;
     if (norm_cal(0, segments.reference, x_rms_base) != success ||
         norm_cal(0, segments.test, x_rms_test) != success) {
-        return pass_failure(sweep_name);
+        return pass_failure(name);
     }
     if (both_flat(x_rms_base, x_rms_test)) {
-        return raise_failure("max(x_rms_test, x_rms_base) is close to zero", sweep_name);
+        return raise_failure("max(x_rms_test, x_rms_base) is close to zero", name);
     }
     agreement.shape = shape_factor(x_rms_base, x_rms_test);
     if (sngl_croxcorr(segments.reference, segments.test, agreement.roughness) != success) {
-        return pass_failure(sweep_name);
+        return pass_failure(name);
     }
     return success;
 }

@@ -10,8 +10,6 @@
 
 namespace vialto {
 
-inline constexpr float percent = 100.0F;
-
 // The prepared profiles, both at the comparison step.
 struct ProfilePair {
     std::span<const float> reference;
@@ -52,6 +50,7 @@ struct OverlapSegments {
 //
 // Fails with the failure of norm_cal for a negative count, that of sngl_croxcorr for a count of 0
 // and, as "cc_sweep", with "max(x_rms_test, x_rms_base) is close to zero" for two flat stretches.
+// Two guards, "... profile segment array size exceeded", cannot fire on what overlap_at gives.
 [[nodiscard]] ReturnCode compute_agreement(const ProfilePair& profiles, const Overlap& overlap,
                                            OverlapSegments& segments, Agreement& agreement);
 

@@ -5,6 +5,7 @@
 #include <limits>
 #include <string_view>
 
+#include "comparison/units.hpp"
 #include "filters/filtcon.hpp"
 #include "numeric/rounding.hpp"
 
@@ -12,10 +13,10 @@ namespace vialto {
 
 namespace {
 
+constexpr std::string_view name = "prefiltering";
+
 constexpr float same_interval = std::numeric_limits<float>::epsilon(); // m; 1.1920929e-7
 
-constexpr float mm_per_m = 1000.0F;
-constexpr float m_per_mm = 0.001F;
 constexpr float largest_remainder = 0.02F; // of a quotient that counts as whole
 constexpr float smallest_step = 1.0F;      // mm
 constexpr float fallback_step = 5.08F;     // mm
@@ -25,7 +26,6 @@ constexpr float fallback_step = 5.08F;     // mm
 // n - 2, one less than the last: deliberate.
 ReturnCode filter_padded(std::span<const float> profile, float interval, tFiltCon& settings,
                          std::span<float> filtered, std::int64_t& end) {
-    constexpr std::string_view name = "prefiltering";
     std::vector<float> padded(padded_size(profile.size()));
     std::vector<float> xDataArrayPadFilt(padded.size());
     if (profpad(profile, padded) != success ||
@@ -125,7 +125,7 @@ ReturnCode prefiltering(std::span<const float> profile, std::int32_t if_padding,
     std::int64_t end = 0;
     if (if_padding == filter_unpadded) {
         if (filtcon_drv(profile, info.x_sampleinterval, settings, filtered) != success) {
-            return pass_failure("prefiltering");
+            return pass_failure(name);
         }
         end = settings.iEndElemIdx;
     } else if (filter_padded(profile, info.x_sampleinterval, settings, filtered, end) != success) {

@@ -42,7 +42,7 @@ inline constexpr std::int32_t largest_padded_profile = 715827883;
                                       tProfinfo& info, std::vector<float>& filtered);
 
 // A step of which both intervals are near-multiples [m]: the largest whole fraction of the smaller
-// one, at least 1 mm, into which the larger one goes with a remainder below 0.02, and 5.08 mm if
+// one, above 1 mm, into which the larger one goes with a remainder below 0.02, and 5.08 mm if
 // there is none. A quotient just below a whole number does not count: deliberate.
 [[nodiscard]] float upsamp_step(float first_interval, float second_interval);
 

@@ -6,12 +6,13 @@
 #include <cstddef>
 #include <vector>
 
+#include "comparison/units.hpp"
+
 namespace vialto {
 
 namespace {
 
 constexpr std::int32_t fewest_runs = 3;
-constexpr float mm_per_m = 1000.0F;
 
 using ClassLimits = std::array<float, 3>; // m; of the classes 1, 2 and 3, each included
 

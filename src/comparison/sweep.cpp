@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "comparison/sweep_estimate.hpp"
+#include "comparison/units.hpp"
 
 namespace vialto {
 

@@ -5,6 +5,8 @@
 #include <limits>
 #include <numeric>
 
+#include "comparison/units.hpp"
+
 namespace vialto {
 
 namespace {
