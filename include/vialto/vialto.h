@@ -983,16 +983,19 @@ VIALTO_API int32_t VIALTO_CALL CC_CoeffArray(int32_t* iCroxCorrPoints, tProfAnal
  *                       of the normalised stretches, -100 to 100 percent) times shape factor
  *                       (ratio of the smaller to the larger root mean square, 0 to 1)
  *   xOffsetArray        [N] offset of each place k, from 0: k x_normsampleinterval - x_offset_max,
- *                       m. Place N/2 is offset zero; before it the beginning of the test profile
- *                       is skipped, behind it that of the reference profile.
+ *                       m. At place N/2 the sections start together; before it the beginning of
+ *                       the test profile is skipped, behind it that of the reference profile. The
+ *                       label 0.0 stands there only if x_offset_max is a whole number of steps
+ *                       and x_normsampleinterval is that step.
  *   analysis            iIndexMaxCorr, the first place with the largest final coefficient (0 if
  *                       all are NaN); x_opt_..., the results at that place; x_ref_iri and
  *                       x_test_iri, the IRI of the unfiltered sections; x_iri_diff, which divides
  *                       by x_ref_iri without a guard
  *   ptrProfinfo         i_filt_leadin, i_filt_leadout
  *   xDataArrayRefFilt   [NR], if if_outputfilt is 1: the filtered and trimmed reference profile
- *                       before resampling, with zeros behind the section. Otherwise untouched, and
- *                       may be null.
+ *                       before resampling, its first sample at the front: valid up to
+ *                       i_filt_leadout, from there to i_raw_leadout what the filter left, zeros
+ *                       behind i_raw_leadout. Otherwise untouched, and may be null.
  *   xDataArrayTestFilt  [NT] the same of the test profile
  *
  * Failures (the routine is "ccfunc" for all of them):
@@ -1001,7 +1004,6 @@ VIALTO_API int32_t VIALTO_CALL CC_CoeffArray(int32_t* iCroxCorrPoints, tProfAnal
  *        and the same of the test profile
  *   100  "x_sampleinterval of the reference profile is not a positive finite number",
  *        the same of the test profile and of "x_normsampleinterval"
- *   100  "x_offset_max is not a finite number"
  *   100  "iSizeDataArrayRef is too large for padding", above 715827883 samples;
  *        the same of iSizeDataArrayTest
  *   100  "the resampled profile is too long", above 2147483647 samples
@@ -1025,9 +1027,11 @@ VIALTO_API int32_t VIALTO_CALL CC_CoeffArray(int32_t* iCroxCorrPoints, tProfAnal
  *  3. A section whose last sample lies before its first keeps no sample, and the sweep fails.
  *  4. A flat stretch beside one that is not flat gives a NaN at that offset; the optimum passes it
  *     by. An overlap of one sample is flat.
- *  5. The step is computed again from the sample intervals; x_normsampleinterval only labels the
- *     offsets.
- *  6. The diagnostic file starts with date and time and ends with a table of all offsets.
+ *  5. The step is computed again from the sample intervals; x_normsampleinterval and x_offset_max
+ *     only label the offsets, and an x_offset_max that is no finite number only spoils the labels.
+ *  6. Coefficients away from the optimum come from running sums and lie within 1e-6 of their scale
+ *     of those computed offset by offset; the optimum is exactly the one so computed.
+ *  7. The diagnostic file starts with date and time and ends with a table of all offsets.
  *
  * Reference: S. M. Karamihas, "Development of Cross Correlation for Objective Comparison of
  * Profiles", University of Michigan Transportation Research Institute, UMTRI-2002-36, 2002;

@@ -31,13 +31,9 @@ constexpr ProfileNames test_names{"iSizeDataArrayTest", "x_sampleinterval of the
                                   "i_raw_leadin of the test profile",
                                   "i_raw_leadout of the test profile"};
 
-void check_steps(ArgumentCheck& check, const tProfAnalysis& analysis,
-                 const tProfinfo* ptrProfinfo) {
+void check_intervals(ArgumentCheck& check, const tProfinfo* ptrProfinfo) {
     check.sample_interval(reference_names.interval, ptrProfinfo[0].x_sampleinterval);
     check.sample_interval(test_names.interval, ptrProfinfo[1].x_sampleinterval);
-    if (!std::isfinite(analysis.x_offset_max)) {
-        check.refuse("x_offset_max", " is not a finite number");
-    }
 }
 
 void check_profile(ArgumentCheck& check, const ProfileNames& names, const tProfinfo& info,
@@ -63,8 +59,12 @@ int32_t VIALTO_CALL CC_CoeffArray(int32_t* iCroxCorrPoints, tProfAnalysis* analy
             check.address("iCroxCorrPoints", iCroxCorrPoints);
             check.address("analysis", analysis);
             check.address("ptrProfinfo", ptrProfinfo);
-            if (!check.refused()) {
-                check_steps(check, *analysis, ptrProfinfo);
+            if (check.refused()) {
+                return;
+            }
+            check_intervals(check, ptrProfinfo);
+            if (!std::isfinite(analysis->x_offset_max)) {
+                check.refuse("x_offset_max", " is not a finite number");
             }
         },
         [&](DiagnosticText& text) {
@@ -111,7 +111,7 @@ int32_t VIALTO_CALL ccfunc(int32_t iSizeDataArrayRef, int32_t iSizeDataArrayTest
                 check.array("xDataArrayRefFilt", xDataArrayRefFilt, iSizeDataArrayRef);
                 check.array("xDataArrayTestFilt", xDataArrayTestFilt, iSizeDataArrayTest);
             }
-            check_steps(check, *analysis, ptrProfinfo);
+            check_intervals(check, ptrProfinfo);
             check.sample_interval("x_normsampleinterval", analysis->x_normsampleinterval);
             check_profile(check, reference_names, ptrProfinfo[0], iSizeDataArrayRef,
                           analysis->if_padding);

@@ -209,6 +209,26 @@ TEST(ProfileComparison, EmptySweepSucceeds) {
     }
 }
 
+TEST(ProfileComparison, LargestOffsetOnlyLabelsTheOffsets) {
+    const TemporaryDirectory directory;
+    Comparison roads;
+    ASSERT_EQ(roads.plan(), vialto_success);
+    ASSERT_EQ(roads.compare(), vialto_success);
+    const std::int32_t best = roads.analysis.iIndexMaxCorr;
+    const Road coefficients = roads.final_cc;
+    for (const float offset_max : {INFINITY, -INFINITY, NAN}) {
+        roads.analysis.x_offset_max = offset_max;
+        EXPECT_EQ(roads.compare(), vialto_success);
+        EXPECT_EQ(roads.analysis.iIndexMaxCorr, best);
+        EXPECT_EQ(roads.final_cc, coefficients);
+        if (std::isnan(offset_max)) {
+            EXPECT_TRUE(std::isnan(roads.analysis.x_opt_offset));
+        } else {
+            EXPECT_EQ(roads.analysis.x_opt_offset, -offset_max);
+        }
+    }
+}
+
 TEST(ProfileComparison, FailuresLeaveMarksOrNothing) {
     const TemporaryDirectory directory;
     enum Left { nothing, marks, sweep };
@@ -224,8 +244,6 @@ TEST(ProfileComparison, FailuresLeaveMarksOrNothing) {
          "100 2 ccfunc: i_raw_leadout of the test profile lies behind the last sample"},
         {[](Comparison& c) { c.analysis.x_normsampleinterval = 0.0F; }, nothing,
          "100 2 ccfunc: x_normsampleinterval is not a positive finite number"},
-        {[](Comparison& c) { c.analysis.x_offset_max = INFINITY; }, nothing,
-         "100 2 ccfunc: x_offset_max is not a finite number"},
         {[](Comparison& c) { c.profiles[1].tFilter.iMainFilterType = 8; }, marks,
          "101 2 ccfunc: Illegal Main filter type"},
         {[](Comparison& c) { c.profiles[0].i_raw_leadout = -5; }, marks,
