@@ -49,8 +49,7 @@ ReturnCode antismooth(std::span<const float> xProfile, float xStepSize, tFiltCon
         shift = 0;
     }
     const std::int32_t filtered_count = count - length;
-    const std::span<float> y =
-        xFiltered.first(std::min(static_cast<std::size_t>(filtered_count), xFiltered.size()));
+    const std::span<float> y = xFiltered.first(static_cast<std::size_t>(filtered_count));
     subtract_window_means(xProfile, static_cast<std::size_t>(length),
                           static_cast<std::size_t>(shift), y);
     if (settings.iOutType == idx_filtouttyp_slope) {
@@ -58,9 +57,8 @@ ReturnCode antismooth(std::span<const float> xProfile, float xStepSize, tFiltCon
     }
     settings.iBeginElemIdx = shift;
     settings.iEndElemIdx = filtered_count - 1;
-    const std::size_t cleared = std::min(static_cast<std::size_t>(shift), xFiltered.size());
-    std::fill_n(xFiltered.begin(), cleared, 0.0F);
-    std::fill(xFiltered.begin() + static_cast<std::ptrdiff_t>(y.size()), xFiltered.end(), 0.0F);
+    std::fill_n(xFiltered.begin(), shift, 0.0F);
+    std::fill(xFiltered.begin() + filtered_count, xFiltered.end(), 0.0F);
     return success;
 }
 

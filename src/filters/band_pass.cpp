@@ -1,6 +1,5 @@
 #include "filters/band_pass.hpp"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -8,6 +7,7 @@
 #include <vector>
 
 #include "filters/cascade.hpp"
+#include "filters/moving_average.hpp"
 
 namespace vialto {
 
@@ -90,14 +90,6 @@ ComplexPass backward(const ComplexSection& section) {
     return ComplexPass({std::conj(section.a), std::conj(section.b)});
 }
 
-float mean_of(std::span<const float> profile) {
-    float sum = 0.0F;
-    for (const float sample : profile) {
-        sum += sample;
-    }
-    return sum / static_cast<float>(profile.size());
-}
-
 } // namespace
 
 ReturnCode DRBWfilt(float dt, double f0, double fc, std::span<const float> xProfile,
@@ -112,7 +104,7 @@ ReturnCode DRBWfilt(float dt, double f0, double fc, std::span<const float> xProf
     if (!(high < 1.0 / (2.0 * interval))) {
         return raise_failure("high corner frequency (f0+fc) >= nyquist", name);
     }
-    const float mean = mean_of(xProfile);
+    const float mean = box_mean(xProfile);
     for (std::size_t i = 0; i < xProfile.size(); ++i) {
         signal[i] = static_cast<double>(xProfile[i] - mean);
     }
@@ -133,8 +125,7 @@ ReturnCode DRBWfilt_drv_prof(float xStepSize, float xShortWavelength, float xLon
     if (DRBWfilt(xStepSize, f0, fc, xProfile, signal) != success) {
         return pass_failure("DRBWfilt_drv_prof");
     }
-    const std::size_t written = std::min(xProfile.size(), xFiltered.size());
-    for (std::size_t i = 0; i < written; ++i) {
+    for (std::size_t i = 0; i < signal.size(); ++i) {
         xFiltered[i] = static_cast<float>(2.0 * signal[i].real());
     }
     iBegin = 1;

@@ -119,10 +119,10 @@ ReturnCode br_filt(std::span<float> y, std::int32_t& iCount, float xStepSize, fl
 
 ReturnCode bridge_filter_drv(std::span<const float> xProfile, float xStepSize, tFiltCon& settings,
                              std::span<float> xFiltered) {
-    const std::span<float> y = xFiltered.first(std::min(xProfile.size(), xFiltered.size()));
-    std::copy_n(xProfile.begin(), y.size(), y.begin());
+    std::copy(xProfile.begin(), xProfile.end(), xFiltered.begin());
     std::int32_t iCount = 0;
-    if (br_filt(y, iCount, xStepSize, settings.xShortWavelength, bridge_tolerance) != success) {
+    if (br_filt(xFiltered, iCount, xStepSize, settings.xShortWavelength, bridge_tolerance) !=
+        success) {
         return pass_failure("bridge_filter_drv");
     }
     if (settings.iOutType == idx_filtouttyp_slope) {
@@ -130,7 +130,7 @@ ReturnCode bridge_filter_drv(std::span<const float> xProfile, float xStepSize, t
     }
     settings.iBeginElemIdx = 0;
     settings.iEndElemIdx = iCount - 1;
-    std::fill(y.begin() + std::max(iCount, 0), y.end(), 0.0F);
+    std::fill(xFiltered.begin() + std::max(iCount, 0), xFiltered.end(), 0.0F);
     return success;
 }
 

@@ -1,6 +1,5 @@
 #include "filters/butterworth.hpp"
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <string_view>
@@ -188,12 +187,11 @@ ReturnCode zeb_bwfilter(std::int32_t iBWFilterType, std::int32_t iOutType, float
     } else if (low_pass) {
         run_low_pass(x, low_pass_design(dx, shortest));
     }
-    const std::span<float> y = xFiltered.first(std::min(x.size(), xFiltered.size()));
-    for (std::size_t i = 0; i < y.size(); ++i) {
-        y[i] = static_cast<float>(x[i]);
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        xFiltered[i] = static_cast<float>(x[i]);
     }
     if (iOutType == idx_filtouttyp_slope) {
-        covertslope_differences(y, xStepSize);
+        covertslope_differences(xFiltered, xStepSize);
     }
     iBegin = 1;
     iEnd = static_cast<std::int32_t>(x.size());

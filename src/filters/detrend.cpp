@@ -1,7 +1,5 @@
 #include "filters/detrend.hpp"
 
-#include <algorithm>
-#include <cstddef>
 #include <cstdint>
 
 #include "filters/slope.hpp"
@@ -13,10 +11,9 @@ ReturnCode detrend(std::span<const float> xProfile, float xStepSize, tFiltCon& s
     const auto count = static_cast<std::int32_t>(xProfile.size());
     const float slope = lrslop(xProfile); // per sample
     const float middle = static_cast<float>(count) * 0.5F;
-    const auto written = static_cast<std::int32_t>(std::min(xProfile.size(), xFiltered.size()));
     const float* const p = xProfile.data();
     float* const y = xFiltered.data();
-    for (std::int32_t i = 0; i < written; ++i) {
+    for (std::int32_t i = 0; i < count; ++i) {
         // The abscissae of the line count from 1.
         y[i] = p[i] + (middle - static_cast<float>(i + 1)) * slope;
     }

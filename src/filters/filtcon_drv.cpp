@@ -1,7 +1,6 @@
 #include "filters/filtcon.hpp"
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -16,11 +15,9 @@ namespace vialto {
 
 namespace {
 
-constexpr std::string_view routine_name = "filtcon_drv";
-
 ReturnCode copy_profile(std::span<const float> xProfile, tFiltCon& settings,
                         std::span<float> xFiltered) {
-    std::copy_n(xProfile.begin(), std::min(xProfile.size(), xFiltered.size()), xFiltered.begin());
+    std::copy(xProfile.begin(), xProfile.end(), xFiltered.begin());
     settings.iBeginElemIdx = 0;
     settings.iEndElemIdx = static_cast<std::int32_t>(xProfile.size()) - 1;
     return success;
@@ -30,6 +27,7 @@ ReturnCode copy_profile(std::span<const float> xProfile, tFiltCon& settings,
 
 ReturnCode filtcon_drv(std::span<const float> xProfile, float xStepSize, tFiltCon& settings,
                        std::span<float> xFiltered, float& xQcarStat) {
+    constexpr std::string_view name = "filtcon_drv";
     xQcarStat = 0.0F;
     ReturnCode code = success;
     switch (settings.iMainFilterType) {
@@ -56,9 +54,9 @@ ReturnCode filtcon_drv(std::span<const float> xProfile, float xStepSize, tFiltCo
         code = bridge_filter_drv(xProfile, xStepSize, settings, xFiltered);
         break;
     default:
-        return raise_failure("Illegal Main filter type", routine_name);
+        return raise_failure("Illegal Main filter type", name);
     }
-    return code == success ? success : pass_failure(routine_name);
+    return code == success ? success : pass_failure(name);
 }
 
 } // namespace vialto

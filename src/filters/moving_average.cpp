@@ -12,8 +12,6 @@ namespace vialto {
 
 namespace {
 
-constexpr std::string_view routine_name = "mvgavg";
-
 // Room for the extended profile and one place more, which the last update of the mean reads and
 // nothing uses.
 std::size_t work_size(std::size_t count, std::int32_t half) {
@@ -107,14 +105,14 @@ void mvgavg_pass(std::vector<float>& w, std::int32_t iBase, std::int32_t iHalf, 
 
 ReturnCode mvgavg(std::span<const float> xProfile, float xStepSize, tFiltCon& settings,
                   std::span<float> xFiltered) {
+    constexpr std::string_view name = "mvgavg";
     const auto count = static_cast<std::int32_t>(xProfile.size());
-    const std::size_t written = std::min(xProfile.size(), xFiltered.size());
     const bool band_pass = settings.iSubFilterType == idx_subfilttyp_bandpass;
     const bool high_pass = band_pass || settings.iSubFilterType == idx_subfilttyp_highpass;
     const bool low_pass = band_pass || settings.iSubFilterType == idx_subfilttyp_lowpass;
 
     if (low_pass && settings.xShortWavelength < 2.0F * xStepSize) {
-        std::copy_n(xProfile.begin(), written, xFiltered.begin());
+        std::copy(xProfile.begin(), xProfile.end(), xFiltered.begin());
         settings.iBeginElemIdx = 0;
         settings.iEndElemIdx = count - 1;
         return success;
@@ -123,12 +121,11 @@ ReturnCode mvgavg(std::span<const float> xProfile, float xStepSize, tFiltCon& se
     const Box high = high_pass ? box_of(settings.xLongWavelength, xStepSize) : Box{};
     if (high_pass && count <= high.iBase) {
         return raise_failure("hi-pass moving average base length is greater the sampling distance",
-                             routine_name);
+                             name);
     }
     const Box low = low_pass ? box_of(settings.xShortWavelength, xStepSize) : Box{};
     if (low_pass && count <= low.iBase) {
-        return raise_failure("moving average base length is greater the sampling distance",
-                             routine_name);
+        return raise_failure("moving average base length is greater the sampling distance", name);
     }
     std::vector<float> w;
     w.reserve(work_size(xProfile.size(), std::max({high.iHalf, low.iHalf, 0})));
@@ -139,7 +136,7 @@ ReturnCode mvgavg(std::span<const float> xProfile, float xStepSize, tFiltCon& se
     if (low_pass) {
         mvgavg_pass(w, low.iBase, low.iHalf, PassMode::low_pass);
     }
-    std::copy_n(w.begin(), written, xFiltered.begin());
+    std::copy(w.begin(), w.end(), xFiltered.begin());
     if (settings.iOutType == idx_filtouttyp_slope) {
         covertslope_differences(xFiltered, xStepSize);
     }

@@ -188,10 +188,6 @@ float start_slope(std::span<const float> profile, float xStepSize, float xInitLe
            (xStepSize * iInit);
 }
 
-void copy_profile(std::span<const float> xProfile, std::span<float> xFiltered) {
-    std::copy_n(xProfile.begin(), std::min(xProfile.size(), xFiltered.size()), xFiltered.begin());
-}
-
 } // namespace
 
 tQcarParams iri_parameters() {
@@ -235,12 +231,12 @@ ReturnCode qcar_filter(std::span<const float> xProfile, float xStepSize, float x
                        float& xQcarStat, std::int32_t& iBegin, std::int32_t& iEnd) {
     constexpr std::string_view name = "qcar_filter";
     if (parameters.xInitLength < smallest_ini_length) {
-        copy_profile(xProfile, xFiltered);
+        std::copy(xProfile.begin(), xProfile.end(), xFiltered.begin());
         return raise_failure("initialization length for IRI/PTRN should not be zero", name);
     }
     QuarterCar car{};
     if (set_up_quarter_car(xStepSize, xBase, xSlopeScale, parameters, car) != success) {
-        copy_profile(xProfile, xFiltered);
+        std::copy(xProfile.begin(), xProfile.end(), xFiltered.begin());
         return pass_failure(name);
     }
     const std::size_t filtered_count = count_slopes(car, xProfile.size());

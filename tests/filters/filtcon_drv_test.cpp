@@ -14,12 +14,10 @@ constexpr float inf = std::numeric_limits<float>::infinity();
 
 } // namespace
 
-TEST(FilterDispatch, SelectorZeroCopiesAsMuchAsTheOutputHolds) {
-    tFiltCon settings = filter_settings(idx_filttyp_none, 0, 0.0F, 0.0F);
-    std::vector<float> y(2);
-    EXPECT_EQ(filtcon_drv(std::vector<float>{1.0F, 2.0F, 3.0F}, 1.0F, settings, y), success);
-    EXPECT_EQ(y, (std::vector<float>{1.0F, 2.0F}));
-    EXPECT_EQ(Range(settings.iBeginElemIdx, settings.iEndElemIdx), Range(0, 2));
+TEST(FilterDispatch, SelectorZeroCopiesTheProfile) {
+    const FilterRun run({1.0F, 2.0F, 3.0F}, 1.0F, filter_settings(idx_filttyp_none, 0, 9.0F, 9.0F));
+    EXPECT_TRUE(run.filtered_all());
+    EXPECT_EQ(run.y, (std::vector<float>{1.0F, 2.0F, 3.0F}));
 }
 
 TEST(FilterDispatch, OnlyTheQuarterCarHasAStatistic) {
