@@ -516,7 +516,9 @@ VIALTO_API int32_t VIALTO_CALL ridecon2chan_dlldrv(int32_t if250mmFilter, int32_
  *  3. A single NaN or infinity in the profile makes the index 0.0 at every sample, and is no
  *     failure. With bridging a NaN or a minus infinity is left out of its windows, and a plus
  *     infinity fails in the bridge filter.
- *  4. ridecon_dlldrv with iRideIndexType 9 and if250mmFilter in the place of iBridgingFilter is the
+ *  4. Elevations for the bridge filter should lie within about 16 m of 0.0, beyond which 32-bit
+ *     heights are too coarse for its levels to settle: subtract a constant first.
+ *  5. ridecon_dlldrv with iRideIndexType 9 and if250mmFilter in the place of iBridgingFilter is the
  *     same analysis.
  *
  * Reference: ASTM E1318 (weigh-in-motion scales); S. M. Karamihas and T. D. Gillespie, "Advancement
@@ -1208,8 +1210,9 @@ VIALTO_API int32_t VIALTO_CALL joint_fault_dlldrv(int32_t iSizeDataArray, int32_
  *     of the profile: the shift is not undone, on purpose.
  *  2. iBeginElemIdx is h and iEndElemIdx N - L - 1: the elements before h are cleared although they
  *     could be computed, on purpose.
- *  3. A negative base length, or a NaN, gives a window without a sample, whose mean is not a
- *     number: valid elements, here 0 to N - 1, are then NaN.
+ *  3. A base length that is negative (beyond rounding), or a NaN, gives a window without a sample,
+ *     whose mean is not a number: valid elements, here 0 to N - 1, are then NaN. One between 0 and
+ *     about -1.5e-8 dx rounds to the L of 0.0.
  *  4. The diagnostic file is opened only after the analysis has succeeded. It lists, for each valid
  *     element, the distance i dx, element i of the profile and element i of the result with its
  *     sign. When it cannot be opened all outputs stay untouched, as after any other failure.

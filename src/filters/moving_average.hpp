@@ -51,6 +51,8 @@ struct Box {
     std::int32_t iHalf;
 };
 
+// The box of a base length, both in metres. The two numbers are truncated and saturate; neither is
+// positive for a length below half an interval, or one that is a NaN.
 [[nodiscard]] Box box_of(float base_length, float xStepSize);
 
 // Writes the first and the last `half` elements of p on the lines through the first and the last

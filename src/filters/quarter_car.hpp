@@ -32,12 +32,12 @@ struct tQcarParams {
 
 // iMainFilterType 2 (IRI) and 3 (RN).
 //
-// Given: a profile of N elevations, its interval [m], room for N results, iMainFilterType,
-// if250mmFilter, iOutType and, for RN, xSimuVelocity [km/h]. Returned: the filtered slope (iOutType
-// 2) or its integral (1), N values, of which the last iBase ones, iBase being the base of the
-// moving average in samples, have no slope of their own; the summary statistic (IRI: mean absolute
-// slope, RN: root mean square); iBeginElemIdx 0 and iEndElemIdx N - iBase - 1, or -1 if no sample
-// is filtered, the statistic then being a NaN.
+// Given: a profile of N elevations, its interval [m], iMainFilterType, if250mmFilter, iOutType and,
+// for RN, xSimuVelocity [km/h].
+// Returned: the filtered slope (iOutType 2) or its integral (1), N values, of which the last iBase
+// ones, iBase being the base of the moving average in samples, have no slope of their own; the
+// summary statistic (IRI: mean absolute slope, RN: root mean square); iBeginElemIdx 0 and
+// iEndElemIdx N - iBase - 1, or -1 if no sample is filtered, the statistic then being a NaN.
 //
 // Fails for a type other than 2 and 3, a switch other than 1 and 2 and, after the filter has run,
 // for an output type other than 1 and 2, which leaves the slope in xFiltered and the statistic set.
