@@ -825,9 +825,10 @@ VIALTO_API int32_t VIALTO_CALL grindsimu_dlldrv(float xStepSize, int32_t iNumGri
  *   xProfile1, xProfile2        [N] the ground profiles, m
  *   iGrindFlags                 [N] the greater of the two tracks' flags
  *
- * Failures: those of grindsimu_dlldrv, with "/grindsimu_2chan_dlldrv" behind its routine (the
- * refused number of passes names grindsimu_2chan_dlldrv alone). iGrindFlags is then untouched;
- * xProfile1 may be ground already, and a profile whose pass fails keeps the passes before it.
+ * Failures: those of grindsimu_dlldrv, with "/grindsimu_2chan_dlldrv" behind its routine; among
+ * them memory that a track's call lacks. Refused arguments, the number of passes included, name
+ * grindsimu_2chan_dlldrv alone. iGrindFlags is then untouched; xProfile1 may be ground already, and
+ * a profile whose pass fails keeps the passes before it.
  *
  * Note: each track is a whole call of grindsimu_dlldrv, with its diagnostic file; the file of the
  * second track stays, beside grindsimu_2chan_dlldrv.txt.
@@ -886,8 +887,8 @@ VIALTO_API int32_t VIALTO_CALL grindsimu_2chan_dlldrv(float xStepSize, int32_t i
  *     length (and 250 mm, with the filter) ahead of the end. A stretch that is open where the
  *     search begins counts from the first sample of the profile instead, with its length.
  *  5. A spot helps when the statistic of one sample out of specification falls by more than
- *     1.1920929e-7, in a stretch that starts no more than 50 feet ahead of it. Each spot is tried
- *     on the untouched profile, not on top of those before it.
+ *     1.1920929e-7, in a stretch that starts at most 50 feet before it, or anywhere behind its
+ *     start. Each spot is tried on the untouched profile, not on top of those before it.
  *  6. There is no diagnostic file.
  *  7. The 50 feet of note 5 are measured, for the n-th spot that is tried, to the n-th of all spots
  *     that dropping has listed, the dropped ones among them. Behind a spot that was dropped or

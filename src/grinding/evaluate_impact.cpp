@@ -15,7 +15,7 @@ namespace vialto {
 
 namespace {
 
-constexpr std::string_view routine_name = "evaluate_impact";
+constexpr std::string_view name = "evaluate_impact";
 constexpr float influence_window_feet = 50.0F;
 constexpr float feet_per_metre = 3.28F;
 
@@ -65,8 +65,8 @@ std::vector<std::uint8_t> samples_in(const std::vector<Spot>& stretches, std::si
     return marks;
 }
 
-// The first sample, from 0, of the stretches that reach to the spot: those that start no more than
-// the window ahead of it. The stretches stand in order, and so does their reach.
+// The first sample, from 0, of the stretches that reach to the spot: those that start at most
+// the window before it, or behind its start. The stretches stand in order, and so does their reach.
 std::size_t first_sample_reaching(const std::vector<Spot>& tOutOfSpec, std::int32_t iWindow,
                                   std::size_t nsamp, const Spot& spot) {
     const auto stretch =
@@ -108,7 +108,7 @@ ReturnCode evaluate_impact(const MustGrindRequest& request, std::span<const floa
     std::vector<float> xWheelPath(nsamp);
     if (filter_wheel_path(request.xProfile, request.xStepSize, request.setup.ShortWavelength,
                           xWheelPath) != success) {
-        return pass_failure(routine_name);
+        return pass_failure(name);
     }
     TrialRoad road(request, std::move(xWheelPath));
     const std::vector<std::uint8_t> in_stretch = samples_in(tOutOfSpec, nsamp);
@@ -127,7 +127,7 @@ ReturnCode evaluate_impact(const MustGrindRequest& request, std::span<const floa
         if (outcome == TrialOutcome::unknown &&
             compute_outcome(request, road.profile(), xRideBefore, in_stretch, from, outcome) !=
                 success) {
-            return pass_failure(routine_name);
+            return pass_failure(name);
         }
         if (outcome == TrialOutcome::does_not_help) {
             spot.iStatus = spot_dropped;
