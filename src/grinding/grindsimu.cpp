@@ -12,7 +12,7 @@ namespace vialto {
 
 namespace {
 
-constexpr std::string_view routine_name = "grindsimu";
+constexpr std::string_view name = "grindsimu";
 constexpr float metres_per_mm = 0.001F;
 
 // The wheels of a pass as distances from the head towards higher samples.
@@ -35,19 +35,15 @@ struct HeadRange {
     std::int64_t high;
 };
 
-HeadRange head_range(const Grinder& grinder, const GrindPass& pass, const Wheels& wheels,
-                     std::size_t samples) {
-    const bool upwards = pass.iDirection == towards_higher_samples;
-    const std::int64_t room_below = upwards ? grinder.iTrailOuter : grinder.iLeadOuter;
-    const std::int64_t room_above = upwards ? grinder.iLeadOuter : grinder.iTrailOuter;
+HeadRange head_range(const GrindPass& pass, const Wheels& wheels, std::size_t samples) {
+    constexpr std::int64_t head = 0;
     const std::int64_t last = static_cast<std::int64_t>(samples) - 1;
-    // The room for the outer wheels alone leaves an inner wheel unguarded that a small HeadPosition
-    // or a wide tandem puts to the other side of the head.
-    const auto [lowest, highest] =
-        std::minmax({std::int64_t{0}, wheels.lead_outer, wheels.lead_inner, wheels.trail_inner,
-                     wheels.trail_outer});
-    return {std::max({room_below, std::int64_t{pass.iStart}, -lowest}),
-            std::min({last - room_above, std::int64_t{pass.iEnd}, last - highest})};
+    // Of most machines the outer wheels alone decide. But a small HeadPosition or a wide tandem
+    // puts an inner wheel to the other side of the head, and a HeadPosition beyond the axles all.
+    const auto [lowest, highest] = std::minmax(
+        {head, wheels.lead_outer, wheels.lead_inner, wheels.trail_inner, wheels.trail_outer});
+    return {std::max(std::int64_t{pass.iStart}, -lowest),
+            std::min(std::int64_t{pass.iEnd}, last - highest)};
 }
 
 } // namespace
@@ -68,11 +64,11 @@ Grinder grinder_of(const tGrinderSetup& setup, float xStepSize) {
 ReturnCode grindspot(const Grinder& grinder, const GrindPass& pass, std::span<float> xProfile,
                      std::span<float> xWheelPath, std::span<std::int32_t> iGrindFlags) {
     if (pass.iDirection != towards_higher_samples && pass.iDirection != towards_lower_samples) {
-        return raise_failure("grinding direction is not defined correctly", routine_name);
+        return raise_failure("grinding direction is not defined correctly", name);
     }
     const float xDepth = pass.xDepth_mm * metres_per_mm;
     const Wheels wheels = wheels_of(grinder, pass.iDirection);
-    const HeadRange range = head_range(grinder, pass, wheels, xProfile.size());
+    const HeadRange range = head_range(pass, wheels, xProfile.size());
     const auto wheel_height = [&](std::int64_t head, std::int64_t wheel) {
         return xWheelPath[static_cast<std::size_t>(head + wheel)];
     };
@@ -109,9 +105,8 @@ ReturnCode filter_wheel_path(std::span<const float> xProfile, float xStepSize,
     settings.iOutType = idx_filtouttyp_elevation;
     settings.if250mmFilter = vialto_yes;
     settings.xShortWavelength = ShortWavelength;
-    return filtcon_drv(xProfile, xStepSize, settings, xWheelPath) == success
-               ? success
-               : pass_failure(routine_name);
+    return filtcon_drv(xProfile, xStepSize, settings, xWheelPath) == success ? success
+                                                                             : pass_failure(name);
 }
 
 ReturnCode grindsimu(float xStepSize, std::span<const tGrindSpot> tGrindSpots,

@@ -46,7 +46,7 @@ TrialOutcome RideTrial::outcome(std::span<const float> ground_profile, PlaceRang
                                 std::size_t from) {
     PlaceRange slopes{};
     const bool finite = refilter(ground_profile, cut, slopes);
-    const PlaceRange changed = extend_changed_ends(slopes);
+    const PlaceRange changed = extend_changed_start(slopes);
     const bool gained = finite && gains_anywhere(changed, from);
     std::copy(untouched_.begin() + static_cast<std::ptrdiff_t>(changed.first),
               untouched_.begin() + static_cast<std::ptrdiff_t>(changed.end),
@@ -119,15 +119,15 @@ bool RideTrial::refilter(std::span<const float> ground_profile, PlaceRange cut,
     return std::all_of(state.begin(), state.end(), [](float x) { return std::isfinite(x); });
 }
 
-// Extends trial_ anew where the lines through its outermost slopes have changed. Returns the range
-// of trial_ that differs from untouched_.
-PlaceRange RideTrial::extend_changed_ends(PlaceRange slopes) {
+// Extends trial_ anew where the line through its first slopes has changed. Returns the range of
+// trial_ that differs from untouched_, as far as the means of samples out of specification depend
+// on it: none of their boxes reaches the extension of the end.
+PlaceRange RideTrial::extend_changed_start(PlaceRange slopes) {
     const bool at_start = slopes.first < half_;
-    const bool at_end = slopes.end + half_ > means_.size();
-    if (at_start || at_end) {
+    if (at_start) {
         extend_ends(trial_, half_);
     }
-    return {at_start ? 0 : slopes.first + half_, at_end ? trial_.size() : slopes.end + half_};
+    return {at_start ? 0 : slopes.first + half_, slopes.end + half_};
 }
 
 bool RideTrial::gains_anywhere(PlaceRange changed, std::size_t from) const {

@@ -41,7 +41,8 @@ public:
     [[nodiscard]] static bool serves(const MustGrindRequest& request);
 
     // The request is served, and its statistic xRideBefore could be computed; in_stretch is not 0
-    // for the samples out of specification. The two arrays and the profile outlive the trials.
+    // for the samples out of specification, of which none lies in the last half of a base length.
+    // The two arrays and the profile outlive the trials.
     RideTrial(const MustGrindRequest& request, std::span<const float> xRideBefore,
               std::span<const std::uint8_t> in_stretch);
 
@@ -58,7 +59,7 @@ private:
                       std::vector<float>& extended) const;
     [[nodiscard]] bool refilter(std::span<const float> ground_profile, PlaceRange cut,
                                 PlaceRange& slopes);
-    [[nodiscard]] PlaceRange extend_changed_ends(PlaceRange slopes);
+    [[nodiscard]] PlaceRange extend_changed_start(PlaceRange slopes);
     [[nodiscard]] bool gains_anywhere(PlaceRange changed, std::size_t from) const;
     [[nodiscard]] bool gains_within(std::size_t first, std::span<const float> means,
                                     std::size_t from) const;
