@@ -6,7 +6,8 @@ namespace vialto {
 
 DateAndTime current_date_and_time() {
     const std::time_t now = std::time(nullptr);
-    const std::tm* local = std::localtime(&now);
+    const bool known = now != static_cast<std::time_t>(-1);
+    const std::tm* local = known ? std::localtime(&now) : nullptr;
     if (local == nullptr) {
         return {};
     }

@@ -22,7 +22,7 @@ struct DateAndTime {
     TimeOfDay time;
 };
 
-// All zero where the platform has no clock.
+// All zero where the local time cannot be had.
 [[nodiscard]] DateAndTime current_date_and_time();
 
 } // namespace vialto
