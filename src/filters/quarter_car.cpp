@@ -28,7 +28,7 @@ using Matrix = SquareMatrix<states>;
 using Vector = std::array<float, states>;
 
 // dX/dt = a X + b u: X is height and velocity of the sprung mass, then of the unsprung mass; u is
-// the profile.
+// the slope of the profile.
 struct System {
     Matrix a;
     Vector b;
