@@ -90,14 +90,6 @@ void CountScallops_call(benchmark::State& state) {
     count_samples(state);
 }
 
-void CountScallops_literal(benchmark::State& state) {
-    const std::vector<float> trace = trace_of(road(state));
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(test::literal_scallops(trace, interval, 0.0F, rules));
-    }
-    count_samples(state);
-}
-
 void pgindex_dll_call(benchmark::State& state) {
     const test::TemporaryDirectory directory;
     const std::vector<float> trace = trace_of(road(state));
@@ -123,7 +115,6 @@ BENCHMARK(pgfilter_call)->Arg(samples_a_mile)->Arg(10 * samples_a_mile);
 BENCHMARK(pgfilter_literal)->Arg(samples_a_mile);
 BENCHMARK(pgfilt_dll_call)->Arg(samples_a_mile)->Arg(10 * samples_a_mile);
 BENCHMARK(CountScallops_call)->Arg(samples_a_mile);
-BENCHMARK(CountScallops_literal)->Arg(samples_a_mile);
 BENCHMARK(pgindex_dll_call)->Arg(samples_a_mile)->Arg(10 * samples_a_mile);
 
 } // namespace

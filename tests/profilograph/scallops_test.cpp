@@ -1,136 +1,117 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <iomanip>
-#include <random>
+#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "profilograph/scallops.hpp"
-#include "support/literal_profilograph.hpp"
 
 namespace vialto::test {
 
 namespace {
 
-// Raw and final sum, then each scallop: side, samples, distances, height; of a partial one both
-// the raw and the final height.
-std::string described(const LotScallops& found, int digits = 6) {
+// To the last bit: raw and final sum, raw heights of the partial scallops at the start and the end;
+// then each scallop: type, samples, distances, height.
+std::string described(const LotScallops& found) {
+    const auto& [start, end] = found.edges;
     std::ostringstream text;
-    text << std::setprecision(digits) << found.xSumRaw << "/" << found.xSumRnd;
-    const auto unsigned_nan = [](float x) { return std::isnan(x) ? std::fabs(x) : x; };
-    const auto add = [&](std::int32_t type, const auto& s) -> std::ostream& {
-        return text << (type == scallop_above ? "up " : "down ") << s.iStart << "-" << s.iEnd << " "
-                    << s.BeginX << ".." << unsigned_nan(s.EndX) << " h";
-    };
-    const auto partial = [&](const char* name, const PartialScallop& s) {
-        if (s.iType != no_scallop) {
-            text << "; " << name;
-            add(s.iType, s) << s.xRawHt << "/" << s.xRndHt;
+    text << std::setprecision(9) << found.xSumRaw << "/" << found.xSumRnd << " " << start.xRawHt
+         << "/" << end.xRawHt;
+    const auto add = [&](const char* name, std::int32_t type, const auto& s, float height) {
+        if (type != no_scallop) {
+            text << name << type << ": " << s.iStart << "-" << s.iEnd << " " << s.BeginX << ".."
+                 << (std::isnan(s.EndX) ? std::fabs(s.EndX) : s.EndX) << " h" << height;
         }
     };
-    partial("start ", found.edges.start);
+    add("; start ", start.iType, start, start.xRndHt);
     for (const Scallop& s : found.scallops) {
-        text << "; ";
-        add(s.Type, s) << s.MxHts;
+        add("; ", s.Type, s, s.MxHts);
     }
-    partial("end ", found.edges.end);
+    add("; end ", end.iType, end, end.xRndHt);
     return text.str();
-}
-
-struct Case {
-    std::vector<float> lot;
-    std::string expected;
-    float width = 0.1F; // m
-    float round = 0.0F;
-    float height = 0.0F;
-};
-
-// With an interval of 0.5 m and the edges of the band at 2 and -2.
-void expect_scallops(const std::vector<Case>& cases, float band = 4.0F) {
-    for (const Case& c : cases) {
-        LotScallops found;
-        EXPECT_EQ(CountScallops(c.lot, 0.5F, 0.0F, {band, c.width, c.round, c.height}, found),
-                  success);
-        EXPECT_EQ(described(found), c.expected);
-    }
 }
 
 } // namespace
 
-TEST(Scallops, WholeOnesAreMeasuredFromCrossingToCrossing) {
+TEST(Scallops, AreMeasuredFromCrossingToCrossing) {
+    struct Case {
+        std::vector<float> lot;
+        std::string expected;
+        ScallopRules rules{4, 0.1F, 0, 0}; // band, width [m], rounding, height
+        float interval = 0.5F;             // m
+        float x0 = 0.0F;                   // m
+    };
     const std::vector<float> peak{0, 4, 6, 4, 0};
-    expect_scallops({
-        {{0, -4, -6, -4, 0}, "4/4; down 2-4 0.75..2.25 h4"},
-        {{0, 2, 0, -2, 0}, "0/0"}, // on the edge is inside
-        {{2, 4, 2}, "2/2; up 2-2 0.5..1.5 h2"},
-        {{0, 4, -4, 0}, "4/4; up 2-2 0.75..1.125 h2; down 3-3 1.375..1.75 h2"},
-        {peak, "4/4; up 2-4 0.75..2.25 h4", 1.5F, 0.0F, 4.0F}, // of exactly the width and height
-        {peak, "0/0", 1.51F},
-        {peak, "4/0", 0.1F, 0.0F, 4.01F}, // its raw height counts all the same
-        {peak, "4/3; up 2-4 0.75..2.25 h3", 0.1F, 3.0F},
-        {peak, "4/4; up 2-4 0.75..2.25 h4", 0.1F, -3.0F},
-        {peak, "4/4; up 2-4 0.75..2.25 h4", 0.1F, 1e-9F}, // more steps than an int32 counts
-        {{0, 2.9F, 0}, "0.9/0", 0.1F, 2.0F},
-    });
-    // By a height of one and of two machine epsilons above a band of no width.
-    expect_scallops(
-        {
-            {{0, 1.1920929e-7F, 0}, "1.19209e-07/0"},
-            {{0, 2.3841858e-7F, 0}, "2.38419e-07/2.38419e-07; up 2-2 0.5..1.5 h2.38419e-07"},
-            {{1.1920929e-7F, 0}, "0/0"},
-            {{2.3841858e-7F, 0}, "0/0; start up 1-1 0..1 h2.38419e-07/2.38419e-07"},
-        },
-        0.0F);
-}
-
-TEST(Scallops, PartialOnesReachFromTheEndsOfTheLotToTheirCrossing) {
-    expect_scallops({
-        {{6, 5, 4, 0}, "0/0; start up 1-2 0..2.5 h4/4", 3.03F}, // 0.33 of the width is 0.9999 m
-        {{6, 5, 4, 0}, "0/0", 3.04F},
-        {{6, 5, 4, 0}, "0/0; start up 1-2 0..2.5 h4/3", 0.1F, 3.0F},
-        {{6, 5, 4, 0}, "0/0", 0.1F, 0.0F, 4.5F},
-        {{-6, -5, -4, 0, 0}, "0/0; start down 1-2 0.5..2.5 h4/4"},
-        {{6, 5, 2, 0}, "0/0; start up 1-2 0..1.5 h4/4"}, // runs on over a sample on the edge
-        {{6, 5, 5, 0}, "0/0; start up 1-2 0..inf h4/4"},
-        {{6, 2, 2, 0}, "0/0; start up 1-2 0..nan h4/4"},
-        // It stops ahead of the first whole one.
-        {{6, 5, 4, 2, 4, 2, 0}, "2/2; start up 1-3 0..2 h4/4; up 5-5 2..3 h2"},
-        {{0, 4, 5, 6}, "0/0; end up 2-4 0.75..2 h4/4", 3.03F},
-        {{0, 4, 5, 6}, "0/0", 3.04F},
-        {{0, 0, -4, -5, -6}, "0/0; end down 3-5 1.25..2.5 h4/4"},
-        // It never reaches back into the last whole one.
-        {{0, 4, 2, 4}, "2/2; up 2-2 0.75..1.5 h2; end up 3-4 0.5..2 h2/2"},
-        {{0, 4, -4}, "2/2; up 2-2 0.75..1.125 h2; end down 3-3 1.375..1.5 h2/2", 0.0F},
+    const std::vector<float> edges{6, 5, 4, 0, 4, 5, 6};
+    const std::vector<float> ends{-6, -5, -4, 0, 0, -4, -5, -6};
+    const std::vector<float> hat{0.5F, 2.5F, 0.5F};
+    const std::vector<float> rough{4.2F, 3, 1.7F, -2.7F, -4.6F, 0.1F, 4.3F, 4.4F, 0.4F, 3.3F, 5.5F};
+    std::vector<float> mirrored;
+    std::transform(rough.begin(), rough.end(), std::back_inserter(mirrored), std::negate<>());
+    const Case cases[] = {
+        {{2, 4, 2, 0, -2}, "2/2 0/0; 1: 2-2 0.5..1.5 h2"}, // on the edge is inside
+        {{0, 4, -4, 0}, "4/4 0/0; 1: 2-2 0.75..1.125 h2; 2: 3-3 1.375..1.75 h2"},
+        {peak, "4/4 0/0; 1: 2-4 0.75..2.25 h4", {4, 1.5F, 0, 4}}, // just wide and high enough
+        {peak, "0/0 0/0", {4, 1.51F, 0, 0}},
+        {peak, "4/0 0/0", {4, 0.1F, 0, 4.01F}}, // its raw height counts all the same
+        {peak, "4/3 0/0; 1: 2-4 0.75..2.25 h3", {4, 0.1F, 3, 0}},
+        {peak, "4/4 0/0; 1: 2-4 0.75..2.25 h4", {4, 0.1F, -3, 0}},
+        {peak, "4/4 0/0; 1: 2-4 0.75..2.25 h4", {4, 0.1F, 1e-9F, 0}}, // 4 milliard steps
+        {{0, 2.75F, 0}, "0.75/0 0/0", {4, 0.1F, 2, 0}},
+        {{1, 3, 1}, "1/2 0/0; 1: 2-2 0.75..1.25 h2", {4, 0.1F, 2, 0}},
+        // One and two machine epsilons high.
+        {{0, 1.1920929e-7F, 0}, "1.1920929e-07/0 0/0", {0, 0, 0, 0}},
+        {{0, 0x1p-22F, 0},
+         "2.38418579e-07/2.38418579e-07 0/0; 1: 2-2 0.5..1.5 h2.38418579e-07",
+         {0, 0, 0, 0}},
+        {{1.1920929e-7F, 0}, "0/0 1.1920929e-07/0", {0, 0, 0, 0}},
+        {{0x1p-22F, 0}, "0/0 2.38418579e-07/0; start 1: 1-1 0..1 h2.38418579e-07", {0, 0, 0, 0}},
+        // 0.33 of the width is 0.9999 m and 1.0032 m.
+        {edges, "0/0 4/4; start 1: 1-2 0..2.5 h4; end 1: 5-7 2.25..3.5 h4", {4, 3.03F, 0, 0}},
+        {edges, "0/0 0/0", {4, 3.04F, 0, 0}},
+        {ends, "0/0 4/4; start 2: 1-2 0.5..2.5 h4; end 2: 6-8 2.75..4 h4"},
+        {ends, "0/0 4/4; start 2: 1-2 0.5..2.5 h3; end 2: 6-8 2.75..4 h3", {4, 0.1F, 3, 0}},
+        {ends, "0/0 4/4", {4, 0.1F, 0, 4.5F}},
+        // On over samples on the edge, along two equal samples.
+        {{6, 5, 2, 0}, "0/0 4/0; start 1: 1-2 0..1.5 h4"},
+        {{6, 5, 5, 0}, "0/0 4/0; start 1: 1-2 0..inf h4"},
+        {{6, 2, 2, 0}, "0/0 4/0; start 1: 1-2 0..nan h4"},
+        {{0, 4, 2, 5}, "2/2 0/3; 1: 2-2 0.75..1.5 h2; end 1: 3-4 0.5..2 h3"},
+        // Not into a whole one.
+        {{6, 5, 4, 2, 4, 2, 0}, "2/2 4/0; start 1: 1-3 0..2 h4; 1: 5-5 2..3 h2"},
+        {{0, 4, -4}, "2/2 0/2; 1: 2-2 0.75..1.125 h2; end 2: 3-3 1.375..1.5 h2", {4, 0, 0, 0}},
         // Without a sample before the first there is no crossing.
-        {{-6, 0, 0}, "0/0; start down 1-0 0.5..0.5 h4/4", -1.0F},
-        {{-6, -5, -4}, "0/0; start down 1-2 0.5..2.5 h4/4; end down 1-3 0.5..1.5 h4/4"},
-        {{6}, "0/0; start up 1-0 0..0.5 h4/4; end up 1-1 0..0.5 h4/4", 0.0F},
-        {{}, "0/0"},
-    });
-}
-
-TEST(Scallops, HaveTheBitsOfTheLiteralVersion) {
-    std::mt19937 generator(7);
-    const auto below = [&](std::uint32_t count) { return generator() % count; };
-    for (int run = 0; run < 20000; ++run) {
-        // Half steps, so that samples on the edge, level stretches and leaps over the band occur.
-        std::vector<float> lot(2 + below(40));
-        for (float& sample : lot) {
-            sample = 0.5F * (static_cast<float>(below(15)) - 7.0F) / (run % 2 == 0 ? 1.0F : 0.93F);
-        }
-        // The two sides of a negative band overlap: a sample may be above and below it.
-        const ScallopRules rules{0.5F * (static_cast<float>(below(11)) - 2.0F),
-                                 0.3F * (static_cast<float>(below(8)) - 1.0F),
-                                 0.4F * static_cast<float>(below(3)),
-                                 0.5F * static_cast<float>(below(3))};
-        const float x0 = 25.0F * static_cast<float>(below(2));
+        {{6}, "0/0 4/4; start 1: 1-0 0..0.5 h4; end 1: 1-1 0..0.5 h4", {4, 0, 0, 0}},
+        {{-6}, "0/0 4/4; start 2: 1-0 0.5..0.5 h4; end 2: 1-1 0.5..0.5 h4", {4, 0, 0, 0}},
+        {{}, "0/0 0/0"},
+        // Between the sides of a negative band: below for above, or at least its heights.
+        {hat, "0/0 0.5/0.5; start 2: 1-0 0.5..0.5 h0.5; end 2: 3-3 1.375..1.5 h0.5", {-2, 0, 0, 0}},
+        {hat, "0/0 0.5/0.5; start 1: 1-2 0..1.875 h0; end 1: 1-3 0..1.5 h0", {-2, 0, 0, 3}},
+        // Rounded to float32 at every step, in its order.
+        {rough,
+         "5/5 2.19999981/3.5; start 1: 1-1 2..2.85000014 h2.19999981; 2: 4-5 3.1522727..3.66595769 "
+         "h2.5999999; 1: 7-8 3.93571448..4.57999992 h2.4000001; end 1: 10-11 "
+         "4.86551762..5.30000019 h3.5",
+         {4, 0.1F, 0, 0},
+         0.3F,
+         2},
+        {mirrored,
+         "5/5 2.19999981/3.5; start 2: 1-1 2.29999995..2.85000014 h2.19999981; 1: 4-5 "
+         "3.1522727..3.66595769 h2.5999999; 2: 7-8 3.93571472..4.57999992 h2.4000001; end 2: 10-11 "
+         "4.86551714..5.30000019 h3.5",
+         {4, 0.1F, 0, 0},
+         0.3F,
+         2},
+    };
+    for (const Case& c : cases) {
         LotScallops found;
-        ASSERT_EQ(CountScallops(lot, 0.3F, x0, rules, found), success);
-        constexpr int every_bit = 9;
-        EXPECT_EQ(described(found, every_bit),
-                  described(literal_scallops(lot, 0.3F, x0, rules), every_bit));
+        EXPECT_EQ(CountScallops(c.lot, c.interval, c.x0, c.rules, found), success);
+        EXPECT_EQ(described(found), c.expected);
     }
 }
 
