@@ -1,46 +1,18 @@
-#include "fuzzed_host.hpp"
+#include "fuzz/fuzzed_host.hpp"
 
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
-#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "support/host.hpp"
 #include "support/roads.hpp"
-
-namespace {
-
-// A request of an analysis for absurdly much memory, such as a profile resampled from kilometres to
-// millimetres, is refused at once instead of being filled for minutes.
-constexpr std::size_t largest_block = std::size_t{1} << 20;
-bool within_call = false;
-
-} // namespace
-
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return within_call && size > largest_block ? nullptr : std::malloc(size);
-}
-
-void* operator new(std::size_t size) {
-    if (void* memory = operator new(size, std::nothrow); memory != nullptr) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace vialto::fuzz {
 
@@ -56,14 +28,6 @@ void promise(bool kept, const char* what) {
         std::fprintf(stderr, "broken promise: %s\n", what);
         std::abort();
     }
-}
-
-// The library's own part of a call.
-std::int32_t run(const std::function<std::int32_t(tEvent*)>& function, tEvent* event) {
-    within_call = true;
-    const std::int32_t result = function(event);
-    within_call = false;
-    return result;
 }
 
 bool is_text(std::string_view text) {
@@ -86,6 +50,16 @@ void check_event(const test::EventRecord& event) {
     promise(!event.description().starts_with("error in finding a free file unit"), summary.c_str());
 }
 
+template <class Float>
+void unite_nans(std::span<std::byte> bytes) {
+    for (std::size_t i = 0; i + sizeof(Float) <= bytes.size(); i += sizeof(Float)) {
+        Float value = 0;
+        std::memcpy(&value, &bytes[i], sizeof value);
+        value = value == value ? value : std::numeric_limits<Float>::quiet_NaN();
+        std::memcpy(&bytes[i], &value, sizeof value);
+    }
+}
+
 std::vector<float> scaled(std::vector<float> profile, float factor) {
     for (float& height : profile) {
         height *= factor;
@@ -105,72 +79,76 @@ std::vector<float> slabs(std::size_t count) {
 
 } // namespace
 
+std::int64_t FuzzedHost::in_range(std::int64_t low, std::int64_t high) {
+    const auto range = static_cast<std::uint64_t>(high - low);
+    std::uint64_t value = 0;
+    for (std::uint64_t rest = range; rest > 0 && !bytes_.empty(); rest >>= 8U) {
+        value = value << 8U | bytes_.front();
+        bytes_ = bytes_.subspan(1);
+    }
+    return low + static_cast<std::int64_t>(value % (range + 1));
+}
+
 bool FuzzedHost::seldom() {
-    return bytes_.ConsumeIntegral<std::uint8_t>() > 251;
+    return in_range(0, 255) > 251;
 }
 
 std::int32_t FuzzedHost::choice(std::int32_t count) {
-    return bytes_.ConsumeIntegralInRange<std::int32_t>(0, count - 1);
+    return static_cast<std::int32_t>(in_range(0, count - 1));
 }
 
 std::int32_t FuzzedHost::integer(std::int32_t low, std::int32_t high) {
+    const std::int64_t kind = in_range(0, 255);
+    return kind < 224 ? static_cast<std::int32_t>(in_range(low, high)) : odd_integer();
+}
+
+std::int32_t FuzzedHost::integer_of(std::initializer_list<std::int32_t> values) {
+    const std::int64_t kind = in_range(0, 255);
+    return kind < 224 ? one_of(values) : odd_integer();
+}
+
+std::int32_t FuzzedHost::odd_integer() {
     using Integers = std::numeric_limits<std::int32_t>;
-    switch (bytes_.ConsumeIntegral<std::uint8_t>() / 16) {
-    case 14:
-        return bytes_.PickValueInArray(
-            {-1, 0, Integers::min(), Integers::min() + 1, Integers::max() - 1, Integers::max()});
-    case 15:
-        return bytes_.ConsumeIntegral<std::int32_t>();
-    default:
-        return bytes_.ConsumeIntegralInRange(low, high);
+    if (one_in_two()) {
+        return static_cast<std::int32_t>(in_range(Integers::min(), Integers::max()));
     }
+    return one_of(
+        {-1, 0, Integers::min(), Integers::min() + 1, Integers::max() - 1, Integers::max()});
 }
 
 float FuzzedHost::odd_number() {
-    constexpr std::array odd{Limits::quiet_NaN(),
-                             Limits::infinity(),
-                             -Limits::infinity(),
-                             0.0F,
-                             -0.0F,
-                             Limits::denorm_min(),
-                             Limits::min(),
-                             Limits::max(),
-                             Limits::lowest(),
-                             1e-6F,
-                             -1e-6F,
-                             1.0F,
-                             -1.0F,
-                             1e6F,
-                             2147483648.0F,
-                             -2147483648.0F};
-    return bytes_.ConsumeBool() ? std::bit_cast<float>(bytes_.ConsumeIntegral<std::uint32_t>())
-                                : bytes_.PickValueInArray(odd);
+    if (one_in_two()) {
+        return std::bit_cast<float>(static_cast<std::uint32_t>(in_range(0, 0xFFFFFFFF)));
+    }
+    return one_of({Limits::quiet_NaN(), Limits::infinity(), -Limits::infinity(), 0.0F, -0.0F,
+                   Limits::denorm_min(), Limits::min(), Limits::max(), Limits::lowest(), 1e-6F,
+                   -1e-6F, 1.0F, -1.0F, 1e6F, 2147483648.0F, -2147483648.0F});
 }
 
 float FuzzedHost::number(float usual) {
-    const auto kind = bytes_.ConsumeIntegral<std::uint8_t>();
+    const std::int64_t kind = in_range(0, 255);
     if (kind < 128) {
         return usual;
     }
-    return kind < 208 ? usual * bytes_.ConsumeFloatingPointInRange(0.0F, 8.0F) : odd_number();
+    constexpr float steps = 8192.0F; // to a factor of one
+    return kind < 208 ? usual * (static_cast<float>(in_range(0, 0xFFFF)) / steps) : odd_number();
 }
 
 float FuzzedHost::sample_interval() {
-    return number(bytes_.PickValueInArray({0.025F, 0.0254F, 0.05F, 0.1F, 0.15F, 0.25F, 1.0F}));
+    return number(one_of({0.025F, 0.0254F, 0.05F, 0.1F, 0.15F, 0.25F, 1.0F}));
 }
 
 std::int32_t FuzzedHost::length() {
-    const std::int32_t usual =
-        bytes_.PickValueInArray({1000, 0, 1, 2, 3, 10, 11, 12, 40, 41, 256, 257, 2048});
-    return bytes_.ConsumeBool() ? bytes_.ConsumeIntegralInRange(0, longest_profile) : usual;
+    const std::int32_t usual = one_of({1000, 0, 1, 2, 3, 10, 11, 12, 40, 41, 256, 257, 2048});
+    return one_in_two() ? choice(longest_profile + 1) : usual;
 }
 
 std::int32_t FuzzedHost::size_of(std::int32_t count) {
-    const auto kind = bytes_.ConsumeIntegral<std::uint8_t>();
+    const std::int64_t kind = in_range(0, 255);
     if (kind < 224) {
         return count;
     }
-    return kind < 240 ? bytes_.ConsumeIntegralInRange(0, count)
+    return kind < 240 ? choice(count + 1)
                       : std::min(count, integer(std::numeric_limits<std::int32_t>::min(), 0));
 }
 
@@ -191,7 +169,8 @@ std::vector<float> FuzzedHost::profile(std::int32_t count, float per_metre) {
         profile = slabs(samples);
         break;
     default:
-        profile = test::random_road(samples, road_interval, bytes_.ConsumeIntegral<std::uint8_t>());
+        profile =
+            test::random_road(samples, road_interval, static_cast<std::uint32_t>(choice(256)));
         break;
     }
     profile = scaled(std::move(profile), number(per_metre));
@@ -203,24 +182,15 @@ std::vector<float> FuzzedHost::profile(std::int32_t count, float per_metre) {
 
 // Single samples, steps, and stretches that are flat.
 void FuzzedHost::damage(std::vector<float>& profile) {
+    const auto count = static_cast<std::int32_t>(profile.size());
     for (std::int32_t faults = choice(8); faults > 0; --faults) {
-        const auto first = bytes_.ConsumeIntegralInRange<std::size_t>(0, profile.size() - 1);
-        const auto last = bytes_.ConsumeIntegralInRange<std::size_t>(first, profile.size() - 1);
+        const std::int32_t first = choice(count);
+        const std::int32_t last = first + choice(count - first);
         const float height = number(0.01F);
-        switch (choice(3)) {
-        case 0:
-            profile[first] = height;
-            break;
-        case 1:
-            for (std::size_t i = first; i <= last; ++i) {
-                profile[i] += height;
-            }
-            break;
-        default:
-            for (std::size_t i = first; i <= last; ++i) {
-                profile[i] = height;
-            }
-            break;
+        const std::int32_t kind = choice(3);
+        for (std::int32_t i = first; i <= (kind == 0 ? first : last); ++i) {
+            float& sample = profile[static_cast<std::size_t>(i)];
+            sample = kind == 1 ? sample + height : height;
         }
     }
 }
@@ -235,30 +205,34 @@ std::vector<std::int32_t> FuzzedHost::integers(std::int32_t count, std::int32_t 
     return values;
 }
 
-void* FuzzedHost::block(std::span<const std::byte> content, bool given) {
+void* FuzzedHost::block(std::span<const std::byte> content, Kind kind) {
     if (seldom()) {
         return nullptr;
     }
     const std::vector<std::byte> copy(content.begin(), content.end());
-    blocks_.push_back({copy, copy, {}, given});
+    blocks_.push_back({copy, copy, {}, kind});
     return blocks_.back().memory.data();
 }
 
-std::int32_t FuzzedHost::call(const std::function<std::int32_t(tEvent*)>& function) {
+std::int32_t FuzzedHost::call(const Function& function) {
     test::EventRecord event;
     const bool with_event = !seldom();
-    const std::int32_t result = run(function, with_event ? static_cast<tEvent*>(event) : nullptr);
+    const std::int32_t result =
+        caller_.call(function, with_event ? static_cast<tEvent*>(event) : nullptr);
 
     promise(result == vialto_success || result == vialto_failure, "the result is 1 or 3");
     const bool reported = with_event && result == vialto_failure;
     promise(reported || event.untouched(), "the event is written on failure only");
     if (reported) {
         check_event(event);
+        const std::string summary = event.summary();
+        caller_.see(std::as_bytes(std::span(summary)));
     }
     const bool refused = reported && is_refusal(event.description());
     for (const Block& block : blocks_) {
-        promise(!block.given || block.memory == block.before, "inputs are only read");
+        promise(block.kind != Kind::given || block.memory == block.before, "inputs are only read");
         promise(!refused || block.memory == block.before, "a refused call writes no output");
+        show(block);
     }
     if (seldom()) {
         repeat(function, result);
@@ -270,22 +244,28 @@ std::int32_t FuzzedHost::call(const std::function<std::int32_t(tEvent*)>& functi
 }
 
 // Nothing is kept from one call to the next: the same call gives the same bytes again.
-void FuzzedHost::repeat(const std::function<std::int32_t(tEvent*)>& function, std::int32_t result) {
+void FuzzedHost::repeat(const Function& function, std::int32_t result) {
     for (Block& block : blocks_) {
         block.after = block.memory;
         std::copy(block.before.begin(), block.before.end(), block.memory.begin());
     }
-    promise(run(function, nullptr) == result, "the same call has the same result");
+    promise(caller_.call(function, nullptr) == result, "the same call has the same result");
     for (const Block& block : blocks_) {
         promise(block.memory == block.after, "the same call gives the same outputs");
     }
 }
 
-} // namespace vialto::fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
-    static const vialto::test::TemporaryDirectory directory;
-    vialto::fuzz::FuzzedHost host(bytes, count);
-    vialto::fuzz::run_family(host);
-    return 0;
+// NaNs differ in sign and payload from processor to processor; all are shown as one.
+void FuzzedHost::show(const Block& block) {
+    std::vector<std::byte> output = block.memory;
+    if (block.kind == Kind::floats) {
+        unite_nans<float>(output);
+    } else if (block.kind == Kind::doubles) {
+        unite_nans<double>(output);
+    }
+    if (block.kind != Kind::given) {
+        caller_.see(output);
+    }
 }
+
+} // namespace vialto::fuzz

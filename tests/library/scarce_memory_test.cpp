@@ -2,11 +2,10 @@
 // crash, and the next call is served.
 #include <gtest/gtest.h>
 
-#include <cstddef>
 #include <string>
+#include <string_view>
 
-#include "library/corpus.hpp"
-#include "library/rationed_memory.hpp"
+#include "library/request_rows.hpp"
 #include "support/host.hpp"
 
 namespace vialto::test {
@@ -14,23 +13,23 @@ namespace {
 
 // Grants each call of the library so many allocations and no more, and takes note of the results:
 // "1" and "3" of calls that were served, "m" of those that ended for want of memory.
-class ScarceHost : public Host {
+class ScarceCaller : public fuzz::Caller {
 public:
-    explicit ScarceHost(long allocations) : allocations_(allocations) {}
+    explicit ScarceCaller(long allocations) : allocations_(allocations) {}
 
-    void call(const std::function<std::int32_t(tEvent*)>& function) override {
-        EventRecord event;
-        refused = false;
-        granted = allocations_;
+    std::int32_t call(const fuzz::Function& function, tEvent* event) override {
+        fuzz::ration = {.holds = true, .allocations = allocations_};
         const std::int32_t result = function(event);
-        granted = -1;
+        const bool refused = fuzz::ration.refused;
+        fuzz::ration = {};
         starved_ = starved_ || refused;
-        const bool for_memory =
-            result == vialto_failure && event.description() == "not enough memory for the analysis";
-        EXPECT_TRUE(!for_memory || (refused && event.error_code() == 100));
+        const bool for_memory = result == vialto_failure && event != nullptr &&
+                                std::string_view(event->description, sizeof event->description)
+                                    .starts_with("not enough memory for the analysis ");
+        EXPECT_TRUE(!for_memory || (refused && event->error_code == 100));
         results_ += for_memory ? "m" : std::to_string(result);
+        return result;
     }
-    void see(std::span<const unsigned char>) override {}
     [[nodiscard]] bool starved() const { return starved_; }
     [[nodiscard]] const std::string& results() const { return results_; }
 
@@ -40,10 +39,12 @@ private:
     std::string results_;
 };
 
-std::string results_with(long allocations, const Request& request) {
-    ScarceHost host(allocations);
+ScarceCaller run(const fuzz::Request& request, std::uint32_t number, long allocations) {
+    ScarceCaller caller(allocations);
+    const auto bytes = bytes_of_request(number);
+    fuzz::FuzzedHost host(bytes, caller);
     request.run(host);
-    return host.results();
+    return caller;
 }
 
 // A refused allocation ends the analysis, but for that of the path of a diagnostic file that cannot
@@ -60,19 +61,20 @@ bool as_served_or_for_memory(const std::string& results, const std::string& serv
 TEST(ScarceMemory, IsAnEventAtEveryAllocationAndTheNextCallIsServed) {
     constexpr long plenty = -1;
     const TemporaryDirectory directory;
-    for (const Request& request : corpus()) {
+    for (const fuzz::Request& request : all_requests()) {
         SCOPED_TRACE(request.function);
-        const std::string served = results_with(plenty, request);
-        for (long allocations = 0;; ++allocations) {
-            ASSERT_LT(allocations, 10000);
-            ScarceHost scarce(allocations);
-            request.run(scarce);
-            EXPECT_TRUE(as_served_or_for_memory(scarce.results(), served)) << allocations;
-            if (!scarce.starved()) {
-                break;
+        for (std::uint32_t number = 0; number < 12; number += 2) {
+            const ScarceCaller rich = run(request, number, plenty);
+            bool starved = !rich.starved(); // by a block too large for any ration
+            for (long allocations = 0; starved; ++allocations) {
+                ASSERT_LT(allocations, 10000);
+                const ScarceCaller scarce = run(request, number, allocations);
+                EXPECT_TRUE(as_served_or_for_memory(scarce.results(), rich.results()))
+                    << allocations;
+                starved = scarce.starved();
             }
+            EXPECT_EQ(run(request, number, plenty).results(), rich.results());
         }
-        EXPECT_EQ(results_with(plenty, request), served);
     }
 }
 

@@ -1,5 +1,5 @@
 // Power spectral density and rolling straightedge.
-#include "fuzzed_host.hpp"
+#include "fuzz/requests.hpp"
 
 #include <algorithm>
 
@@ -47,13 +47,9 @@ void straightedge(FuzzedHost& host) {
 
 } // namespace
 
-void run_family(FuzzedHost& host) {
-    switch (host.choice(2)) {
-    case 0:
-        return spectrum(host);
-    default:
-        return straightedge(host);
-    }
+std::span<const Request> spectra_requests() {
+    static constexpr Request requests[] = {{"psd_dll", spectrum}, {"rse_dlldrv", straightedge}};
+    return requests;
 }
 
 } // namespace vialto::fuzz

@@ -1,5 +1,5 @@
 // Joints and their faulting, and the small ones: anti-smoothing and histogram.
-#include "fuzzed_host.hpp"
+#include "fuzz/requests.hpp"
 
 #include <algorithm>
 
@@ -78,17 +78,12 @@ void histogram(FuzzedHost& host) {
 
 } // namespace
 
-void run_family(FuzzedHost& host) {
-    switch (host.choice(4)) {
-    case 0:
-        return identification(host);
-    case 1:
-        return faulting(host);
-    case 2:
-        return anti_smoothing(host);
-    default:
-        return histogram(host);
-    }
+std::span<const Request> joints_requests() {
+    static constexpr Request requests[] = {{"joint_id_dlldrv", identification},
+                                           {"joint_fault_dlldrv", faulting},
+                                           {"antismth_dlldrv", anti_smoothing},
+                                           {"histgrm_dlldrv", histogram}};
+    return requests;
 }
 
 } // namespace vialto::fuzz

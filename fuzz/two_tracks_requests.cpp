@@ -1,5 +1,5 @@
 // Ride indices of two tracks, and the WIM error index.
-#include "fuzzed_host.hpp"
+#include "fuzz/requests.hpp"
 
 namespace vialto::fuzz {
 
@@ -31,7 +31,7 @@ void segments(FuzzedHost& host) {
     const float interval = host.sample_interval();
     const std::int32_t segment_count = host.choice(40);
     const std::int32_t size = host.size_of(count);
-    const std::int32_t* points = host.given(host.integers(segment_count, count / 8, count));
+    const std::int32_t* points = host.given(host.integers(segment_count, count / 40, count / 20));
     float* index = host.returned<float>(segment_count);
     float* lengths = host.returned<float>(segment_count);
     const std::int32_t named = host.size_of(segment_count);
@@ -72,17 +72,12 @@ void wim_index(FuzzedHost& host) {
 
 } // namespace
 
-void run_family(FuzzedHost& host) {
-    switch (host.choice(4)) {
-    case 0:
-        return ride(host);
-    case 1:
-        return segments(host);
-    case 2:
-        return continuous(host);
-    default:
-        return wim_index(host);
-    }
+std::span<const Request> two_tracks_requests() {
+    static constexpr Request requests[] = {{"ride2chan_dlldrv", ride},
+                                           {"rideseg2chan_dlldrv", segments},
+                                           {"ridecon2chan_dlldrv", continuous},
+                                           {"wimindex_dlldrv", wim_index}};
+    return requests;
 }
 
 } // namespace vialto::fuzz

@@ -1,5 +1,5 @@
 // Trace of the profilograph, and its index. Heights are millimetres.
-#include "fuzzed_host.hpp"
+#include "fuzz/requests.hpp"
 
 #include <algorithm>
 
@@ -35,8 +35,8 @@ std::vector<tPGLot> lots(FuzzedHost& host, std::int32_t count, std::int32_t samp
     std::vector<tPGLot> lots(static_cast<std::size_t>(count));
     std::int32_t first = 0;
     for (tPGLot& lot : lots) {
-        lot.iStart = host.integer(first, samples);
-        lot.iEnd = host.integer(first + samples / (count + 1), 2 * samples);
+        lot.iStart = host.integer(first, first + 1);
+        lot.iEnd = host.integer(first, first + samples / count);
         first = std::clamp(lot.iEnd, 0, samples);
     }
     return lots;
@@ -70,13 +70,9 @@ void index(FuzzedHost& host) {
 
 } // namespace
 
-void run_family(FuzzedHost& host) {
-    switch (host.choice(2)) {
-    case 0:
-        return trace(host);
-    default:
-        return index(host);
-    }
+std::span<const Request> profilograph_requests() {
+    static constexpr Request requests[] = {{"pgfilt_dll", trace}, {"pgindex_dll", index}};
+    return requests;
 }
 
 } // namespace vialto::fuzz

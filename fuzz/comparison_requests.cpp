@@ -1,6 +1,6 @@
 // Comparison of two profiles, as hosts do it: first the number of offsets, then the sweep. And the
 // repeatability of an instrument.
-#include "fuzzed_host.hpp"
+#include "fuzz/requests.hpp"
 
 #include <algorithm>
 
@@ -28,7 +28,7 @@ tFiltCon filter(FuzzedHost& host) {
 
 tProfinfo profile_info(FuzzedHost& host, std::int32_t samples) {
     return {host.integer(0, samples / 2),
-            host.integer(std::max(samples - 1, 0), samples),
+            host.integer(std::max(samples - 4, 0), samples),
             -7,
             -7,
             host.sample_interval(),
@@ -86,13 +86,9 @@ void repeatability(FuzzedHost& host) {
 
 } // namespace
 
-void run_family(FuzzedHost& host) {
-    switch (host.choice(8)) { // the comparison has by far the more to it
-    case 7:
-        return repeatability(host);
-    default:
-        return compare(host);
-    }
+std::span<const Request> comparison_requests() {
+    static constexpr Request requests[] = {{"ccfunc", compare}, {"pcbia_dlldrv", repeatability}};
+    return requests;
 }
 
 } // namespace vialto::fuzz

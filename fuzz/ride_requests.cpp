@@ -1,14 +1,19 @@
 // Ride indices of one track.
-#include "fuzzed_host.hpp"
+#include "fuzz/requests.hpp"
 
 namespace vialto::fuzz {
 
 namespace {
 
+std::int32_t any_selector(FuzzedHost& host) {
+    return host.integer_of({idx_ridests_IRI, idx_ridests_RN, idx_ridests_IRI, idx_ridests_RN,
+                            idx_ridests_WIM, idx_ridests_TwoRN, idx_ridests_HRI});
+}
+
 void ride(FuzzedHost& host) {
     const std::int32_t exclude = host.integer(vialto_yes, vialto_no);
     const std::int32_t filter = host.integer(vialto_yes, vialto_no);
-    const std::int32_t selector = host.integer(idx_ridests_IRI, idx_ridests_WIM);
+    const std::int32_t selector = any_selector(host);
     const std::int32_t count = host.length();
     const float* profile = host.given(host.profile(count));
     const std::int32_t* flags = host.given(host.integers(count, 0, 1));
@@ -22,13 +27,13 @@ void ride(FuzzedHost& host) {
 
 void segments(FuzzedHost& host) {
     const std::int32_t filter = host.integer(vialto_yes, vialto_no);
-    const std::int32_t selector = host.integer(idx_ridests_IRI, idx_ridests_WIM);
+    const std::int32_t selector = any_selector(host);
     const std::int32_t count = host.length();
     const float* profile = host.given(host.profile(count));
     const float interval = host.sample_interval();
     const std::int32_t segment_count = host.choice(40);
     const std::int32_t size = host.size_of(count);
-    const std::int32_t* points = host.given(host.integers(segment_count, count / 8, count));
+    const std::int32_t* points = host.given(host.integers(segment_count, count / 40, count / 20));
     float* index = host.returned<float>(segment_count);
     float* lengths = host.returned<float>(segment_count);
     const std::int32_t named = host.size_of(segment_count);
@@ -40,7 +45,7 @@ void segments(FuzzedHost& host) {
 
 void continuous(FuzzedHost& host) {
     const std::int32_t filter = host.integer(vialto_yes, vialto_no);
-    const std::int32_t selector = host.integer(idx_ridests_IRI, idx_ridests_WIM);
+    const std::int32_t selector = any_selector(host);
     const std::int32_t count = host.length();
     const float* profile = host.given(host.profile(count));
     const float interval = host.sample_interval();
@@ -54,15 +59,10 @@ void continuous(FuzzedHost& host) {
 
 } // namespace
 
-void run_family(FuzzedHost& host) {
-    switch (host.choice(3)) {
-    case 0:
-        return ride(host);
-    case 1:
-        return segments(host);
-    default:
-        return continuous(host);
-    }
+std::span<const Request> ride_requests() {
+    static constexpr Request requests[] = {
+        {"ride_dlldrv", ride}, {"rideseg_dlldrv", segments}, {"ridecon_dlldrv", continuous}};
+    return requests;
 }
 
 } // namespace vialto::fuzz

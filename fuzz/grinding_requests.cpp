@@ -1,5 +1,5 @@
 // The grinder, and the stretches that must be ground.
-#include "fuzzed_host.hpp"
+#include "fuzz/requests.hpp"
 
 #include <algorithm>
 #include <iterator>
@@ -29,7 +29,8 @@ std::vector<tGrindSpot> spots(FuzzedHost& host, std::int32_t count, std::int32_t
     return spots;
 }
 
-void grind(FuzzedHost& host, bool two_tracks) {
+template <bool two_tracks>
+void grind(FuzzedHost& host) {
     const std::int32_t count = host.length();
     const float interval = host.sample_interval();
     const tGrinderSetup* setup = host.given(machine(host));
@@ -52,8 +53,11 @@ void grind(FuzzedHost& host, bool two_tracks) {
     });
 }
 
-tMustGrindCfg settings(FuzzedHost& host, std::int32_t first_selector) {
-    return {host.integer(first_selector, idx_ridests_WIM),
+tMustGrindCfg settings(FuzzedHost& host, bool two_tracks) {
+    return {two_tracks ? host.integer_of({idx_ridests_HRI, idx_ridests_MRI, idx_ridests_2ChanRN,
+                                          idx_ridests_IRI})
+                       : host.integer_of({idx_ridests_IRI, idx_ridests_RN, idx_ridests_IRI,
+                                          idx_ridests_TwoRN, idx_ridests_WIM}),
             host.integer(vialto_yes, vialto_no),
             host.number(0.002F),
             host.number(7.62F),
@@ -63,11 +67,11 @@ tMustGrindCfg settings(FuzzedHost& host, std::int32_t first_selector) {
             host.number(1.0F)};
 }
 
-void must_grind(FuzzedHost& host, bool two_tracks) {
+template <bool two_tracks>
+void must_grind(FuzzedHost& host) {
     const std::int32_t count = host.length();
     const float interval = host.sample_interval();
-    tMustGrindCfg* cfg =
-        host.record(settings(host, two_tracks ? idx_ridests_HRI : idx_ridests_IRI));
+    tMustGrindCfg* cfg = host.record(settings(host, two_tracks));
     const tGrinderSetup* setup = host.given(machine(host));
     const std::int32_t size = host.size_of(count);
     const float* left = host.given(host.profile(count));
@@ -86,17 +90,12 @@ void must_grind(FuzzedHost& host, bool two_tracks) {
 
 } // namespace
 
-void run_family(FuzzedHost& host) {
-    switch (host.choice(4)) {
-    case 0:
-        return grind(host, false);
-    case 1:
-        return grind(host, true);
-    case 2:
-        return must_grind(host, false);
-    default:
-        return must_grind(host, true);
-    }
+std::span<const Request> grinding_requests() {
+    static constexpr Request requests[] = {{"grindsimu_dlldrv", grind<false>},
+                                           {"grindsimu_2chan_dlldrv", grind<true>},
+                                           {"mustgrind_dlldrv", must_grind<false>},
+                                           {"mustgrind_2chan_dlldrv", must_grind<true>}};
+    return requests;
 }
 
 } // namespace vialto::fuzz
