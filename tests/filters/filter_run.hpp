@@ -1,9 +1,11 @@
 // One call of filtcon_drv with everything that it leaves behind.
 #pragma once
 
-#include <cstdint>
+#include <cmath>
+#include <iomanip>
+#include <limits>
+#include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "filters/filtcon.hpp"
@@ -11,48 +13,55 @@
 
 namespace vialto::test {
 
-using Range = std::pair<std::int32_t, std::int32_t>; // first and last valid element
+using Road = std::vector<float>;
 
-inline constexpr std::int32_t untouched_index = -9;
-inline constexpr Range untouched_range{untouched_index, untouched_index};
+inline constexpr float inf = std::numeric_limits<float>::infinity();
+inline constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 inline constexpr float untouched_sample = -7.5F;
 
-[[nodiscard]] inline tFiltCon filter_settings(std::int32_t main_type, std::int32_t sub_type,
-                                              float longest, float shortest,
-                                              std::int32_t out_type = idx_filtouttyp_elevation) {
-    tFiltCon settings{};
-    settings.iMainFilterType = main_type;
-    settings.iSubFilterType = sub_type;
-    settings.iOutType = out_type;
-    settings.if250mmFilter = vialto_yes;
-    settings.xSimuVelocity = 70.0F;
-    settings.xLongWavelength = longest;
-    settings.xShortWavelength = shortest;
-    settings.iBeginElemIdx = untouched_index;
-    settings.iEndElemIdx = untouched_index;
-    return settings;
-}
+struct Filter {
+    std::int32_t main_type;
+    std::int32_t sub_type = idx_subfilttyp_none;
+    float longest = 9.0F; // in intervals, as is the next
+    float shortest = 9.0F;
+    std::int32_t out_type = idx_filtouttyp_elevation;
+    std::int32_t if250mmFilter = vialto_yes;
+    float interval = 0.125F; // m
+};
 
 struct FilterRun {
-    std::vector<float> y;
-    Range range;
+    Road y;
+    tFiltCon record{};
     float statistic = untouched_sample;
     std::string event; // empty after a success
 
-    FilterRun(const std::vector<float>& profile, float interval, tFiltCon settings)
-        : y(profile.size(), untouched_sample) {
+    FilterRun(const Road& profile, const Filter& f) : y(profile.size(), untouched_sample) {
+        const float longest = f.longest * f.interval;
+        const float shortest = f.shortest * f.interval;
+        record = {f.main_type, f.sub_type, f.out_type, f.if250mmFilter,
+                  0.0F,        longest,    shortest,   70.0F,
+                  0.0F,        -9,         -9};
         reset_event();
-        (void)filtcon_drv(profile, interval, settings, y, statistic);
-        range = {settings.iBeginElemIdx, settings.iEndElemIdx};
+        (void)filtcon_drv(profile, f.interval, record, y, statistic);
         event = summary_of_current_event();
     }
 
-    [[nodiscard]] bool wrote_nothing() const {
-        return y == std::vector<float>(y.size(), untouched_sample) && range == untouched_range;
+    // "0 to 2" for the range of the valid elements.
+    [[nodiscard]] std::string range() const {
+        return std::to_string(record.iBeginElemIdx) + " to " + std::to_string(record.iEndElemIdx);
     }
-    // Succeeded, with the whole profile valid.
-    [[nodiscard]] bool filtered_all() const {
-        return event.empty() && range == Range{0, static_cast<std::int32_t>(y.size()) - 1};
+    // "0 to 2: 1.5 nan 3", after a failure with the event before it; the event alone if nothing
+    // was written.
+    [[nodiscard]] std::string outcome() const {
+        if (range() == "-9 to -9" && y == Road(y.size(), untouched_sample)) {
+            return event;
+        }
+        std::ostringstream text;
+        text << event << std::setprecision(9) << (event.empty() ? "" : " ") << range() << ":";
+        for (const float value : y) {
+            text << " " << (std::isnan(value) ? std::fabs(nan) : value);
+        }
+        return text.str();
     }
 };
 

@@ -16,13 +16,7 @@ namespace vialto::test {
                                                         std::size_t base, std::size_t half,
                                                         bool high_pass);
 
-// Anti-smoothing with a window of `length` samples, as far as there are samples for it: element i,
-// from 1, is sample i + `shift` less the mean of the samples i + 1 to i + `length`.
-[[nodiscard]] std::vector<float> literal_anti_smoothing(std::span<const float> profile,
-                                                        std::size_t length, std::size_t shift);
-
-// The third-order Butterworth high-pass and low-pass, each pass of each section on its own, in
-// 64-bit. Wavelengths are cutoffs in metres.
+// The third-order Butterworth filters, each pass of each section on its own; cutoffs in metres.
 [[nodiscard]] std::vector<double> literal_butterworth_high_pass(std::vector<double> profile,
                                                                 float interval, float wavelength);
 [[nodiscard]] std::vector<double> literal_butterworth_low_pass(std::vector<double> profile,

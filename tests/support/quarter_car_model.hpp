@@ -1,7 +1,8 @@
-// Two independent roads to the quarter car: a plain model in 64-bit arithmetic with its analytic
-// gain, and the recursion in 32-bit arithmetic written down literally, matrix by matrix.
+// Two independent roads to the quarter car: a plain model in 64-bit arithmetic, and the recursion
+// in 32-bit arithmetic written down literally, matrix by matrix.
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <vector>
 
@@ -24,11 +25,6 @@ inline constexpr QuarterCar rn_car{19.0, 5120.0, 390.0, 17.0, 0.036, 80.46};
 [[nodiscard]] std::vector<double> filtered_slope(const QuarterCar& car,
                                                  std::span<const float> profile, double interval,
                                                  std::size_t base);
-
-// Ratio of the amplitude of the steady filtered slope to that of the slope of a sinusoid, moving
-// average and sampling included.
-[[nodiscard]] double steady_gain(const QuarterCar& car, double wavelength, double interval,
-                                 std::size_t base);
 
 // The filtered slope in float32, zero tail included, and the summary statistic, with exponent 1
 // or 2.
