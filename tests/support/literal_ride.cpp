@@ -12,41 +12,32 @@ namespace vialto::test {
 std::vector<float> literal_continuous(std::int32_t selector, std::span<const float> profile,
                                       float interval, float base_length) {
     const bool is_iri = selector == idx_ridests_IRI;
-    const int base = static_cast<int>(0.25F / interval + 0.5F);
-    std::vector<float> statistic =
-        literal_filter(is_iri ? iri_car : rn_car, profile, interval, base, is_iri ? 1.0F : 2.0F)
-            .filtered;
-    for (float& value : statistic) {
+    const int window = static_cast<int>(0.25F / interval + 0.5F);
+    std::vector<float> mean =
+        literal_filter(is_iri ? iri_car : rn_car, profile, interval, window, 1.0F).filtered;
+    for (float& value : mean) {
         value = is_iri ? std::fabs(value) : value * value;
     }
     const float samples = base_length / interval;
     if (static_cast<int>(samples) > 1) {
-        statistic = literal_moving_average(statistic, static_cast<std::size_t>(samples + 0.5F),
-                                           static_cast<std::size_t>(samples * 0.5F + 0.5F),
-                                           /*high_pass=*/false);
+        mean = literal_moving_average(mean, static_cast<std::size_t>(samples + 0.5F),
+                                      static_cast<std::size_t>(samples * 0.5F + 0.5F), false);
     }
-    for (float& value : statistic) {
-        if (!is_iri) {
-            value = value > 0.0F ? std::sqrt(value) : 0.0F;
-        }
+    for (float& value : mean) {
+        value = is_iri ? value : std::sqrt(value > 0.0F ? value : 0.0F);
     }
-    return statistic;
+    return mean;
 }
 
 std::vector<float> literal_shroud(std::span<const float> x, float dx, float xBackDist,
                                   float xForeDist) {
-    const auto n = static_cast<std::int32_t>(x.size());
-    const auto sample = [&](std::int32_t i) { return x[static_cast<std::size_t>(i)]; };
     std::vector<float> y(x.begin(), x.end());
-    for (std::int32_t i = 0; i < n; ++i) {
-        float& largest = y[static_cast<std::size_t>(i)];
-        for (std::int32_t j = 0; j < n; ++j) {
-            const float exponent = j < i ? static_cast<float>(j - i) * dx / xBackDist
-                                         : static_cast<float>(i - j) * dx / xForeDist;
-            const float c = static_cast<float>(std::exp(static_cast<double>(exponent))) * sample(j);
-            if (j != i && c > largest) {
-                largest = c;
-            }
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        for (std::size_t j = 0; j < x.size(); ++j) {
+            const auto distance = static_cast<float>(j < i ? i - j : j - i);
+            const float exponent = -distance * dx / (j < i ? xBackDist : xForeDist);
+            const float c = static_cast<float>(std::exp(static_cast<double>(exponent))) * x[j];
+            y[i] = j != i && c > y[i] ? c : y[i];
         }
     }
     return y;
