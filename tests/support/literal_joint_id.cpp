@@ -2,15 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
+#include <functional>
 
 #include "comparison/norm_cal.hpp"
 #include "filters/filtcon.hpp"
+#include "joints/joint_loc_screen.hpp"
 #include "spectra/rolling_straightedge.hpp"
 
 namespace vialto::test {
-
 namespace {
+
+using Profile = std::vector<float>;
 
 // Element i of an array, counted from 1.
 template <class Array>
@@ -18,136 +20,97 @@ auto& at(Array& array, int i) {
     return array[static_cast<std::size_t>(i - 1)];
 }
 
-std::vector<float> filtered(const std::vector<float>& profile, float step, tFiltCon filter) {
-    std::vector<float> result(profile.size());
-    (void)filtcon_drv(profile, step, filter, result);
-    return result;
-}
+// Where a method looks for values above its threshold, and where such a value puts a feature.
+struct Search {
+    Profile trace;
+    float threshold;
+    int margin;           // samples left out at either end
+    double shift;         // samples from the value to the feature
+    double closest = 0.5; // m from the feature before it
+};
 
-// Enters a detection at `place`, in samples counted from 1. If it lies nearer to the last feature
-// than `closest`, it takes that one's place if `wins(the feature's number)`, or is rejected.
-template <class Wins>
-void enter(double place, float step, double closest, int& count, JointTrackResult& track,
-           const Wins& wins) {
-    count = count + 1;
-    at(track.locations, count) = place * static_cast<double>(step);
-    at(track.types, count) = 1;
-    if (count > 1 && at(track.locations, count) - at(track.locations, count - 1) < closest) {
-        if (wins(count)) {
-            at(track.locations, count - 1) = at(track.locations, count);
-        } else {
-            at(track.types, count) = 0;
-            at(track.locations, count) = -1.0;
+Search search_of(int method, const Profile& p, float step) {
+    Profile trace(p.size());
+    if (method == 1) {
+        for (int i = 1; i < static_cast<int>(p.size()); ++i) {
+            at(trace, i) = std::fabs(at(p, i + 1) - at(p, i));
         }
-        count = count - 1;
+        return {trace, 0.002032F, 0, 0.5, 0.9143999814987183};
     }
-}
-
-int step_detection(const std::vector<float>& p, float step, float multi, JointTrackResult& track) {
-    int count = 0;
-    for (int i = 1; i <= static_cast<int>(p.size()) - 1; ++i) {
-        if (std::fabs(at(p, i + 1) - at(p, i)) > 0.002032F * multi) {
-            enter(i + 0.5, step, 0.9143999814987183, count, track, [](int) { return false; });
-        }
-    }
-    return count;
-}
-
-int curled_edges(const std::vector<float>& p, float step, float multi, JointTrackResult& track) {
-    const int n = static_cast<int>(p.size());
     tFiltCon filter{};
-    filter.iMainFilterType = 1;
-    filter.iSubFilterType = 1;
+    filter.iMainFilterType = method == 3 ? 5 : 1;
+    filter.iSubFilterType = method == 3 ? 2 : 1;
     filter.iOutType = 1;
     filter.xLongWavelength = 50.0F;
     filter.xShortWavelength = 0.25F;
-    std::vector<float> trace(p.size());
-    float summary = 0.0F;
+    Profile filtered(p.size());
+    (void)filtcon_drv(p, step, filter, filtered);
+    const int quarter = static_cast<int>(0.25F / step);
+    float unused = 0.0F;
+    if (method == 3) {
+        (void)norm_cal(quarter, filtered, unused);
+        // Upside down, so that its spikes lie above a threshold, too.
+        std::transform(filtered.begin(), filtered.end(), trace.begin(), std::negate<float>{});
+        return {trace, 4.0F, quarter, static_cast<double>(quarter / 2)};
+    }
     std::int32_t first = 0;
     std::int32_t last = 0;
-    (void)rse_drv(step, 3.0F, filtered(p, step, filter), trace, summary, first, last);
-    const int half = static_cast<int>((3.0F / step) * 0.5F);
-    const int back = static_cast<int>(0.25F / step);
-    int count = 0;
-    for (int i = half + 1; i <= n - half; ++i) {
-        const float v = std::fabs(at(trace, i));
-        if (v > 0.003F * multi) {
-            const int pos = i - back < 0 ? 1 : i - back;
-            enter(pos, step, 0.5, count, track,
-                  [&](int number) { return v > std::fabs(at(trace, number)); });
-        }
+    (void)rse_drv(step, 3.0F, filtered, trace, unused, first, last);
+    for (float& deflection : trace) {
+        deflection = std::fabs(deflection);
     }
-    return count;
+    return {trace, 0.003F, static_cast<int>((3.0F / step) * 0.5F), static_cast<double>(-quarter)};
 }
 
-int anti_smoothing(const std::vector<float>& p, float step, float multi, JointTrackResult& track) {
+// The number of features of one track; 0 where methods 3 and 4 find none and fail.
+int features(const tJointIDCfg& settings, const Profile& p, float step, float multi,
+             JointTrackResult& track) {
+    auto& [types, locations] = track;
+    const int method = settings.i_jntid_method;
+    const Search search = search_of(method, p, step);
     const int n = static_cast<int>(p.size());
-    tFiltCon filter{};
-    filter.iMainFilterType = 5;
-    filter.iSubFilterType = 2;
-    filter.iOutType = 1;
-    filter.xShortWavelength = 0.25F;
-    const int trim = static_cast<int>(0.25F / step);
-    std::vector<float> trace = filtered(p, step, filter);
-    float rms = 0.0F;
-    (void)norm_cal(trim, trace, rms);
     int count = 0;
-    for (int i = trim + 1; i <= n - trim; ++i) {
-        const float v = at(trace, i);
-        if (v < -4.0F * multi) {
-            const int pos = std::min(i + trim / 2, n);
-            enter(pos, step, 0.5, count, track, [&](int number) { return at(trace, number) > v; });
+    for (int i = search.margin + 1; i <= n - search.margin; ++i) {
+        const float v = at(search.trace, i);
+        if (v > search.threshold * multi) {
+            count = count + 1;
+            const double pos = std::min<double>(i + search.shift, n);
+            at(locations, count) = (pos < 0.0 ? 1.0 : pos) * static_cast<double>(step);
+            at(types, count) = 1;
+            if (count > 1 && at(locations, count) - at(locations, count - 1) < search.closest) {
+                if (method != 1 && v > at(search.trace, count)) {
+                    at(locations, count - 1) = at(locations, count);
+                } else {
+                    at(types, count) = 0;
+                    at(locations, count) = -1.0;
+                }
+                count = count - 1;
+            }
         }
     }
-    return count;
-}
-
-void screen(const tJointIDCfg& settings, int& count, JointTrackResult& track) {
-    const double limit = 0.95 * static_cast<double>(settings.xDomJointSpacing);
-    at(track.types, 1) = 1;
-    double last = at(track.locations, 1);
-    for (int k = 2; k <= count; ++k) {
-        const bool is_joint = at(track.locations, k) - last > limit;
-        at(track.types, k) = is_joint ? 1 : 2;
-        last = is_joint ? at(track.locations, k) : last;
+    if (count == 0 && method != 1) {
+        return 0;
     }
-    count = std::max(count, 1);
-}
-
-// The features of one track; 0 where the method finds none and fails.
-int method(const tJointIDCfg& settings, const std::vector<float>& p, float step, float multi,
-           JointTrackResult& track) {
-    int count = settings.i_jntid_method == 1   ? step_detection(p, step, multi, track)
-                : settings.i_jntid_method == 3 ? anti_smoothing(p, step, multi, track)
-                                               : curled_edges(p, step, multi, track);
-    if (count > 0 || settings.i_jntid_method == 1) {
-        screen(settings, count, track);
-    }
-    return count;
+    auto kept = static_cast<std::int32_t>(count);
+    joint_loc_screen(true, settings, kept, types, locations);
+    return static_cast<int>(kept);
 }
 
 } // namespace
 
-bool literal_joint_id(const tJointIDCfg& settings, float step,
-                      const std::vector<float>& left_profile,
-                      const std::vector<float>& right_profile, JointTrackResult& left,
+bool literal_joint_id(const tJointIDCfg& settings, float step, const Profile& left_profile,
+                      const Profile& right_profile, JointTrackResult& left,
                       JointTrackResult& right) {
     const float length = static_cast<float>(left_profile.size()) * step;
     const float expected = std::trunc(length / settings.xDomJointSpacing);
     float multi = 1.0F;
     int left_count = 0;
     int right_count = 0;
-    for (int pass = 1; pass <= 20; ++pass) {
-        left_count = method(settings, left_profile, step, multi, left);
-        if (left_count == 0) {
-            return false;
-        }
-        right_count = method(settings, right_profile, step, multi, right);
+    for (int pass = 0; pass < 20 && !(static_cast<float>(right_count) / expected > 0.9F); ++pass) {
+        left_count = features(settings, left_profile, step, multi, left);
+        right_count = left_count == 0 ? 0 : features(settings, right_profile, step, multi, right);
         if (right_count == 0) {
             return false;
-        }
-        if (static_cast<float>(right_count) / expected > 0.9F) {
-            break;
         }
         multi = multi - 0.05263158F;
     }
