@@ -1,5 +1,5 @@
-// The must-grind analysis with its last step as it is defined: a grinder run and a continuous ride
-// statistic over the whole road for each candidate.
+// The grinder, which looks at every wheel at each sample, and the must-grind analysis, which has the
+// whole road ground and the whole ride statistic computed for each candidate.
 #pragma once
 
 #include <cstddef>
@@ -10,13 +10,18 @@
 
 namespace vialto::test {
 
+// Grinds the profile in place and returns the flags. No direction is undefined.
+std::vector<std::int32_t> literal_grindsimu(float interval, const std::vector<tGrindSpot>& spots,
+                                            const tGrinderSetup& setup,
+                                            std::vector<float>& profile);
+
 struct LiteralMustGrind {
     std::vector<std::int32_t> flags;
     std::size_t candidates; // that the last step has tried
     std::size_t helpful;
 };
 
-// All three options of the analysis are taken, and none of its steps fails.
+// None of the steps that are asked for fails.
 [[nodiscard]] LiteralMustGrind literal_mustgrind(const MustGrindRequest& request);
 
 } // namespace vialto::test

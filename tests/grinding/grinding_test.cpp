@@ -1,0 +1,342 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <random>
+#include <string>
+
+#include "grinding/grindsimu.hpp"
+#include "ride/ride_drv.hpp"
+#include "support/host.hpp"
+#include "support/literal_grinding.hpp"
+#include "support/roads.hpp"
+
+namespace vialto::test {
+
+namespace {
+
+using Flags = std::vector<std::int32_t>;
+using Road = std::vector<float>;
+
+struct Grinding : testing::Test {
+    auto* given(const std::string& name, auto* address) {
+        return refused == name ? nullptr : address;
+    }
+    // A call, of the two-track export if there is a right track: the event, empty after a success.
+    std::string call(auto one_track, auto two_tracks, auto... arguments) {
+        EventRecord event;
+        flags.assign(road.size(), -5);
+        auto* out = given("iGrindFlags", flags.data());
+        const auto result =
+            right.empty() ? one_track(arguments..., given("xProfile", road.data()), out, event)
+                          : two_tracks(arguments..., given("xProfile1", road.data()),
+                                       given("xProfile2", right.data()), out, event);
+        EXPECT_EQ(result, event.untouched() ? vialto_success : vialto_failure);
+        return event.untouched() ? "" : event.summary();
+    }
+    std::string grind(const std::vector<tGrindSpot>& spots) {
+        return call(grindsimu_dlldrv, grindsimu_2chan_dlldrv, interval,
+                    static_cast<std::int32_t>(spots.size()), static_cast<std::int32_t>(road.size()),
+                    given("setup", &setup), given("tGrindSpots", spots.data()));
+    }
+    std::string must_grind() {
+        return call(mustgrind_dlldrv, mustgrind_2chan_dlldrv,
+                    static_cast<std::int32_t>(road.size()), interval, given("cfg", &cfg),
+                    given("setup", &setup));
+    }
+
+    TemporaryDirectory directory;
+    // Wheels 1 and 3 samples ahead of the head and as many behind it, each with a quarter of the
+    // weight, riding on the bare profile: small roads can be ground by hand.
+    tGrinderSetup setup{4.0F, 0.5F, 2.0F, 0.0F, 500.0F};
+    tMustGrindCfg cfg{idx_ridests_IRI, vialto_yes, 0.002F, 7.62F, {1, 1, 1}, 1000.0F, 0.0F, 0.0F};
+    float interval = 1.0F; // m
+    Road road = Road(24);
+    Road right;
+    Flags flags;
+    std::string refused; // argument, given as a null pointer
+};
+
+auto pick(std::mt19937& generator, const auto& choices) {
+    return choices[generator() % std::size(choices)];
+}
+
+Flags greater(Flags first, const Flags& second) {
+    std::transform(first.begin(), first.end(), second.begin(), first.begin(),
+                   [](std::int32_t a, std::int32_t b) { return std::max(a, b); });
+    return first;
+}
+
+std::string text_of(const std::vector<Spot>& spots) {
+    std::string text;
+    for (const Spot& spot : spots) {
+        text += (spot.iStatus == spot_active ? " " : " -") + std::to_string(spot.iStart) + ".." +
+                std::to_string(spot.iEnd);
+    }
+    return text;
+}
+
+// Short spots dropped, then close ones joined, both counted in samples: the flags, of one character
+// each, and the spots listed.
+std::string spots_of(const std::string& text, float shortest, float gap) {
+    Flags flags;
+    std::transform(text.begin(), text.end(), std::back_inserter(flags),
+                   [](char c) { return c - '0'; });
+    SpotList spots;
+    EXPECT_EQ(tossout_shortgrindspots(shortest, 1.0F, flags, spots), success);
+    merge_closegrindspots(gap, 1.0F, flags, spots);
+    std::string left;
+    for (const std::int32_t flag : flags) {
+        left += std::to_string(flag);
+    }
+    return left + text_of(spots.tGrindSpots);
+}
+
+} // namespace
+
+TEST_F(Grinding, WritesARoadWhoseTrailingWheelsRodeOnTheCutStep) {
+    // Each plane is that of the two wheels ahead, as they lie, and of the two behind, as cut.
+    road = {0.0F, 0.0F, 0.0F, 0.0F, 1.0F, 1.0F, 1.0F, 1.0F, 1.0F};
+    EXPECT_EQ(grind({{1, {1}, {}, 0, 8}}), "");
+    EXPECT_EQ(directory.text_of("grindsimu_dlldrv.txt"),
+              "  0 0 0\n  1 0 0\n  2 0 0\n  3 0 0\n  4 1 0.5\n  5 1 0.625\n  6 1 1\n  7 1 1\n"
+              "  8 1 1\n");
+}
+
+// Among the machines are some with wheels on the other side of the head, with all of them on one
+// side, and with none on the road. Roads in steps of an eighth meet levels and limits exactly.
+TEST_F(Grinding, CutsAndFlagsTwoTracksAsTheLiteralGrinder) {
+    std::mt19937 g(1);
+    for (std::uint32_t seed = 0; seed < 1000; ++seed) {
+        interval = pick(g, std::array{0.5F, 0.5F, 0.25F, 0.1F, 0.0762F});
+        road = random_road(30 + g() % 200, static_cast<double>(interval), seed);
+        right = random_road(road.size(), static_cast<double>(interval), ~seed);
+        for (float& height : right) {
+            height = seed % 2 == 0 ? std::round(height * 1000.0F) / 8.0F : height;
+        }
+        setup = {pick(g, std::array{4.0F, 3.7F, 5.5F, -4.0F, 1.0e30F}),
+                 pick(g, std::array{0.0F, 0.25F, 0.25F, 0.5F, 0.7F, 1.0F, 1.5F}),
+                 pick(g, std::array{0.0F, 0.5F, 0.7F, 2.5F}),
+                 pick(g, std::array{0.0F, 0.0F, 0.3F, 1.3F}), pick(g, std::array{0.5F, 500.0F})};
+        std::vector<tGrindSpot> spots(2);
+        for (tGrindSpot& spot : spots) {
+            for (std::size_t p = 0; p < 10; ++p) {
+                spot.iDirection[p] = pick(g, std::array{1, 2});
+                spot.xDepth_mm[p] = pick(g, std::array{0.0F, 0.5F, 500.0F, -0.7F, -3000.0F});
+            }
+            spot.iNumPasses = pick(g, std::array{-1, 1, 2, 10});
+            spot.iStart = pick(g, std::array{INT32_MIN, 0, 13});
+            spot.iEnd = pick(g, std::array{INT32_MAX, 20, 40});
+        }
+        Road left = road;
+        Road other = right;
+        const Flags expected = greater(literal_grindsimu(interval, spots, setup, left),
+                                       literal_grindsimu(interval, spots, setup, other));
+        EXPECT_EQ(grind(spots), "");
+        EXPECT_TRUE(road == left && right == other && flags == expected) << "seed " << seed;
+    }
+}
+
+TEST_F(Grinding, FailsWithoutATableAndKeepsWhatIsGround) {
+    const auto fails = [&](const tGrindSpot& spot, float left, std::int32_t flag,
+                           const std::string& event) {
+        road[12] = 8.0F;
+        EXPECT_EQ(grind({spot}), event);
+        EXPECT_EQ(road[12], left);
+        EXPECT_EQ(flags[12], flag);
+    };
+    const std::string lost = ": grinding direction is not defined correctly";
+    fails({11, {}, {}, 0, 23}, 8.0F, -5,
+          "100 2 grindsimu_dlldrv: tGrindSpots holds a spot with more than ten passes");
+    fails({2, {1, 3}, {3000.0F}, 0, 23}, 3.0F, 3, "101 2 grindsimu/grindsimu_dlldrv" + lost);
+    right = road;
+    fails({2, {2, 0}, {3000.0F}, 0, 23}, 3.0F, -5,
+          "101 2 grindsimu/grindsimu_dlldrv/grindsimu_2chan_dlldrv" + lost);
+    EXPECT_FALSE(directory.holds("grindsimu_dlldrv.txt"));
+}
+
+TEST_F(Grinding, NamesTheArgumentThatItRefuses) {
+    for (const Road& track : {Road(), road}) {
+        right = track;
+        const std::string name = right.empty() ? "dlldrv: " : "2chan_dlldrv: ";
+        for (const char* argument :
+             {"setup", "cfg", "tGrindSpots", "iGrindFlags",
+              right.empty() ? "xProfile" : "xProfile1", right.empty() ? "xProfile" : "xProfile2"}) {
+            refused = argument;
+            if (refused != "cfg") {
+                EXPECT_EQ(grind({{}}), "100 2 grindsimu_" + name + refused + " is a null pointer");
+            }
+            if (refused != "tGrindSpots") {
+                EXPECT_EQ(must_grind(), "100 2 mustgrind_" + name + refused + " is a null pointer");
+            }
+        }
+    }
+    interval = 0.0F;
+    EXPECT_EQ(grind({}), "100 2 grindsimu_2chan_dlldrv: xStepSize is not a positive finite number");
+}
+
+TEST_F(Grinding, DropsSpotsByTheirSampleNumbersAndJoinsThemWithThePlaceMovingByOne) {
+    // The spot at the very end is never closed.
+    EXPECT_EQ(spots_of("22311222113", 3.0F, 0.0F), "11111111113 -1..3 -6..8");
+    EXPECT_EQ(spots_of("12232112221", 2.5F, 0.0F), "12232111111 2..5 -8..10");
+    EXPECT_EQ(spots_of("2211211221", 1.0F, 4.0F), "2211111221 1..2 -5..5 8..9");
+    EXPECT_EQ(spots_of("3311331121", 0.0F, 3.4F), "3311331121 1..2 5..6 9..9");
+    // After the join at 3 and the wide gap behind 5, the place stands on the joined spot 4..5: the
+    // close pair at 12 is not joined, being compared with that spot.
+    EXPECT_EQ(spots_of("221221112212211", 0.0F, 2.5F), "222221112212211 1..5 -4..5 9..10 12..13");
+    // One spot later, the place stands on 10..11, which joins the next but one over the head of
+    // 13..13.
+    EXPECT_EQ(spots_of("2212211113313121", 0.0F, 5.0F),
+              "2222211113322221 1..5 -4..5 10..15 13..13 -15..15");
+}
+
+TEST_F(Grinding, LooksForTheOutOfSpecificationBetweenTheTrimmedEnds) {
+    const auto found = [&](std::int32_t filter, float base_length, float threshold) {
+        cfg.if250mmFilter = filter;
+        cfg.xSlideBaseLength = base_length;
+        cfg.xRideThreshold = threshold;
+        std::vector<Spot> stretches;
+        Road ride(2000);
+        EXPECT_EQ(out_of_spec_spots({0.025F, cfg, setup, Road(2000)}, ride, stretches), success);
+        return text_of(stretches);
+    };
+    EXPECT_EQ(found(vialto_yes, 7.62F, -1.0F), " 1..1686"); // 152 at either end, 10 for 250 mm
+    EXPECT_EQ(found(vialto_no, 7.62F, -1.0F), " 1..1696");
+    // No smoothing, and the search begins ahead of the road and ends behind it.
+    EXPECT_EQ(found(vialto_no, -10.0F, -1.0F), " 1..2000");
+    EXPECT_EQ(found(vialto_no, 0.0F, 0.0F), "") << "on the threshold";
+}
+
+TEST_F(Grinding, FiftyFeetAheadOfASpotAre1220SamplesOf12AndAHalfMillimetres) {
+    // All is out of specification, in one stretch that starts at the first sample.
+    cfg.xRideThreshold = -1.0F;
+    setup = {0.05F, 0.5F, 0.025F, 0.0F, 500.0F};
+    interval = 0.0125F;
+    for (const std::size_t place : {1220U, 1221U}) {
+        road.assign(3000, 0.0F);
+        road[place] = 0.01F;
+        EXPECT_EQ(must_grind(), "");
+        EXPECT_EQ(flags[place], place == 1220 ? ground : not_ground);
+    }
+}
+
+TEST_F(Grinding, HasTheFlagsOfTheLiteralMustGrindAnalysis) {
+    std::mt19937 g(5); // which finds a road for each of the ways in which a trial ends
+    for (std::uint32_t seed = 0; seed < 6000; ++seed) {
+        const std::size_t count = 20 + g() % (seed % 2 == 0 ? 100 : 600);
+        const auto samples = static_cast<float>(count);
+        interval = pick(g, std::array{0.025F, 0.1F, 0.3048F, 1.0F, 1.0F});
+        road = random_road(count, static_cast<double>(interval), seed);
+        road[0] += pick(g, std::array{0.0F, 0.05F});
+        if (seed % 3 == 0) { // a stretch of even road
+            std::fill_n(road.begin() + g() % (count / 2), count / 3, 0.0F);
+        }
+        const float scale = pick(g, std::array{1.0e-4F, 0.01F, 1.0F, 1.0F, 100.0F});
+        std::for_each(road.begin(), road.end(), [&](float& height) { height *= scale; });
+        const float base = pick(g, std::array{0.0F, 1.3F, 1.7F, 2.5F, 3.5F, 4.0F, 40.0F,
+                                              0.2F * samples, 0.6F * samples, samples});
+        cfg = {pick(g, std::array{1, 2, 2}),
+               pick(g, std::array{vialto_yes, vialto_no}),
+               0.0F,
+               interval * std::min(samples - 1.0F, base),
+               {pick(g, std::array{1, 1, 1, 2}), pick(g, std::array{1, 2}),
+                pick(g, std::array{1, 1, 1, 2})},
+               1000.0F,
+               pick(g, std::array{0.0F, 0.3F, 1.0F}),
+               pick(g, std::array{0.0F, 0.3F, 2.0F})};
+        setup = {pick(g, std::array{2.0F, 5.5F}), pick(g, std::array{0.0F, 0.3F, 0.5F, 1.0F}), 0.9F,
+                 0.3F, 1.0F};
+        Road ride(count);
+        (void)ridecon_drv(cfg.if250mmFilter, interval, cfg.xSlideBaseLength, cfg.iRideIndexType,
+                          road, ride);
+        cfg.xRideThreshold = std::max(ride[g() % count], ride[g() % count]);
+        EXPECT_EQ(must_grind(), "");
+        EXPECT_EQ(flags, literal_mustgrind({interval, cfg, setup, road}).flags) << "seed " << seed;
+    }
+}
+
+TEST_F(Grinding, CombinesTwoTracksOnTheRideNumberScale) {
+    interval = 0.5F;
+    road = random_road(6000, 0.001, 1); // smooth enough for a Ride Number near 5
+    right = random_road(6000, 0.001, 2);
+    cfg.iRideIndexType = idx_ridests_TwoRN;
+    cfg.xRideThreshold = 4.9F;
+    EXPECT_EQ(must_grind(), "");
+    EXPECT_EQ(cfg.iRideIndexType, idx_ridests_TwoRN);
+    cfg.iRideIndexType = idx_ridests_RN;
+    cfg.xRideThreshold = 1.2626692e-4F; // ln(4.9 / 5) / -160
+    EXPECT_EQ(flags, greater(literal_mustgrind({interval, cfg, setup, road}).flags,
+                             literal_mustgrind({interval, cfg, setup, right}).flags));
+}
+
+TEST_F(Grinding, FailsWithTheStepsNamedAndTheFlagsReached) {
+    const auto gives = [&](std::int32_t selector, const std::string& event, std::int32_t flag) {
+        cfg.iRideIndexType = selector;
+        EXPECT_EQ(must_grind(), event);
+        EXPECT_EQ(flags[0], flag);
+        return cfg.iRideIndexType;
+    };
+    const std::string one = "101 2 mustgrind_dlldrv: ";
+    const std::string two = "101 2 mustgrind_2chan_dlldrv: ";
+    const std::string undefined = "Ride Index is un-defined";
+    cfg.xSlideBaseLength = 2.0F;
+    interval = 0.1F;
+    EXPECT_EQ(gives(4, "", 1), 1) << "rewritten";
+    gives(9, "", 1);
+    gives(3,
+          "101 2 ride_stats/ridecon_drv/out_of_spec_spots/mustgrind/mustgrind_dlldrv: two RN is no "
+          "longer supported",
+          1);
+    gives(0, one + "Ride Index None is not allowed in the RideStatCont analysis", -5);
+    for (const std::int32_t selector : {-1, 5, 6}) {
+        EXPECT_EQ(gives(selector, one + undefined, -5), selector);
+    }
+    right = road;
+    EXPECT_EQ(gives(4, "", 1), 1);
+    EXPECT_EQ(gives(5, "", 1), 1);
+    gives(2, "", 1);
+    gives(0, two + "Ride Index None is not allowed in the mustgrind_2chan_dlldrv analysis", -5);
+    gives(1, two + "idx_ridests_IRI is not allowed in the mustgrind_2chan_dlldrv analysis", -5);
+    for (const std::int32_t selector : {-1, 6, 9}) {
+        gives(selector, two + undefined, -5);
+    }
+    setup.ShortWavelength = 50.0F;
+    const std::string average = "101 2 mvgavg/filtcon_drv/grindsimu/material_takenout_area/";
+    const std::string longer = ": moving average base length is greater the sampling distance";
+    gives(2, average + "mustgrind/mustgrind_2chan/mustgrind_2chan_dlldrv" + longer, -5);
+    right.clear();
+    gives(2, average + "mustgrind/mustgrind_dlldrv" + longer, 0);
+    // The head stands two thousand wheelbases ahead of the axles, which weigh a step of this height
+    // so hard that what is ground is too low for the quarter car.
+    setup = {0.1F, 2000.0F, 4.0F, 0.0F, 8.0F};
+    road.assign(6000, -1.0e35F);
+    std::fill(road.begin() + 3000, road.end(), 1.0e35F);
+    gives(1,
+          "101 2 compute_iri/ride_stats/ridecon_drv/evaluate_impact/mustgrind/mustgrind_dlldrv: "
+          "the calculated IRI is not a number",
+          3);
+}
+
+TEST_F(Grinding, ListsAHundredThousandStretchesAtMost) {
+    road.assign(8 * 100002,
+                0.0F); // 8 apart, so that no wheel is on a bump with the head on another
+    for (std::size_t bump = 1; bump <= 100001; ++bump) {
+        road[8 * bump] = 1.0F;
+    }
+    cfg.x_grindlength_min = 10.0F;
+    EXPECT_EQ(must_grind(), "101 2 tossout_shortgrindspots/mustgrind/mustgrind_dlldrv: i_maxspots "
+                            "exceeded for grinding - try smaller sections");
+    EXPECT_EQ(std::count(flags.begin(), flags.end(), not_ground),
+              static_cast<std::ptrdiff_t>(road.size()) - 1)
+        << "dropped";
+    road[8] = 0.0F;
+    cfg.xRideThreshold = INFINITY;
+    EXPECT_EQ(must_grind(), "");
+    road = random_road(600000, 1.0, 1);
+    cfg = {idx_ridests_IRI, vialto_no, 0.001F, 0.0F, {2, 2, 2}, 0.0F, 0.0F, 0.0F};
+    EXPECT_EQ(must_grind(), "101 2 out_of_spec_spots/mustgrind/mustgrind_dlldrv: i_maxspots "
+                            "exceeded for out-of-spec - try smaller sections");
+}
+
+} // namespace vialto::test
