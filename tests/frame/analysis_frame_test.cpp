@@ -3,9 +3,11 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
-#include <limits>
+#include <functional>
 #include <new>
 #include <string>
+#include <tuple>
+#include <utility>
 
 #include "frame/analysis_frame.hpp"
 #include "frame/file_units.hpp"
@@ -14,193 +16,127 @@
 namespace vialto {
 namespace {
 
-const auto accept = [](ArgumentCheck&) {};
-const auto log_inputs = [](DiagnosticText& text) { text.record("inputs"); };
-const auto log_results = [](DiagnosticText& text) { text.record("results"); };
-const auto succeed = [] { return success; };
+constexpr ExportFrame alone{.name = "analysis", .failed_routine = FailedRoutine::export_alone};
+constexpr ExportFrame late{"analysis", DiagnosticFile::opened_after_success};
+constexpr ExportFrame without_file{"analysis", DiagnosticFile::none};
+constexpr ExportFrame other_file{.name = "analysis", .file_ending = "2.txt"};
+
 const auto fail = [] {
     (void)raise_failure("it broke", "inner");
     return pass_failure("driver");
 };
-const auto run_out_of_memory = []() -> ReturnCode { throw std::bad_alloc(); };
 
-const std::string printed_event = " ***** Error Message ******\n"
-                                  " sub/func name : inner/driver/analysis\n"
-                                  " description   : \n"
-                                  "   it broke\n"
-                                  " error code   :  101\n"
-                                  " error type: \n"
-                                  "   recoverable error causing some failure\n";
+const std::string complete_file = " inputs\n results\n";
 
-template <class Drive>
-ReturnCode run(const ExportFrame& frame, tEvent* event, const Drive& drive) {
-    return run_export(frame, event, accept, log_inputs, drive, log_results);
-}
+struct Call {
+    ExportFrame frame{.name = "analysis"};
+    std::function<void(ArgumentCheck&)> check = [](ArgumentCheck&) {};
+    std::function<ReturnCode()> drive = [] { return success; };
+};
 
-bool no_unit_is_open() {
-    return find_free_unit(first_diagnostic_unit, last_diagnostic_unit) == first_diagnostic_unit;
-}
-
-TEST(AnalysisFrame, SuccessLogsInputsAndResultsAndLeavesTheEvent) {
-    const test::TemporaryDirectory directory;
+// The returned code and what the event says: "1" is a success that leaves the event alone.
+std::string outcome(const Call& call) {
+    const std::int32_t free_unit = find_free_unit(first_diagnostic_unit);
     test::EventRecord event;
-    EXPECT_EQ(run({.name = "analysis"}, event, succeed), 1);
-    EXPECT_TRUE(event.untouched());
-    EXPECT_EQ(directory.text_of("analysis.txt"), " inputs\n results\n");
-    EXPECT_TRUE(no_unit_is_open());
+    const std::string code = std::to_string(run_export(
+        call.frame, event, call.check, [](DiagnosticText& text) { text.record("inputs"); },
+        call.drive, [](DiagnosticText& text) { text.record("results"); }));
+    EXPECT_EQ(find_free_unit(first_diagnostic_unit), free_unit) << "a unit stays open";
+    return event.untouched() ? code : code + " " + event.summary();
 }
 
-TEST(AnalysisFrame, SecondCallWritesTheFileAnew) {
-    const test::TemporaryDirectory directory;
-    ASSERT_EQ(run_export({.name = "analysis"}, nullptr, accept, log_inputs, succeed,
-                         [](DiagnosticText& text) { text.record(std::string(5000, 'x')); }),
-              1);
-    ASSERT_EQ(run({.name = "analysis", .file_ending = "2.txt"}, nullptr, succeed), 1);
-    ASSERT_EQ(run({.name = "analysis"}, nullptr, succeed), 1);
-    EXPECT_EQ(directory.text_of("analysis.txt"), " inputs\n results\n");
-    EXPECT_EQ(directory.text_of("analysis2.txt"), " inputs\n results\n");
+std::string printed_event(const std::string& routine, const std::string& description,
+                          std::int32_t error_code,
+                          const std::string& severity = "recoverable error causing some failure") {
+    return " ***** Error Message ******\n sub/func name : " + routine + "\n description   : \n   " +
+           description + "\n error code   :  " + std::to_string(error_code) +
+           "\n error type: \n   " + severity + "\n";
 }
 
-TEST(AnalysisFrame, FileOfAnEarlierCallIsTakenOverThroughALink) {
-    const test::TemporaryDirectory directory;
-    std::ofstream(directory.path() / "target") << std::string(100, 'x');
-    std::filesystem::create_symlink(directory.path() / "target", directory.path() / "analysis.txt");
-    ASSERT_EQ(run({.name = "analysis"}, nullptr, succeed), 1);
-    EXPECT_EQ(directory.text_of("target"), " inputs\n results\n");
-}
-
-TEST(AnalysisFrame, PathStartsWithTheSeparatorWhenTmpIsNotSet) {
-    const test::TemporaryDirectory directory;
-    test::unset_tmp();
-    test::EventRecord event;
-    EXPECT_EQ(run({.name = "none/analysis"}, event, succeed), 3);
-    EXPECT_EQ(event.description(), "error opening a new file - /none/analysis.txt, iostat =     2");
-}
-
-TEST(AnalysisFrame, DriverFailureReachesHostAndFileAndNextCallStartsClean) {
-    const test::TemporaryDirectory directory;
-    test::EventRecord event;
-    EXPECT_EQ(run({.name = "analysis"}, event, fail), 3);
-    EXPECT_EQ(event.summary(), "101 2 inner/driver/analysis: it broke");
-    EXPECT_EQ(directory.text_of("analysis.txt"), " inputs\n" + printed_event);
-    test::EventRecord next;
-    EXPECT_EQ(run({.name = "analysis"}, next, succeed), 1);
-    EXPECT_TRUE(next.untouched());
-    EXPECT_EQ(run({.name = "analysis"}, nullptr, fail), 3);
-    EXPECT_TRUE(no_unit_is_open());
-}
-
-TEST(AnalysisFrame, FatalEventIsTheMostSevereForTheHost) {
-    const test::TemporaryDirectory directory;
-    test::EventRecord event;
-    EXPECT_EQ(run({.name = "analysis"}, event,
-                  [] { return raise_failure("worst", "analysis", error_code_analysis, fatal); }),
-              3);
-    EXPECT_EQ(event.summary(), "101 1 analysis: worst");
-}
-
-TEST(AnalysisFrame, VariantsDifferInPathAndInWhenTheFileOpens) {
-    struct Case {
-        ExportFrame frame;
-        std::string routine;      // after a failing driver
-        std::string file_success; // text after a success
-        bool file_after_failure;
+TEST(AnalysisFrame, VariantsDifferInPathAndInWhenTheFileIsTakenOver) {
+    const std::string former(5000, 'x');
+    const auto chain_text = " inputs\n" + printed_event("inner/driver/analysis", "it broke", 101);
+    const auto name_text = " inputs\n" + printed_event("analysis", "it broke", 101);
+    const std::tuple<ExportFrame, std::string, std::string, std::string> cases[] = {
+        {{.name = "analysis"}, "inner/driver/analysis", chain_text, complete_file},
+        {other_file, "inner/driver/analysis", chain_text, complete_file},
+        {alone, "analysis", name_text, complete_file},
+        {late, "inner/driver/analysis", former, " results\n"},
+        {without_file, "inner/driver/analysis", former, former},
     };
-    const Case cases[] = {
-        {{.name = "a"}, "inner/driver/a", " inputs\n results\n", true},
-        {{.name = "a", .failed_routine = FailedRoutine::export_alone},
-         "a",
-         " inputs\n results\n",
-         true},
-        {{.name = "a", .diagnostic_file = DiagnosticFile::opened_after_success},
-         "inner/driver/a",
-         " results\n",
-         false},
-        {{.name = "a", .diagnostic_file = DiagnosticFile::none}, "inner/driver/a", "", false},
-    };
-    for (const Case& c : cases) {
+    for (const auto& [frame, routine, text_of_failure, text_of_success] : cases) {
         const test::TemporaryDirectory directory;
-        test::EventRecord event;
-        EXPECT_EQ(run(c.frame, event, fail), 3);
-        EXPECT_EQ(event.routine(), c.routine);
-        EXPECT_EQ(directory.holds("a.txt"), c.file_after_failure);
-        EXPECT_EQ(run(c.frame, event, succeed), 1);
-        EXPECT_EQ(directory.text_of("a.txt"), c.file_success);
+        const auto file = directory.path() / ("analysis" + std::string(frame.file_ending));
+        std::ofstream(directory.path() / "former") << former;
+        std::filesystem::create_symlink(directory.path() / "former", file);
+        EXPECT_EQ(outcome({.frame = frame, .drive = fail}), "3 101 2 " + routine + ": it broke");
+        EXPECT_EQ(directory.text_of("former"), text_of_failure);
+        EXPECT_EQ(outcome({.frame = frame}), "1");
+        EXPECT_EQ(directory.text_of("former"), text_of_success);
     }
+}
+
+TEST(AnalysisFrame, FatalEventAndMissingMemoryReachTheHost) {
+    const test::TemporaryDirectory directory;
+    EXPECT_EQ(outcome({.drive = [] { return raise_failure("worst", "analysis", 101, fatal); }}),
+              "3 101 1 analysis: worst");
+    EXPECT_EQ(outcome({.drive = []() -> ReturnCode { throw std::bad_alloc(); }}),
+              "3 100 2 analysis: not enough memory for the analysis");
+    EXPECT_TRUE(directory.text_of("analysis.txt").starts_with(" inputs\n"));
+    EXPECT_EQ(run_export(without_file, nullptr, Call{}.check, fail), 3);
 }
 
 TEST(AnalysisFrame, FileThatCannotBeOpenedStopsTheAnalysis) {
     const test::TemporaryDirectory directory;
-    const std::string nowhere = (directory.path() / "none").string();
-    test::set_tmp(nowhere);
-    for (const auto path : {FailedRoutine::whole_chain, FailedRoutine::export_alone}) {
-        test::EventRecord event;
-        bool ran = false;
-        EXPECT_EQ(run({.name = "analysis", .failed_routine = path}, event,
-                      [&] {
-                          ran = true;
-                          return success;
-                      }),
-                  3);
-        EXPECT_FALSE(ran);
-        EXPECT_EQ(event.summary(), "102 2 io_tmp_file/analysis: error opening a new file - " +
-                                       nowhere + "/analysis.txt, iostat =     2");
+    std::filesystem::create_directories(directory.path() / "taken" / "analysis.txt");
+    const std::tuple<Call, std::string, std::string> cases[] = {
+        {{.drive = fail}, "/no/such/directory", "    2"},
+        {{.frame = alone, .drive = fail}, "/no/such/directory", "    2"},
+        {{.frame = late}, "/no/such/directory", "    2"},
+        {{.drive = fail}, "/taken", "   21"},
+    };
+    for (const auto& [call, tmp, status] : cases) {
+        const std::string path = directory.path().string() + tmp;
+        test::set_tmp(path);
+        EXPECT_EQ(outcome(call), "3 102 2 io_tmp_file/analysis: error opening a new file - " +
+                                     path + "/analysis.txt, iostat = " + status);
+        EXPECT_EQ(outcome({.frame = without_file}), "1");
     }
-    test::EventRecord late;
-    EXPECT_EQ(run({.name = "late", .diagnostic_file = DiagnosticFile::opened_after_success}, late,
-                  succeed),
-              3);
-    EXPECT_EQ(late.routine(), "io_tmp_file/late");
-    test::EventRecord without_file;
-    EXPECT_EQ(run({.name = "none", .diagnostic_file = DiagnosticFile::none}, without_file, succeed),
-              1);
-    EXPECT_TRUE(without_file.untouched());
+    test::unset_tmp();
+    EXPECT_EQ(outcome({.frame = {.name = "none/a"}}),
+              "3 102 2 io_tmp_file/none/a: error opening a new file - /none/a.txt, iostat =     2");
 }
 
 TEST(AnalysisFrame, PathIsTrimmedAndCutAt128Characters) {
     const test::TemporaryDirectory directory;
-    test::set_tmp(directory.path().string() + "   ");
-    EXPECT_EQ(run({.name = "analysis"}, nullptr, succeed), 1);
-    EXPECT_TRUE(directory.holds("analysis.txt"));
-
-    // A directory with a name so long that only "analysi" of the file's is left.
-    const std::size_t base = directory.path().string().size();
-    ASSERT_LT(base, 100U);
-    const std::string long_name(128 - 7 - 2 - base, 'd');
-    std::filesystem::create_directory(directory.path() / long_name);
-    test::set_tmp((directory.path() / long_name).string());
-    EXPECT_EQ(run({.name = "analysis"}, nullptr, succeed), 1);
-    EXPECT_TRUE(directory.holds(long_name + "/analysi"));
-
-    test::set_tmp(directory.path().string() + "/" + std::string(200, 'd'));
-    EXPECT_EQ(run({.name = "analysis"}, nullptr, succeed), 1);
-    EXPECT_TRUE(directory.holds(std::string(128 - 1 - base, 'd')));
-
-    // A blank at the cut: neither the separator nor the name moves into its place.
-    test::set_tmp(directory.path().string() + "/" + std::string(128 - 2 - base, 'e') + " f");
-    EXPECT_EQ(run({.name = "analysis"}, nullptr, succeed), 1);
-    EXPECT_TRUE(directory.holds(std::string(128 - 2 - base, 'e')));
-
-    // The cut path is the directory itself, which is neither written nor removed.
-    test::set_tmp((directory.path() / std::string(128 - 1 - base, 'g')).string());
-    std::filesystem::create_directory(directory.path() / std::string(128 - 1 - base, 'g'));
-    test::EventRecord event;
-    EXPECT_EQ(run({.name = "analysis"}, event, succeed), 3);
-    EXPECT_EQ(event.error_code(), 102);
-    EXPECT_TRUE(std::filesystem::is_directory(directory.path() / std::string(128 - 1 - base, 'g')));
+    const std::string base = directory.path().string() + "/";
+    const auto up_to = [&](std::size_t end, char letter) {
+        return std::string(end - base.size(), letter);
+    };
+    std::filesystem::create_directory(base + up_to(120, 'd'));
+    const std::pair<std::string, std::string> cases[] = {
+        {"   ", "analysis.txt"},
+        {up_to(120, 'd'), up_to(120, 'd') + "/analysi"},
+        {up_to(200, 'e'), up_to(128, 'e')},
+        // A blank at the cut: neither the separator nor the name moves into its place.
+        {up_to(127, 'f') + " f", up_to(127, 'f')},
+    };
+    for (const auto& [tmp, file] : cases) {
+        test::set_tmp(base + tmp);
+        EXPECT_EQ(outcome({}), "1");
+        EXPECT_EQ(directory.text_of(file), complete_file) << file;
+    }
 }
 
 TEST(AnalysisFrame, TakesUnits11To99AndFailsWhenAllAreInUse) {
     const test::TemporaryDirectory directory;
     for (std::int32_t unit = 11; unit <= 99; ++unit) {
-        ASSERT_EQ(io_tmp_file("unit" + std::to_string(unit)), unit);
+        EXPECT_EQ(io_tmp_file("unit" + std::to_string(unit)), unit);
     }
-    test::EventRecord event;
-    EXPECT_EQ(run({.name = "analysis"}, event, succeed), 3);
-    EXPECT_EQ(event.summary(), "101 2 io_tmp_file/analysis: error in finding a free file unit");
+    EXPECT_EQ(outcome({}), "3 101 2 io_tmp_file/analysis: error in finding a free file unit");
+    EXPECT_EQ(io_tmp_file("one_more"), 3);
     close_unit(57);
-    EXPECT_EQ(run({.name = "analysis"}, event, succeed), 1);
-    EXPECT_EQ(open_file(57), nullptr);
+    EXPECT_EQ(outcome({}), "1");
     for (std::int32_t unit = 11; unit <= 99; ++unit) {
         close_unit(unit);
     }
@@ -210,83 +146,52 @@ TEST(FileUnits, FreeUnitIsTheFirstInTheRangeThatIsNotExcluded) {
     const std::int32_t excluded[] = {11, 12, 14};
     EXPECT_EQ(find_free_unit(), 0);
     EXPECT_EQ(find_free_unit(11, 99, excluded), 13);
-    EXPECT_EQ(find_free_unit(12, 12, excluded), -1);
     EXPECT_EQ(find_free_unit(20, 19), -1);
     EXPECT_EQ(find_free_unit(100), -1);
-    EXPECT_EQ(find_free_unit(std::numeric_limits<std::int32_t>::min(), -1), -1);
 }
 
 TEST(AnalysisFrame, RefusesWhatItCannotServeBeforeTheDriver) {
-    const float sample = 0.0F;
-    struct Case {
-        void (*check)(ArgumentCheck&, const float*);
-        std::string description;
-    };
-    const Case cases[] = {
-        {[](ArgumentCheck& c, const float*) { c.array("profile", nullptr, 1); },
-         "profile is a null pointer"},
-        {[](ArgumentCheck& c, const float*) { c.address("xRideIndex", nullptr); },
-         "xRideIndex is a null pointer"},
-        {[](ArgumentCheck& c, const float*) { c.sample_interval("xStepSize", 0.0F); },
-         "xStepSize is not a positive finite number"},
-        {[](ArgumentCheck& c, const float*) { c.sample_interval("xStepSize", std::nanf("")); },
-         "xStepSize is not a positive finite number"},
-        {[](ArgumentCheck& c, const float*) { c.sample_interval("xStepSize", HUGE_VALF); },
-         "xStepSize is not a positive finite number"},
-        {[](ArgumentCheck& c, const float*) {
-             c.array("first", nullptr, 5);
-             c.array("second", nullptr, 5);
-         },
-         "first is a null pointer"},
-        {[](ArgumentCheck& c, const float* s) {
-             c.array("empty", nullptr, 0);
-             c.array("negative", nullptr, -1);
-             c.array("given", s, 1);
-             c.sample_interval("xStepSize", 1e-30F);
-         },
-         ""},
-    };
     const test::TemporaryDirectory directory;
-    for (const Case& c : cases) {
-        test::EventRecord event;
-        bool ran = false;
-        const ReturnCode code = run_export(
-            {.name = "analysis"}, event, [&](ArgumentCheck& check) { c.check(check, &sample); },
-            log_inputs,
-            [&] {
-                ran = true;
-                return success;
-            },
-            log_results);
-        EXPECT_EQ(ran, c.description.empty());
-        EXPECT_EQ(code, c.description.empty() ? 1 : 3);
-        if (!c.description.empty()) {
-            EXPECT_EQ(event.summary(), "100 2 analysis: " + c.description);
-            EXPECT_EQ(directory.text_of("analysis.txt"), " ***** Error Message ******\n"
-                                                         " sub/func name : analysis\n"
-                                                         " description   : \n"
-                                                         "   " +
-                                                             c.description +
-                                                             "\n"
-                                                             " error code   :  100\n"
-                                                             " error type: \n"
-                                                             "   recoverable error causing some "
-                                                             "failure\n");
+    const auto nulls = [](ArgumentCheck& check) {
+        check.address("xRideIndex", nullptr);
+        check.array("profile", nullptr, 1);
+    };
+    EXPECT_EQ(outcome({.check = nulls, .drive = fail}),
+              "3 100 2 analysis: xRideIndex is a null pointer");
+    EXPECT_EQ(directory.text_of("analysis.txt"),
+              printed_event("analysis", "xRideIndex is a null pointer", 100));
+    for (const float interval : {0.0F, -1.0F, std::nanf(""), HUGE_VALF}) {
+        const auto bad = [=](ArgumentCheck& check) { check.sample_interval("xStep", interval); };
+        EXPECT_EQ(outcome({.check = bad, .drive = fail}),
+                  "3 100 2 analysis: xStep is not a positive finite number");
+    }
+    const auto good = [](ArgumentCheck& check) {
+        check.array("empty", nullptr, 0);
+        check.array("negative", nullptr, -1);
+        check.address("given", &check);
+        check.sample_interval("xStepSize", 1e-30F);
+    };
+    EXPECT_EQ(outcome({.check = good}), "1");
+}
+
+TEST(PrintEvent, WritesSevenRecordsAndNothingWithoutAFile) {
+    for (const auto& [severity, words] : {std::pair{1, "recoverable error not causing failure"},
+                                          {3, "fatal error"},
+                                          {4, "undefined severity"}}) {
+        const test::TemporaryDirectory directory;
+        raise_event("it broke", "inner", 102, severity);
+        EXPECT_EQ(event_is_fatal(), severity == 3);
+        const std::int32_t unit = io_tmp_file("event.txt");
+        for (const std::int32_t asked : {unit, unit + 1, 3, -1, 100}) {
+            print_event(asked);
         }
+        close_unit(unit);
+        EXPECT_EQ(directory.text_of("event.txt"), printed_event("inner", "it broke", 102, words));
     }
 }
 
-TEST(AnalysisFrame, MissingMemoryIsAnEventAndNoUnitStaysOpen) {
-    const test::TemporaryDirectory directory;
-    test::EventRecord event;
-    EXPECT_EQ(run({.name = "analysis"}, event, run_out_of_memory), 3);
-    EXPECT_EQ(event.summary(), "100 2 analysis: not enough memory for the analysis");
-    EXPECT_TRUE(no_unit_is_open());
-}
-
 TEST(HostArray, NegativeSizeAndNullPointerAreEmpty) {
-    const float samples[2] = {1.0F, 2.0F};
-    EXPECT_EQ(host_array(samples, 2).size(), 2U);
+    const float samples[] = {1.0F, 2.0F};
     EXPECT_EQ(host_array(samples, -5).size(), 0U);
     EXPECT_EQ(host_array(static_cast<const float*>(nullptr), 2).size(), 0U);
     EXPECT_EQ(element_or_zero(host_array(samples, 2), 1), 2.0F);
