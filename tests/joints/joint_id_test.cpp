@@ -26,12 +26,9 @@ struct Identification {
     float spacing = 5.0F;
     float step = 0.1F;
     std::int32_t method = 1;
-    JointTrackResult left_found = untouched(left.size());
+    JointTrackResult left_found{std::vector<std::int32_t>(left.size(), -77),
+                                std::vector<double>(left.size(), -77.0)};
     JointTrackResult right_found = left_found;
-
-    static JointTrackResult untouched(std::size_t count) {
-        return {std::vector<std::int32_t>(count, -77), std::vector<double>(count, -77.0)};
-    }
 
     // The event, or the features of both tracks.
     std::string run() {
@@ -50,9 +47,8 @@ struct Identification {
         std::ostringstream text;
         const auto end = std::find(track.types.begin(), track.types.end(), 0);
         EXPECT_EQ(std::count(end, track.types.end(), 0), track.types.end() - end);
-        for (auto type = track.types.begin(); type != end; ++type) {
-            text << " " << track.locations[static_cast<std::size_t>(type - track.types.begin())]
-                 << (*type == 2 ? "c" : "");
+        for (std::size_t i = 0; track.types.begin() + static_cast<std::ptrdiff_t>(i) != end; ++i) {
+            text << " " << track.locations[i] << (track.types[i] == 2 ? "c" : "");
         }
         return text.str();
     }
