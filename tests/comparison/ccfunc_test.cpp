@@ -1,15 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cfloat>
 #include <cmath>
-#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "support/host.hpp"
-#include "support/literal_sweep.hpp"
 #include "support/roads.hpp"
 #include "vialto/vialto.h"
 
@@ -19,51 +16,68 @@ namespace {
 
 using Road = std::vector<float>;
 
-constexpr float untouched = 55.5F;
-
-Road continuous_road(float interval, float start) {
+Road chirp(float interval, float start) {
     Road road(2000);
     for (std::size_t i = 0; i < road.size(); ++i) {
         const float x = start + static_cast<float>(i) * interval;
-        road[i] = 0.004F * std::sin(x) + 0.003F * std::sin(2.7F * x + 1.0F) +
-                  0.002F * std::sin(0.31F * x * std::sqrt(x));
+        road[i] = 0.01F * std::sin(0.3F * x * std::sqrt(x));
     }
     return road;
 }
 
-// A host's side of one comparison: the whole profiles, not filtered, without padding.
+// A host's side of one comparison: the test profile starts `shift` metres behind the reference.
 struct Comparison {
-    Road reference, test;
-    tProfAnalysis analysis{1,         2,         1,         -7,        0.0F,
-                           1.0F,      untouched, untouched, untouched, untouched,
-                           untouched, untouched, untouched};
-    tProfinfo profiles[2];
-    std::int32_t count = 0;
-    Road final_cc, offset, reference_filtered, test_filtered;
-    EventRecord event;
+    float dx = 0.025F, dx_test = 0.025F, shift = 0.25F, offset_max = 1.0F, step = 0.025F;
+    std::int32_t if_padding = 2, if_upsampling = 1, first = 0, last = 1999, size = 2000, count = 81;
+    std::int32_t main_filter = idx_filttyp_none, if250mmFilter = 1;
+    std::string missing = "none"; // null are the pointers whose names end so
+    Road reference = chirp(dx, 5.0F), test = chirp(dx_test, 5.0F + shift);
+    Road filtered = Road(2000), test_filtered = filtered, final_cc{}, offset{};
+    tFiltCon filter{main_filter, 2, 1, if250mmFilter, 0.0F, 0.0F, 0.2F, 0.0F, 0.0F, 0, 0};
+    tProfinfo profiles[2]{{first, last, -7, -7, dx, filter}, {0, 1999, -7, -7, dx_test, filter}};
+    tProfAnalysis analysis{missing != "Filt",
+                           if_padding,
+                           if_upsampling,
+                           -7,
+                           step,
+                           offset_max,
+                           55.5F,
+                           0,
+                           0,
+                           0,
+                           0,
+                           0,
+                           0};
+    EventRecord event{};
 
-    explicit Comparison(Road reference_road = random_road(1200, 0.025, 1),
-                        Road test_road = random_road(1100, 0.025, 2), float interval = 0.025F,
-                        float test_interval = 0.025F)
-        : reference(std::move(reference_road)),
-          test(std::move(test_road)), profiles{whole(reference, interval),
-                                               whole(test, test_interval)},
-          reference_filtered(reference.size(), untouched), test_filtered(test.size(), untouched) {}
-
-    static tProfinfo whole(const Road& road, float interval) {
-        const auto last = static_cast<std::int32_t>(road.size()) - 1;
-        return {0, last, -7, -7, interval, {0, 0, 0, 1, 0.0F, 0.0F, 0.0F, 0.0F, 0.0F, 0, 0}};
+    auto* given(const std::string& name, auto* p) const {
+        return name.ends_with(missing) ? nullptr : p;
     }
-
-    std::int32_t plan() { return CC_CoeffArray(&count, &analysis, profiles, event); }
-
-    std::int32_t compare() {
-        final_cc.assign(static_cast<std::size_t>(std::max(count, 0)), untouched);
-        offset = final_cc;
-        return ccfunc(static_cast<std::int32_t>(reference.size()),
-                      static_cast<std::int32_t>(test.size()), count, reference.data(), test.data(),
-                      &analysis, profiles, final_cc.data(), offset.data(),
-                      reference_filtered.data(), test_filtered.data(), event);
+    std::string outcome(std::int32_t code) const {
+        return code == vialto_success && event.untouched() ? "" : event.summary();
+    }
+    std::string plan() {
+        return outcome(CC_CoeffArray(given("iCroxCorrPoints", &count), given("analysis", &analysis),
+                                     given("ptrProfinfo", profiles), event));
+    }
+    std::string compare() {
+        offset = final_cc = Road(static_cast<std::size_t>(std::max(count, 0)));
+        return outcome(ccfunc(2000, size, count, given("xDataArrayRef", &reference[0]),
+                              given("xDataArrayTest", &test[0]), given("analysis", &analysis),
+                              given("ptrProfinfo", profiles), given("xFinalCC", final_cc.data()),
+                              given("xOffsetArray", offset.data()),
+                              given("xDataArrayRefFilt", &filtered[0]),
+                              given("xDataArrayTestFilt", &test_filtered[0]), event));
+    }
+    std::string rate() {
+        return outcome(pcbia_dlldrv(given("xRunData", &reference[0]),
+                                    given("xRefProfile", &test[0]), given("xPrecision", &dx),
+                                    given("xBias", &step), given("iPrecisionClass", &first),
+                                    given("iBiasClass", &last), event));
+    }
+    // The call whose name `text` begins with.
+    std::string call(const std::string& text) {
+        return text.starts_with("ccfunc") ? compare() : text.starts_with("CC") ? plan() : rate();
     }
 };
 
@@ -71,117 +85,52 @@ struct Comparison {
 
 TEST(ComparisonPlan, CountIsOddAndSaturates) {
     const TemporaryDirectory directory;
-    struct Case {
-        float offset_max;
-        std::int32_t count;
-    };
-    for (const Case& c : {Case{0.0F, 1},
-                          {1.0F, 81},
-                          {0.0374F, 3},
-                          {0.0376F, 5},
-                          {-1.0F, -79},
-                          {1.0e30F, 2147483647},
-                          {-1.0e30F, -2147483647}}) {
-        Comparison roads;
-        roads.analysis.x_offset_max = c.offset_max;
-        EXPECT_EQ(roads.plan(), vialto_success);
-        EXPECT_EQ(roads.count, c.count);
-        EXPECT_EQ(roads.analysis.x_normsampleinterval, 0.025F);
-        EXPECT_TRUE(roads.event.untouched());
+    std::vector<std::int32_t> counts;
+    for (const float offset_max : {0.0F, 1.0F, 0.0374F, 0.0376F, -1.0F, 1.0e30F, -1.0e30F}) {
+        Comparison roads{.offset_max = offset_max};
+        EXPECT_EQ(roads.plan(), "");
+        counts.push_back(roads.count);
     }
+    EXPECT_EQ(counts, (std::vector{1, 81, 3, 5, -79, 2147483647, -2147483647}));
     EXPECT_EQ(directory.text_of("CC_CoeffArray.txt").rfind("Day - Month - Year =     ", 0), 0U);
 }
 
-TEST(ComparisonPlan, RefusesWhatNoStepCanComeFrom) {
+TEST(ProfileComparison, FindsTheShiftOfTheSectionsAcrossUnequalSteps) {
     const TemporaryDirectory directory;
-    const auto refusal = [](float interval, float test_interval, float offset_max) {
-        Comparison roads({}, {}, interval, test_interval);
-        roads.analysis.x_offset_max = offset_max;
-        EXPECT_EQ(roads.plan(), vialto_failure);
-        EXPECT_EQ(roads.count, 0);
-        EXPECT_EQ(roads.analysis.x_normsampleinterval, 0.0F);
-        return roads.event.summary();
-    };
-    const std::string start = "100 2 CC_CoeffArray: x_";
-    const std::string no_interval = " profile is not a positive finite number";
-    EXPECT_EQ(refusal(0.0F, 1.0F, 1.0F), start + "sampleinterval of the reference" + no_interval);
-    EXPECT_EQ(refusal(1.0F, -FLT_MAX, 1.0F), start + "sampleinterval of the test" + no_interval);
-    EXPECT_EQ(refusal(1.0F, 1.0F, NAN), start + "offset_max is not a finite number");
-}
-
-// The test profile starts `shift` metres behind the reference.
-TEST(ProfileComparison, FindsTheShiftAcrossUnequalSteps) {
-    const TemporaryDirectory directory;
-    struct Case {
-        float interval, test_interval;
-        std::int32_t if_padding, if_upsampling;
-        float shift, step; // m
-    };
-    const Case cases[] = {
-        {0.025F, 0.025F, 2, 1, 0.25F, 0.025F}, {0.025F, 0.05F, 2, 1, -0.35F, 0.025F},
-        {0.05F, 0.025F, 1, 1, 0.25F, 0.025F},  {0.03F, 0.04F, 1, 1, 0.32F, 0.01F},
-        {0.05F, 0.02F, 2, 2, -0.45F, 0.05F},   {0.02F, 0.02F, 1, 2, 0.0F, 0.02F},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.interval << " and " << c.test_interval);
-        Comparison roads(continuous_road(c.interval, 5.0F),
-                         continuous_road(c.test_interval, 5.0F + c.shift), c.interval,
-                         c.test_interval);
-        roads.analysis.if_padding = c.if_padding;
-        roads.analysis.if_upsampling = c.if_upsampling;
-        ASSERT_EQ(roads.plan(), vialto_success);
-        ASSERT_EQ(roads.compare(), vialto_success);
+    for (Comparison roads :
+         {Comparison{.dx_test = 0.05F, .shift = -0.35F, .first = 4, .last = 1900},
+          Comparison{.dx = 0.05F, .if_padding = 1, .main_filter = idx_filttyp_mvgavg},
+          Comparison{.dx = 0.03F, .dx_test = 0.04F, .shift = 0.32F, .if_padding = 1},
+          Comparison{.dx = 0.05F, .dx_test = 0.02F, .shift = -0.45F, .if_upsampling = 2}}) {
+        EXPECT_EQ(roads.plan(), "");
+        EXPECT_EQ(roads.compare(), "");
         const tProfAnalysis& found = roads.analysis;
-        EXPECT_FLOAT_EQ(found.x_normsampleinterval, c.step);
-        EXPECT_NEAR(found.x_opt_offset, c.shift, 1e-5F);
-        EXPECT_GT(found.x_opt_finalcc, 99.9F);
-        EXPECT_EQ(found.x_opt_finalcc, found.x_opt_roughcc * found.x_opt_shapefactor);
         const auto best = static_cast<std::size_t>(found.iIndexMaxCorr);
+        const float shift = roads.shift - static_cast<float>(roads.first) * roads.dx;
+        EXPECT_NEAR(found.x_opt_offset, shift, 1e-5F);
+        EXPECT_GT(found.x_opt_finalcc, 99.8F);
+        EXPECT_EQ(found.x_opt_finalcc, found.x_opt_roughcc * found.x_opt_shapefactor);
         EXPECT_EQ(roads.final_cc[best], found.x_opt_finalcc);
         EXPECT_EQ(roads.offset[best], found.x_opt_offset);
-        EXPECT_EQ(roads.profiles[0].i_filt_leadout, c.if_padding == 2 ? 1998 : 1997);
+        EXPECT_EQ(roads.filtered[0] == roads.reference[4], roads.first == 4);
     }
 }
 
-// Nor does the step in the record do more than label the offsets.
-TEST(ProfileComparison, SweepsTheFilteredSectionsAndRatesTheRawOnes) {
+TEST(ProfileComparison, RecordLabelsTheOffsetsAndRatesTheRawSections) {
     const TemporaryDirectory directory;
-    Comparison roads;
-    roads.profiles[0].i_raw_leadin = 100;
-    roads.profiles[1].i_raw_leadout = 999;
-    for (tProfinfo& info : roads.profiles) {
-        info.tFilter.iMainFilterType = idx_filttyp_mvgavg;
-        info.tFilter.iSubFilterType = idx_subfilttyp_lowpass;
-        info.tFilter.iOutType = idx_filtouttyp_elevation;
-        info.tFilter.xShortWavelength = 0.25F;
+    Comparison roads{.step = 0.5F, .first = 100, .last = 1099};
+    for (const float offset_max : {NAN, INFINITY, 1.0F}) {
+        roads.analysis.x_offset_max = offset_max;
+        EXPECT_EQ(roads.compare(), "");
+        EXPECT_EQ(std::isnan(roads.offset[3]), std::isnan(offset_max));
+        EXPECT_TRUE(std::isnan(offset_max) || roads.offset[3] == 1.5F - offset_max);
     }
-    ASSERT_EQ(roads.plan(), vialto_success);
-    roads.analysis.x_normsampleinterval = 0.5F;
-    ASSERT_EQ(roads.compare(), vialto_success);
-    EXPECT_TRUE(roads.event.untouched());
-    EXPECT_EQ(roads.profiles[0].tFilter.iEndElemIdx, 0);
-
-    Road reference = roads.reference_filtered;
-    Road test = roads.test_filtered;
-    reference.resize(static_cast<std::size_t>(roads.profiles[0].i_filt_leadout) + 1);
-    test.resize(static_cast<std::size_t>(roads.profiles[1].i_filt_leadout) + 1);
-    const LiteralSweep literal = literal_sweep(reference, test, 81);
-    for (std::size_t k = 0; k < 81; ++k) {
-        EXPECT_NEAR(roads.final_cc[k], literal.final_cc[k], 1e-4F);
-        EXPECT_EQ(roads.offset[k], static_cast<float>(k) * 0.5F - 1.0F);
-    }
-    EXPECT_EQ(static_cast<std::size_t>(roads.analysis.iIndexMaxCorr), literal.best);
-
-    const auto iri = [](int count, const float* section) {
-        float index = 0.0F;
-        ride_dlldrv(2, 1, idx_ridests_IRI, count, section, nullptr, 0.025F, &index, nullptr);
-        return index;
-    };
-    const float reference_iri = iri(1100, roads.reference.data() + 100);
-    const float test_iri = iri(1000, roads.test.data());
-    EXPECT_EQ(roads.analysis.x_ref_iri, reference_iri);
+    float iri = 0.0F, test_iri = 0.0F;
+    ride_dlldrv(2, 1, 1, 1000, &roads.reference[100], nullptr, 0.025F, &iri, nullptr);
+    ride_dlldrv(2, 1, 1, 2000, &roads.test[0], nullptr, 0.025F, &test_iri, nullptr);
+    EXPECT_EQ(roads.analysis.x_ref_iri, iri);
     EXPECT_EQ(roads.analysis.x_test_iri, test_iri);
-    EXPECT_EQ(roads.analysis.x_iri_diff, (test_iri - reference_iri) / reference_iri * 100.0F);
+    EXPECT_EQ(roads.analysis.x_iri_diff, (test_iri - iri) / iri * 100.0F);
 
     const std::string text = directory.text_of("ccfunc.txt");
     std::size_t position = 0;
@@ -197,86 +146,62 @@ TEST(ProfileComparison, SweepsTheFilteredSectionsAndRatesTheRawOnes) {
 TEST(ProfileComparison, EmptySweepSucceeds) {
     const TemporaryDirectory directory;
     for (const std::int32_t count : {0, -79, INT32_MIN}) {
-        Comparison roads;
-        ASSERT_EQ(roads.plan(), vialto_success);
-        roads.count = count;
-        roads.analysis.if_outputfilt = 2;
-        EXPECT_EQ(roads.compare(), vialto_success);
+        Comparison roads{.count = count, .missing = "Filt"};
+        EXPECT_EQ(roads.compare(), "");
         EXPECT_EQ(roads.analysis.iIndexMaxCorr, 0);
         EXPECT_EQ(roads.analysis.x_opt_finalcc, 0.0F);
         EXPECT_GT(roads.analysis.x_ref_iri, 0.0F);
-        EXPECT_EQ(roads.reference_filtered[0], untouched);
     }
 }
 
-TEST(ProfileComparison, LargestOffsetOnlyLabelsTheOffsets) {
+TEST(ProfileComparison, RefusalNamesTheArgument) {
     const TemporaryDirectory directory;
-    Comparison roads;
-    ASSERT_EQ(roads.plan(), vialto_success);
-    ASSERT_EQ(roads.compare(), vialto_success);
-    const std::int32_t best = roads.analysis.iIndexMaxCorr;
-    const Road coefficients = roads.final_cc;
-    for (const float offset_max : {INFINITY, -INFINITY, NAN}) {
-        roads.analysis.x_offset_max = offset_max;
-        EXPECT_EQ(roads.compare(), vialto_success);
-        EXPECT_EQ(roads.analysis.iIndexMaxCorr, best);
-        EXPECT_EQ(roads.final_cc, coefficients);
-        if (std::isnan(offset_max)) {
-            EXPECT_TRUE(std::isnan(roads.analysis.x_opt_offset));
-        } else {
-            EXPECT_EQ(roads.analysis.x_opt_offset, -offset_max);
-        }
+    const std::string no_interval = " is not a positive finite number";
+    for (auto& [text, roads] : std::vector<std::pair<std::string, Comparison>>{
+             {"CC_CoeffArray: x_sampleinterval of the reference profile" + no_interval, {.dx = 0}},
+             {"CC_CoeffArray: x_offset_max is not a finite number", {.offset_max = NAN}},
+             {"ccfunc: x_sampleinterval of the test profile" + no_interval, {.dx_test = -1}},
+             {"ccfunc: x_normsampleinterval" + no_interval, {.step = INFINITY}},
+             {"ccfunc: i_raw_leadin of the reference profile lies before the first sample",
+              {.first = -1}},
+             {"ccfunc: i_raw_leadout of the reference profile lies behind the last sample",
+              {.last = 2000}},
+             {"ccfunc: iSizeDataArrayTest is too large for padding",
+              {.if_padding = 1, .size = 715827884}}}) {
+        EXPECT_EQ(roads.call(text), "100 2 " + text);
+    }
+    for (const std::string text :
+         {"CC_CoeffArray: iCroxCorrPoints", "CC_CoeffArray: analysis", "CC_CoeffArray: ptrProfinfo",
+          "ccfunc: xDataArrayRef", "ccfunc: xDataArrayTest", "ccfunc: analysis",
+          "ccfunc: ptrProfinfo", "ccfunc: xFinalCC", "ccfunc: xOffsetArray",
+          "ccfunc: xDataArrayRefFilt", "ccfunc: xDataArrayTestFilt", "pcbia_dlldrv: xRunData",
+          "pcbia_dlldrv: xRefProfile", "pcbia_dlldrv: xPrecision", "pcbia_dlldrv: xBias",
+          "pcbia_dlldrv: iPrecisionClass", "pcbia_dlldrv: iBiasClass"}) {
+        Comparison roads{.missing = text.substr(text.find(' ') + 1)};
+        EXPECT_EQ(roads.call(text), "100 2 " + text + " is a null pointer");
     }
 }
 
-TEST(ProfileComparison, FailuresLeaveMarksOrNothing) {
+TEST(ProfileComparison, FailureLeavesMarksOrTheSweep) {
     const TemporaryDirectory directory;
-    enum Left { nothing, marks, sweep };
-    struct Case {
-        std::function<void(Comparison&)> spoil;
-        Left left;
-        const char* event;
-    };
-    const Case cases[] = {
-        {[](Comparison& c) { c.profiles[0].i_raw_leadin = -1; }, nothing,
-         "100 2 ccfunc: i_raw_leadin of the reference profile lies before the first sample"},
-        {[](Comparison& c) { c.profiles[1].i_raw_leadout = 1100; }, nothing,
-         "100 2 ccfunc: i_raw_leadout of the test profile lies behind the last sample"},
-        {[](Comparison& c) { c.analysis.x_normsampleinterval = 0.0F; }, nothing,
-         "100 2 ccfunc: x_normsampleinterval is not a positive finite number"},
-        {[](Comparison& c) { c.profiles[1].tFilter.iMainFilterType = 8; }, marks,
-         "101 2 ccfunc: Illegal Main filter type"},
-        {[](Comparison& c) { c.profiles[0].i_raw_leadout = -5; }, marks,
-         "101 2 ccfunc: number of points is less than zero"},
-        {[](Comparison& c) {
-             c.analysis.if_upsampling = 2, c.profiles[0].x_sampleinterval = 1e-9F;
-         },
-         marks, "100 2 ccfunc: the resampled profile is too long"},
-        {[](Comparison& c) { // 1 - 0.05 / 0.025 samples
-             c.profiles[0].i_raw_leadout = -5;
-             c.profiles[0].x_sampleinterval = 0.05F;
-         },
-         marks, "101 2 ccfunc: x_num_act should not be zero"},
-        {[](Comparison& c) { c.profiles[1].tFilter.if250mmFilter = 0; }, sweep,
-         "101 2 ccfunc: tFiltCon%if250mmFilter is not either 1 -yes- nor 2 -no-"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.event);
-        Comparison roads;
-        ASSERT_EQ(roads.plan(), vialto_success);
-        c.spoil(roads);
-        EXPECT_EQ(roads.compare(), vialto_failure);
-        EXPECT_EQ(roads.event.summary(), c.event);
-        if (c.left != sweep) {
-            EXPECT_EQ(roads.final_cc.back(), c.left == marks ? -999.0F : untouched);
-            EXPECT_EQ(roads.offset.back(), c.left == marks ? 999.0F : untouched);
-        }
-        EXPECT_EQ(roads.analysis.iIndexMaxCorr == -7, c.left != sweep);
-        EXPECT_EQ(roads.reference_filtered[0] == untouched, c.left != sweep);
-        EXPECT_EQ(roads.profiles[0].i_filt_leadin == -7, c.left == nothing);
-        EXPECT_EQ(roads.analysis.x_opt_finalcc, untouched);
-        EXPECT_EQ(roads.analysis.x_iri_diff, untouched);
+    for (auto& [event, roads] : std::vector<std::pair<std::string, Comparison>>{
+             {"101 2 ccfunc: Illegal Main filter type", {.main_filter = 8}},
+             {"101 2 ccfunc: number of points is less than zero", {.last = -5}},
+             {"101 2 ccfunc: x_num_act should not be zero",
+              {.dx = 0.05F, .last = -5}}, // 1 - 2 samples
+             {"100 2 ccfunc: the resampled profile is too long",
+              {.dx = 1e-9F, .if_upsampling = 2}}}) {
+        EXPECT_EQ(roads.compare(), event);
+        EXPECT_EQ(roads.final_cc, Road(81, -999.0F));
+        EXPECT_EQ(roads.offset, Road(81, 999.0F));
+        EXPECT_EQ(roads.analysis.iIndexMaxCorr, -7);
     }
+    Comparison roads{.if250mmFilter = 0};
+    EXPECT_EQ(roads.compare(),
+              "101 2 ccfunc: tFiltCon%if250mmFilter is not either 1 -yes- nor 2 -no-");
+    EXPECT_EQ(roads.analysis.iIndexMaxCorr, 50); // 0.25 m
+    EXPECT_EQ(roads.filtered[0], roads.reference[0]);
+    EXPECT_EQ(roads.analysis.x_opt_finalcc, 55.5F);
 }
 
 } // namespace vialto::test

@@ -3,79 +3,66 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
+#include <span>
 
 namespace vialto::test {
 
 namespace {
 
-float normalise(std::vector<float>& segment) {
-    std::vector<double> work(segment.begin(), segment.end());
-    const auto n = static_cast<double>(work.size());
-    double mean = 0.0;
-    for (const double value : work) {
-        mean += value;
-    }
-    mean /= n;
+using Segment = std::vector<double>; // of 32-bit values
+
+float normalise(Segment& segment) {
+    const auto n = static_cast<double>(segment.size());
+    const double mean = std::accumulate(segment.begin(), segment.end(), 0.0) / n;
     double squares = 0.0;
-    for (double& value : work) {
+    for (double& value : segment) {
         value -= mean;
         squares += value * value;
     }
     const double rms = std::sqrt(squares / n);
-    for (std::size_t i = 0; i < work.size(); ++i) {
-        segment[i] = static_cast<float>(work[i] / rms);
+    for (double& value : segment) {
+        value = static_cast<double>(static_cast<float>(value / rms));
     }
     return static_cast<float>(rms);
 }
 
-float correlation(const std::vector<float>& reference, const std::vector<float>& test) {
-    const auto n = static_cast<double>(reference.size());
-    double sx = 0.0;
-    double sy = 0.0;
-    double sxy = 0.0;
-    double sxx = 0.0;
-    double syy = 0.0;
-    for (std::size_t i = 0; i < reference.size(); ++i) {
-        const double x = static_cast<double>(reference[i]);
-        const double y = static_cast<double>(test[i]);
-        sx += x;
-        sy += y;
-        sxy += x * y;
-        sxx += x * x;
-        syy += y * y;
+// Of segments that have a variance.
+float correlation(const Segment& x, const Segment& y) {
+    double sx = 0.0, sy = 0.0, sxy = 0.0, sxx = 0.0, syy = 0.0;
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        sx += x[i];
+        sy += y[i];
+        sxy += x[i] * y[i];
+        sxx += x[i] * x[i];
+        syy += y[i] * y[i];
     }
-    const float c = static_cast<float>(sxy - sx * sy / n);
-    const double a = std::fabs(sxx - sx * sx / n);
-    const double b = std::fabs(syy - sy * sy / n);
-    if (a <= 1.1920928955078125e-7 || b <= 1.1920928955078125e-7) {
-        return c > 0.0F ? 100.0F : -100.0F;
-    }
-    return static_cast<float>(static_cast<double>(c) / std::sqrt(a * b)) * 100.0F;
+    const auto n = static_cast<double>(x.size());
+    const auto c = static_cast<float>(sxy - sx * sy / n);
+    const double root = std::sqrt(std::fabs(sxx - sx * sx / n) * std::fabs(syy - sy * sy / n));
+    return static_cast<float>(static_cast<double>(c) / root) * 100.0F;
 }
 
 } // namespace
 
 LiteralSweep literal_sweep(const std::vector<float>& reference, const std::vector<float>& test,
                            std::size_t positions) {
-    LiteralSweep sweep{};
-    float best_value = -std::numeric_limits<float>::infinity();
+    LiteralSweep sweep;
+    const std::size_t half = positions / 2;
+    float largest = -std::numeric_limits<float>::infinity();
     for (std::size_t k = 0; k < positions; ++k) {
-        const auto offset =
-            static_cast<std::ptrdiff_t>(k) - static_cast<std::ptrdiff_t>(positions / 2);
-        const std::ptrdiff_t skipped_reference = std::max<std::ptrdiff_t>(offset, 0);
-        const std::ptrdiff_t skipped_test = std::max<std::ptrdiff_t>(-offset, 0);
-        const auto count =
-            std::min(std::ssize(reference) - skipped_reference, std::ssize(test) - skipped_test);
-        std::vector<float> x(reference.begin() + skipped_reference,
-                             reference.begin() + skipped_reference + count);
-        std::vector<float> y(test.begin() + skipped_test, test.begin() + skipped_test + count);
-        const float x_rms = normalise(x);
-        const float y_rms = normalise(y);
-        sweep.shape.push_back(std::min(x_rms, y_rms) / std::max(x_rms, y_rms));
+        const auto reference_left = std::span(reference).subspan(std::max(k, half) - half);
+        const auto test_left = std::span(test).subspan(half - std::min(k, half));
+        Segment x(reference_left.begin(), reference_left.end());
+        Segment y(test_left.begin(), test_left.end());
+        x.resize(std::min(x.size(), y.size()));
+        y.resize(x.size());
+        const auto [less, more] = std::minmax({normalise(x), normalise(y)});
+        sweep.shape.push_back(less / more);
         sweep.roughness.push_back(correlation(x, y));
         sweep.final_cc.push_back(sweep.roughness[k] * sweep.shape[k]);
-        if (sweep.final_cc[k] > best_value) {
-            best_value = sweep.final_cc[k];
+        if (sweep.final_cc[k] > largest) {
+            largest = sweep.final_cc[k];
             sweep.best = k;
         }
     }

@@ -6,13 +6,11 @@
 namespace vialto::test {
 
 struct LiteralSweep {
-    std::vector<float> final_cc;
-    std::vector<float> roughness;
-    std::vector<float> shape;
-    std::size_t best; // position of the optimum, from 0
+    std::vector<float> final_cc, roughness, shape;
+    std::size_t best = 0; // position of the optimum, from 0
 };
 
-// `positions` offsets, the middle one 0; every overlap has at least one sample.
+// Every overlap has at least one sample.
 [[nodiscard]] LiteralSweep literal_sweep(const std::vector<float>& reference,
                                          const std::vector<float>& test, std::size_t positions);
 
