@@ -31,34 +31,28 @@ double cotangent(double dx, double cutoff) {
     return 1.0 / std::tan(dx * 0.5 * (6.283185307 / cutoff));
 }
 
-// One pass. The first sample is taken `opening` times, the second, or without the coefficients of a
-// second-order section every later one, becomes first(x0, x1, y1).
+// Each section forwards and backwards. The first sample of a pass is taken `opening` times; the
+// second, and every later one of the first-order section, becomes first(x0, x1, y1).
 template <class First>
-void run_pass(std::vector<double>& y, double opening, const First& first,
-              const std::optional<std::array<double, 4>>& second) {
-    const std::vector<double> x = y;
-    for (std::size_t i = 0; i < x.size(); ++i) {
-        if (i == 0) {
-            y[i] = opening * x[i];
-        } else if (i == 1 || !second) {
-            y[i] = first(x[i], x[i - 1], y[i - 1]);
-        } else {
-            const auto [c0, c1, d1, d2] = *second;
-            y[i] = c1 * x[i - 1] - d1 * y[i - 1] - d2 * y[i - 2] + c0 * (x[i - 2] + x[i]);
+std::vector<double> run_both_ways(std::vector<double> y, double opening, const First& first,
+                                  const std::array<double, 4>& second) {
+    const auto [c0, c1, d1, d2] = second;
+    for (const bool second_order : {false, true, false, true}) {
+        const std::vector<double> x = y;
+        for (std::size_t i = 0; i < x.size(); ++i) {
+            if (i == 0) {
+                y[i] = opening * x[i];
+            } else if (i == 1 || !second_order) {
+                y[i] = first(x[i], x[i - 1], y[i - 1]);
+            } else {
+                y[i] = c1 * x[i - 1] - d1 * y[i - 1] - d2 * y[i - 2] + c0 * (x[i - 2] + x[i]);
+            }
+        }
+        if (!second_order) {
+            std::reverse(y.begin(), y.end());
         }
     }
-}
-
-template <class First>
-std::vector<double> run_both_ways(std::vector<double> x, double opening, const First& first,
-                                  const std::array<double, 4>& second) {
-    run_pass(x, opening, first, {});
-    std::reverse(x.begin(), x.end());
-    run_pass(x, opening, first, second);
-    run_pass(x, opening, first, {});
-    std::reverse(x.begin(), x.end());
-    run_pass(x, opening, first, second);
-    return x;
+    return y;
 }
 
 } // namespace

@@ -10,39 +10,13 @@ namespace vialto::test {
 
 namespace {
 
-using State = std::array<double, 4>;
-
-// Velocities and accelerations of the two masses over a road that stands at the given height.
-State derivative(const QuarterCar& car, const State& x, double road) {
-    const double suspension = car.k2 * (x[2] - x[0]) + car.c * (x[3] - x[1]);
-    return {x[1], suspension, x[3], (car.k1 * (road - x[2]) - suspension) / car.mu};
-}
-
-// Small Taylor steps, exact for a constant road up to the order of the series.
-void advance(const QuarterCar& car, State& x, double road, double dt) {
-    constexpr int steps = 8;
-    for (int step = 0; step < steps; ++step) {
-        State term = x;
-        for (int order = 1; order <= 12; ++order) {
-            term = derivative(car, term, order == 1 ? road : 0.0);
-            for (std::size_t i = 0; i < 4; ++i) {
-                term[i] *= dt / steps / order;
-                x[i] += term[i];
-            }
-        }
-    }
-}
-
 using Matrix = SquareMatrix<4>;
 
 Matrix product(const Matrix& a, const Matrix& b) {
     Matrix c{};
     for (std::size_t i = 0; i < 4; ++i) {
         for (std::size_t j = 0; j < 4; ++j) {
-            c[i][j] = a[i][0] * b[0][j];
-            for (std::size_t k = 1; k < 4; ++k) {
-                c[i][j] = c[i][j] + a[i][k] * b[k][j];
-            }
+            c[i][j] = a[i][0] * b[0][j] + a[i][1] * b[1][j] + a[i][2] * b[2][j] + a[i][3] * b[3][j];
         }
     }
     return c;
@@ -65,24 +39,6 @@ Matrix state_transition(const Matrix& a, float dt) {
 }
 
 } // namespace
-
-std::vector<double> filtered_slope(const QuarterCar& car, std::span<const float> profile,
-                                   double interval, std::size_t base) {
-    const auto rise = [&](std::size_t from, std::size_t to) {
-        return static_cast<double>(profile[to]) - static_cast<double>(profile[from]);
-    };
-    const double init = std::min(static_cast<double>(profile.size()),
-                                 std::floor(car.init_length / interval + 0.5) + 1.0);
-    const double start = rise(0, static_cast<std::size_t>(init) - 1) / (interval * init);
-    State x{start, 0.0, start, 0.0};
-    std::vector<double> result;
-    for (std::size_t i = 0; i + base < profile.size(); ++i) {
-        const double slope = rise(i, i + base) / (interval * static_cast<double>(base));
-        advance(car, x, slope, interval / (car.speed / 3.6));
-        result.push_back(x[2] - x[0]);
-    }
-    return result;
-}
 
 LiteralResult literal_filter(const QuarterCar& car, std::span<const float> profile, float interval,
                              int base, float exponent) {

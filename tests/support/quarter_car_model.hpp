@@ -1,8 +1,6 @@
-// Two independent roads to the quarter car: a plain model in 64-bit arithmetic, and the recursion
-// in 32-bit arithmetic written down literally, matrix by matrix.
+// The quarter car's recursion in 32-bit arithmetic written down literally, matrix by matrix.
 #pragma once
 
-#include <cstddef>
 #include <span>
 #include <vector>
 
@@ -19,12 +17,6 @@ struct QuarterCar {
 
 inline constexpr QuarterCar iri_car{11.0, 653.0, 63.3, 6.0, 0.15, 80.0};
 inline constexpr QuarterCar rn_car{19.0, 5120.0, 390.0, 17.0, 0.036, 80.46};
-
-// Filtered slope of a profile, as many values as the base of the moving average (in samples)
-// leaves.
-[[nodiscard]] std::vector<double> filtered_slope(const QuarterCar& car,
-                                                 std::span<const float> profile, double interval,
-                                                 std::size_t base);
 
 // The filtered slope in float32, zero tail included, and the summary statistic, with exponent 1
 // or 2.
