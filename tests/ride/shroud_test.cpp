@@ -1,9 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <functional>
 #include <random>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -49,7 +50,8 @@ TEST(Shroud, HasTheBitsOfVisitingEveryPair) {
             std::vector<float> y(x.size());
             shroud(x, dx, y, 15.24F, 1.524F);
             const std::vector<float> expected = literal_shroud(x, dx, 15.24F, 1.524F);
-            EXPECT_EQ(std::memcmp(y.data(), expected.data(), y.size() * sizeof(float)), 0) << dx;
+            EXPECT_TRUE(std::ranges::equal(std::as_bytes(std::span(y)),
+                                           std::as_bytes(std::span(expected))));
         }
     }
 }
