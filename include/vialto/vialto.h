@@ -20,8 +20,8 @@
  *     name as routine, and no output written. Memory that cannot be had is reported in the same way
  *     ("not enough memory for the analysis"), but outputs written before stay as they are.
  *  5. Most functions write a diagnostic text file on every call: the function's name and ".txt", in
- *     the directory that the environment variable TMP names. Where that file cannot be opened the
- *     analysis does not run: result 3 with
+ *     the directory that the environment variable TMP names. Where that file cannot be opened
+ *     there is no output: result 3 with
  *         code 102  "error opening a new file - PATH, iostat = STATUS"
  *         code 101  "error in finding a free file unit" (units 11 to 99 are all in use)
  *     and the routine "io_tmp_file/" with the function's name. A contract says where a function
@@ -804,8 +804,7 @@ VIALTO_API int32_t VIALTO_CALL pgindex_dll(int32_t iStartIndex, int32_t iEndInde
  *  3. A later pass overwrites a flag only where it cuts: a sample flagged 3 becomes 2 when a
  *     shallower cut follows. The flag judges the cut of one pass, not the sum of the passes.
  *  4. The diagnostic file, grindsimu_dlldrv.txt, is opened only after the grinder has succeeded: a
- *     failure leaves no file, and when the file itself cannot be opened the outputs are written
- *     already. It holds a table of distance, profile before and profile after.
+ *     failure leaves no file. It holds a table of distance, profile before and profile after.
  *
  * Reference: FHWA, "Concrete Pavement Preservation Guide", second edition, 2014, chapter "Diamond
  * Grinding and Grooving".

@@ -26,7 +26,14 @@ void check_spots(ArgumentCheck& check, const tGrindSpot* tGrindSpots, std::int32
 int32_t VIALTO_CALL grindsimu_dlldrv(float xStepSize, int32_t iNumGrindSpots, int32_t nsamp,
                                      const tGrinderSetup* setup, const tGrindSpot* tGrindSpots,
                                      float* xProfile, int32_t* iGrindFlags, tEvent* event) {
-    std::vector<float> kept;
+    const std::span<float> profile = host_array(xProfile, nsamp);
+    const std::span<std::int32_t> host_flags = host_array(iGrindFlags, nsamp);
+    std::vector<float> ground;
+    std::vector<std::int32_t> flags;
+    const auto hand_over = [&] {
+        std::copy(ground.begin(), ground.end(), profile.begin());
+        std::copy(flags.begin(), flags.end(), host_flags.begin());
+    };
     return run_export(
         {.name = "grindsimu_dlldrv", .diagnostic_file = DiagnosticFile::opened_after_success},
         event,
@@ -39,15 +46,22 @@ int32_t VIALTO_CALL grindsimu_dlldrv(float xStepSize, int32_t iNumGrindSpots, in
         },
         [](DiagnosticText&) {},
         [&] {
-            const std::span<float> profile = host_array(xProfile, nsamp);
-            kept.assign(profile.begin(), profile.end());
-            return grindsimu(xStepSize, host_array(tGrindSpots, iNumGrindSpots), *setup, profile,
-                             host_array(iGrindFlags, nsamp));
+            ground.assign(profile.begin(), profile.end());
+            flags.assign(host_flags.begin(), host_flags.end());
+            if (grindsimu(xStepSize, host_array(tGrindSpots, iNumGrindSpots), *setup, ground,
+                          flags) != success) {
+                hand_over(); // the passes before the failure stay done
+                return failure;
+            }
+            return success;
         },
         [&](DiagnosticText& text) {
-            for (std::size_t i = 0; i < kept.size(); ++i) {
-                text.record(static_cast<float>(i) * xStepSize, kept[i], xProfile[i]);
+            for (std::size_t i = 0; i < ground.size(); ++i) {
+                text.record(static_cast<float>(i) * xStepSize, profile[i], ground[i]);
             }
+            // The host's arrays are as they came up to here, so that a file that cannot be opened
+            // leaves them untouched.
+            hand_over();
         });
 }
 
