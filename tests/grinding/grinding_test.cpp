@@ -151,6 +151,14 @@ TEST_F(Grinding, FailsWithoutATableAndKeepsWhatIsGround) {
     EXPECT_EQ(grind({{11, {1}, {}, 0, 23}}),
               "100 2 grindsimu_dlldrv: tGrindSpots holds a spot with more than ten passes");
     EXPECT_FALSE(directory.holds("grindsimu_dlldrv.txt"));
+
+    // The file comes last, and when it cannot be opened nothing is ground.
+    right.clear();
+    road[12] = 8.0F;
+    set_tmp((directory.path() / "absent").string());
+    EXPECT_TRUE(grind({{1, {1}, {}, 0, 23}}).starts_with("102 2 io_tmp_file/grindsimu_dlldrv: "));
+    EXPECT_EQ(road[12], 8.0F);
+    EXPECT_EQ(flags[12], -5);
 }
 
 TEST_F(Grinding, NamesTheArgumentThatItRefuses) {
