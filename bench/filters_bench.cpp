@@ -22,7 +22,7 @@ constexpr std::size_t samples = 64374; // a mile
 // One filter over a mile. Wavelengths are metres.
 void filter(benchmark::State& state, std::int32_t type, std::int32_t sub_type, float longest,
             float shortest, std::int32_t out_type) {
-    const auto profile = test::random_road(samples, interval, 1);
+    const auto profile = test::random_road(samples, static_cast<double>(interval), 1);
     std::vector<float> filtered(samples);
     tFiltCon settings{};
     settings.iMainFilterType = type;
@@ -58,7 +58,7 @@ BENCHMARK_CAPTURE(filter, detrending, idx_filttyp_detrend, 0, 0.0F, 0.0F, elevat
 
 // The plain loops of the tests, for comparison.
 void literal_moving_average_low(benchmark::State& state) {
-    const auto profile = test::random_road(samples, interval, 1);
+    const auto profile = test::random_road(samples, static_cast<double>(interval), 1);
     for (auto _ : state) {
         benchmark::DoNotOptimize(test::literal_moving_average(profile, 10, 5, false));
     }
@@ -66,7 +66,7 @@ void literal_moving_average_low(benchmark::State& state) {
 BENCHMARK(literal_moving_average_low);
 
 void literal_moving_average_high(benchmark::State& state) {
-    const auto profile = test::random_road(samples, interval, 1);
+    const auto profile = test::random_road(samples, static_cast<double>(interval), 1);
     for (auto _ : state) {
         benchmark::DoNotOptimize(test::literal_moving_average(profile, 400, 200, true));
     }
@@ -74,7 +74,7 @@ void literal_moving_average_high(benchmark::State& state) {
 BENCHMARK(literal_moving_average_high);
 
 void literal_butterworth_band(benchmark::State& state) {
-    const auto profile = test::random_road(samples, interval, 1);
+    const auto profile = test::random_road(samples, static_cast<double>(interval), 1);
     for (auto _ : state) {
         std::vector<double> x(profile.begin(), profile.end());
         x = test::literal_butterworth_high_pass(std::move(x), interval, 91.0F);
@@ -84,7 +84,7 @@ void literal_butterworth_band(benchmark::State& state) {
 BENCHMARK(literal_butterworth_band);
 
 void literal_band_pass(benchmark::State& state) {
-    const auto profile = test::random_road(samples, interval, 1);
+    const auto profile = test::random_road(samples, static_cast<double>(interval), 1);
     for (auto _ : state) {
         benchmark::DoNotOptimize(test::literal_band_pass_signal(profile, interval, 1.0F, 30.0F));
     }
@@ -92,7 +92,7 @@ void literal_band_pass(benchmark::State& state) {
 BENCHMARK(literal_band_pass);
 
 void literal_bridge(benchmark::State& state) {
-    const auto profile = test::random_road(samples, interval, 1);
+    const auto profile = test::random_road(samples, static_cast<double>(interval), 1);
     const auto base = static_cast<std::size_t>(state.range(0));
     const std::span<const float> road(profile);
     for (auto _ : state) {
@@ -106,7 +106,7 @@ BENCHMARK(literal_bridge)->Arg(10)->Arg(400);
 // The export with its diagnostic file: three numbers for each of the 64272 valid elements.
 void antismth_dlldrv_call(benchmark::State& state) {
     const test::TemporaryDirectory directory;
-    const auto road = test::random_road(samples, interval, 1);
+    const auto road = test::random_road(samples, static_cast<double>(interval), 1);
     std::vector<float> profile(samples);
     std::int32_t begin = 0;
     std::int32_t end = 0;

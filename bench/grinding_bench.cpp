@@ -37,7 +37,7 @@ tMustGrindCfg settings(std::int32_t selector) {
 
 void mustgrind_dlldrv_call(benchmark::State& state) {
     tMustGrindCfg cfg = settings(static_cast<std::int32_t>(state.range(0)));
-    const auto profile = test::random_road(samples_a_mile, interval, 1);
+    const auto profile = test::random_road(samples_a_mile, static_cast<double>(interval), 1);
     std::vector<std::int32_t> flags(profile.size());
     for (auto _ : state) {
         benchmark::DoNotOptimize(mustgrind_dlldrv(samples_a_mile, interval, &cfg, &machine,
@@ -50,7 +50,7 @@ void mustgrind_dlldrv_call(benchmark::State& state) {
 
 void literal_mustgrind_run(benchmark::State& state) {
     const tMustGrindCfg cfg = settings(static_cast<std::int32_t>(state.range(0)));
-    const auto profile = test::random_road(samples_a_mile, interval, 1);
+    const auto profile = test::random_road(samples_a_mile, static_cast<double>(interval), 1);
     for (auto _ : state) {
         benchmark::DoNotOptimize(test::literal_mustgrind({interval, cfg, machine, profile}));
     }
@@ -59,7 +59,7 @@ void literal_mustgrind_run(benchmark::State& state) {
 // Nearly all of it is the table of the diagnostic file.
 void grindsimu_dlldrv_call(benchmark::State& state) {
     const test::TemporaryDirectory directory;
-    auto profile = test::random_road(samples_a_mile, interval, 1);
+    auto profile = test::random_road(samples_a_mile, static_cast<double>(interval), 1);
     std::vector<std::int32_t> flags(profile.size());
     tGrindSpot whole_road{};
     whole_road.iNumPasses = 1;

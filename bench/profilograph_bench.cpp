@@ -32,7 +32,8 @@ void count_samples(benchmark::State& state) {
 }
 
 std::vector<float> road(const benchmark::State& state) {
-    return test::random_road(static_cast<std::size_t>(state.range(0)), interval, 1);
+    return test::random_road(static_cast<std::size_t>(state.range(0)),
+                             static_cast<double>(interval), 1);
 }
 
 std::vector<float> trace_of(const std::vector<float>& profile) {

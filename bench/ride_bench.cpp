@@ -27,7 +27,8 @@ void count_samples(benchmark::State& state) {
 void ride_dlldrv_call(benchmark::State& state) {
     const test::TemporaryDirectory directory;
     const auto count = static_cast<std::int32_t>(state.range(0));
-    const auto profile = test::random_road(static_cast<std::size_t>(count), interval, 1);
+    const auto profile =
+        test::random_road(static_cast<std::size_t>(count), static_cast<double>(interval), 1);
     float index = 0.0F;
     for (auto _ : state) {
         benchmark::DoNotOptimize(ride_dlldrv(2, 1, idx_ridests_IRI, count, profile.data(), nullptr,
@@ -38,7 +39,8 @@ void ride_dlldrv_call(benchmark::State& state) {
 
 // The same without the frame: the difference is the share of the diagnostic file.
 void ride_drv_call(benchmark::State& state) {
-    const auto profile = test::random_road(static_cast<std::size_t>(state.range(0)), interval, 1);
+    const auto profile = test::random_road(static_cast<std::size_t>(state.range(0)),
+                                           static_cast<double>(interval), 1);
     float index = 0.0F;
     for (auto _ : state) {
         benchmark::DoNotOptimize(ride_drv(2, 1, idx_ridests_IRI, profile, {}, interval, index));
@@ -52,7 +54,7 @@ constexpr std::int32_t segment_samples = 4001; // 100 m
 // The argument is the selector.
 void rideseg_dlldrv_call(benchmark::State& state) {
     const test::TemporaryDirectory directory;
-    const auto profile = test::random_road(samples_a_mile, interval, 1);
+    const auto profile = test::random_road(samples_a_mile, static_cast<double>(interval), 1);
     const std::vector<std::int32_t> counts(samples_a_mile / segment_samples, segment_samples);
     const auto segments = static_cast<std::int32_t>(counts.size());
     std::vector<float> index(counts.size());
@@ -66,7 +68,7 @@ void rideseg_dlldrv_call(benchmark::State& state) {
 
 void ridecon_dlldrv_call(benchmark::State& state) {
     const test::TemporaryDirectory directory;
-    const auto profile = test::random_road(samples_a_mile, interval, 1);
+    const auto profile = test::random_road(samples_a_mile, static_cast<double>(interval), 1);
     std::vector<float> output(profile.size());
     for (auto _ : state) {
         benchmark::DoNotOptimize(
@@ -76,7 +78,7 @@ void ridecon_dlldrv_call(benchmark::State& state) {
 }
 
 void literal_ridecon(benchmark::State& state) {
-    const auto profile = test::random_road(samples_a_mile, interval, 1);
+    const auto profile = test::random_road(samples_a_mile, static_cast<double>(interval), 1);
     for (auto _ : state) {
         benchmark::DoNotOptimize(test::literal_continuous(static_cast<std::int32_t>(state.range(0)),
                                                           profile, interval, base_length));
@@ -85,8 +87,8 @@ void literal_ridecon(benchmark::State& state) {
 
 void ride2chan_dlldrv_call(benchmark::State& state) {
     const test::TemporaryDirectory directory;
-    const auto left = test::random_road(samples_a_mile, interval, 1);
-    const auto right = test::random_road(samples_a_mile, interval, 2);
+    const auto left = test::random_road(samples_a_mile, static_cast<double>(interval), 1);
+    const auto right = test::random_road(samples_a_mile, static_cast<double>(interval), 2);
     float index = 0.0F;
     for (auto _ : state) {
         benchmark::DoNotOptimize(ride2chan_dlldrv(2, 1, static_cast<std::int32_t>(state.range(0)),
@@ -97,8 +99,8 @@ void ride2chan_dlldrv_call(benchmark::State& state) {
 
 void ridecon2chan_dlldrv_call(benchmark::State& state) {
     const test::TemporaryDirectory directory;
-    const auto left = test::random_road(samples_a_mile, interval, 1);
-    const auto right = test::random_road(samples_a_mile, interval, 2);
+    const auto left = test::random_road(samples_a_mile, static_cast<double>(interval), 1);
+    const auto right = test::random_road(samples_a_mile, static_cast<double>(interval), 2);
     std::vector<float> output(left.size());
     for (auto _ : state) {
         benchmark::DoNotOptimize(ridecon2chan_dlldrv(
@@ -110,7 +112,8 @@ void ridecon2chan_dlldrv_call(benchmark::State& state) {
 void wimindex_dlldrv_call(benchmark::State& state) {
     const test::TemporaryDirectory directory;
     const auto count = static_cast<std::int32_t>(state.range(0));
-    const auto profile = test::random_road(static_cast<std::size_t>(count), interval, 1);
+    const auto profile =
+        test::random_road(static_cast<std::size_t>(count), static_cast<double>(interval), 1);
     std::vector<float> output(profile.size());
     for (auto _ : state) {
         benchmark::DoNotOptimize(wimindex_dlldrv(vialto_no, interval, 0.0F, count, profile.data(),
@@ -120,7 +123,7 @@ void wimindex_dlldrv_call(benchmark::State& state) {
 }
 
 std::vector<float> magnitudes(std::size_t count) {
-    std::vector<float> x = test::random_road(count, interval, 1);
+    std::vector<float> x = test::random_road(count, static_cast<double>(interval), 1);
     for (float& value : x) {
         value = std::fabs(value);
     }

@@ -23,7 +23,8 @@ constexpr float interval = 0.025F; // m
 constexpr std::int64_t samples_a_mile = 64374;
 
 std::vector<float> road(benchmark::State& state) {
-    return test::random_road(static_cast<std::size_t>(state.range(0)), interval, 1);
+    return test::random_road(static_cast<std::size_t>(state.range(0)),
+                             static_cast<double>(interval), 1);
 }
 
 void count_samples(benchmark::State& state) {

@@ -28,10 +28,10 @@ int32_t VIALTO_CALL grindsimu_dlldrv(float xStepSize, int32_t iNumGrindSpots, in
                                      float* xProfile, int32_t* iGrindFlags, tEvent* event) {
     const std::span<float> profile = host_array(xProfile, nsamp);
     const std::span<std::int32_t> host_flags = host_array(iGrindFlags, nsamp);
-    std::vector<float> ground;
+    std::vector<float> ground_profile;
     std::vector<std::int32_t> flags;
     const auto hand_over = [&] {
-        std::copy(ground.begin(), ground.end(), profile.begin());
+        std::copy(ground_profile.begin(), ground_profile.end(), profile.begin());
         std::copy(flags.begin(), flags.end(), host_flags.begin());
     };
     return run_export(
@@ -46,9 +46,9 @@ int32_t VIALTO_CALL grindsimu_dlldrv(float xStepSize, int32_t iNumGrindSpots, in
         },
         [](DiagnosticText&) {},
         [&] {
-            ground.assign(profile.begin(), profile.end());
+            ground_profile.assign(profile.begin(), profile.end());
             flags.assign(host_flags.begin(), host_flags.end());
-            if (grindsimu(xStepSize, host_array(tGrindSpots, iNumGrindSpots), *setup, ground,
+            if (grindsimu(xStepSize, host_array(tGrindSpots, iNumGrindSpots), *setup, ground_profile,
                           flags) != success) {
                 hand_over(); // the passes before the failure stay done
                 return failure;
@@ -56,8 +56,8 @@ int32_t VIALTO_CALL grindsimu_dlldrv(float xStepSize, int32_t iNumGrindSpots, in
             return success;
         },
         [&](DiagnosticText& text) {
-            for (std::size_t i = 0; i < ground.size(); ++i) {
-                text.record(static_cast<float>(i) * xStepSize, profile[i], ground[i]);
+            for (std::size_t i = 0; i < ground_profile.size(); ++i) {
+                text.record(static_cast<float>(i) * xStepSize, profile[i], ground_profile[i]);
             }
             // The host's arrays are as they came up to here, so that a file that cannot be opened
             // leaves them untouched.
