@@ -2,8 +2,8 @@
 
 #include <cmath>
 #include <ctime>
-#include <regex>
 #include <string>
+#include <string_view>
 
 #include "frame/diagnostic_headers.hpp"
 #include "frame/diagnostic_text.hpp"
@@ -48,11 +48,16 @@ TEST(DiagnosticText, LongTablesArriveWhole) {
 TEST(DiagnosticHeaders, DateAndTimeStandInFixedColumns) {
     const auto stamp = [] {
         const std::time_t now = std::time(nullptr);
-        char words[80];
+        char words[80] = {};
         std::strftime(words, sizeof words,
                       "Day - Month - Year =     %d-%m-%Y\nHour : Minute : Second = %H:%M:%S\n",
                       std::localtime(&now));
-        return std::regex_replace(words, std::regex("([-: ])0"), "$1 ");
+        std::string blanked = words;
+        for (std::size_t i = 1; i < blanked.size(); ++i) {
+            const bool leads = std::string_view("-: ").find(words[i - 1]) != std::string_view::npos;
+            blanked[i] = leads && words[i] == '0' ? ' ' : words[i];
+        }
+        return blanked;
     };
     const std::string before = stamp();
     const std::string text =
