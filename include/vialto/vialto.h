@@ -565,8 +565,8 @@ VIALTO_API int32_t VIALTO_CALL wimindex_dlldrv(int32_t iBridgingFilter, float xS
  * Notes:
  *  1. With p the power of 2 at or above N, the lowest frequency is 1 / (xStepSize * (p - 1)). The
  *     octave grid begins at it and has it as its smallest step; the even grid begins at its
- *     spacing. The grid passes the Nyquist frequency, 0.5 / xStepSize, by one point, the even one by two, or
- *     ends at 100,000 points. Its last two points have no value.
+ *     spacing. The octave grid passes the Nyquist frequency, 0.5 / xStepSize, by one point, the even
+ *     one by two, unless it ends at 100,000 points before. The last two points have no value.
  *  2. Element i is the mean density between the middles of the grid's spaces below and above it:
  *     arithmetic middles in the even grid, geometric ones in the octave grid. Where the grid is
  *     finer than the transform, a band that holds no bin of its own takes the value of the one
