@@ -25,9 +25,12 @@ namespace vialto {
     return truncate(static_cast<double>(value));
 }
 
-// Rounding to the nearest whole number, a half away from zero.
+// Rounding to the nearest whole number, a half away from zero. Not by std::round, which in some
+// run-time libraries adds a half and so takes the float before 0.5 to 1.
 [[nodiscard]] inline std::int32_t nint(double value) noexcept {
-    return truncate(std::round(value));
+    const double whole = std::trunc(value);
+    const bool nearest = std::fabs(value - whole) < 0.5;
+    return truncate(nearest ? whole : whole + std::copysign(1.0, value));
 }
 
 [[nodiscard]] inline std::int32_t nint(float value) noexcept {
