@@ -20,7 +20,9 @@ std::vector<float> sinusoid(std::size_t count, double interval, double wavelengt
     for (std::size_t i = 0; i < count; ++i) {
         const double phase =
             2.0 * std::numbers::pi * static_cast<double>(i) * interval / wavelength;
-        profile[i] = static_cast<float>(amplitude * std::sin(phase));
+        // To 40 binary places, in which all mathematical libraries agree.
+        const double sine = std::ldexp(std::round(std::ldexp(std::sin(phase), 40)), -40);
+        profile[i] = static_cast<float>(amplitude * sine);
     }
     return profile;
 }
