@@ -5,30 +5,16 @@
 #include <cmath>
 #include <numeric>
 
+#include "filters/slope.hpp"
+
 namespace vialto::test {
 
 namespace {
 
-// Least-squares slope per sample.
-float line_slope(std::span<const float> y) {
-    const auto n = static_cast<double>(y.size());
-    double i = 0.0;
-    double sy = 0.0;
-    double siy = 0.0;
-    for (const float value : y) {
-        i += 1.0;
-        sy += static_cast<double>(value);
-        siy += i * static_cast<double>(value);
-    }
-    const double s1 = n * (n + 1.0) / 2.0;
-    const double s2 = n * (n + 1.0) * (2.0 * n + 1.0) / 6.0;
-    return n < 2.0 ? 0.0F : static_cast<float>((n * siy - sy * s1) / (n * s2 - s1 * s1));
-}
-
 constexpr double cutoff_correction = 0.8633841081005059;
 
-double cotangent(double dx, double cutoff) {
-    return 1.0 / std::tan(dx * 0.5 * (6.283185307 / cutoff));
+double cotangent(float dx, double cutoff) {
+    return 1.0 / std::tan(static_cast<double>(dx) * 0.5 * (6.283185307 / cutoff));
 }
 
 // Each section forwards and backwards. The first sample of a pass is taken `opening` times; the
@@ -40,13 +26,10 @@ std::vector<double> run_both_ways(std::vector<double> y, double opening, const F
     for (const bool second_order : {false, true, false, true}) {
         const std::vector<double> x = y;
         for (std::size_t i = 0; i < x.size(); ++i) {
-            if (i == 0) {
-                y[i] = opening * x[i];
-            } else if (i == 1 || !second_order) {
-                y[i] = first(x[i], x[i - 1], y[i - 1]);
-            } else {
-                y[i] = c1 * x[i - 1] - d1 * y[i - 1] - d2 * y[i - 2] + c0 * (x[i - 2] + x[i]);
-            }
+            y[i] = i == 0 ? opening * x[0]
+                   : i == 1 || !second_order
+                       ? first(x[i], x[i - 1], y[i - 1])
+                       : c1 * x[i - 1] - d1 * y[i - 1] - d2 * y[i - 2] + c0 * (x[i - 2] + x[i]);
         }
         if (!second_order) {
             std::reverse(y.begin(), y.end());
@@ -59,19 +42,16 @@ std::vector<double> run_both_ways(std::vector<double> y, double opening, const F
 
 std::vector<float> literal_moving_average(std::span<const float> profile, std::size_t base,
                                           std::size_t half, bool high_pass) {
-    const float a = line_slope(profile.first(half));
-    const float b = line_slope(profile.last(half));
-    std::vector<float> p;
-    for (std::size_t k = half; k > 0; --k) {
-        p.push_back(profile.front() - static_cast<float>(k) * a);
-    }
-    p.insert(p.end(), profile.begin(), profile.end());
+    std::vector<float> p(profile.size() + 2 * half);
+    std::copy(profile.begin(), profile.end(), p.data() + half);
+    const float a = lrslop(profile.first(half));
+    const float b = lrslop(profile.last(half));
     for (std::size_t k = 1; k <= half; ++k) {
-        p.push_back(profile.back() + static_cast<float>(k) * b);
+        p[half - k] = profile.front() - static_cast<float>(k) * a;
+        p[half + profile.size() + k - 1] = profile.back() + static_cast<float>(k) * b;
     }
     const auto length = static_cast<float>(base);
-    float mean =
-        std::accumulate(p.begin(), p.begin() + static_cast<std::ptrdiff_t>(base), 0.0F) / length;
+    float mean = std::accumulate(p.data(), p.data() + base, 0.0F) / length;
     std::vector<float> filtered;
     for (std::size_t i = 0; i < profile.size(); ++i) {
         if (i > 0) {
@@ -84,49 +64,40 @@ std::vector<float> literal_moving_average(std::span<const float> profile, std::s
 
 std::vector<double> literal_butterworth_high_pass(std::vector<double> profile, float interval,
                                                   float wavelength) {
-    const double c = cotangent(static_cast<double>(interval),
-                               static_cast<double>(wavelength) / cutoff_correction);
-    const double d = c + 1.0;
+    const double c = cotangent(interval, static_cast<double>(wavelength) / cutoff_correction);
     const double e = c + c * c + 1.0;
+    const auto first = [&](double x0, double x1, double y1) {
+        return c / (c + 1.0) * x0 + -c / (c + 1.0) * x1 - (1.0 - c) / (c + 1.0) * y1;
+    };
     return run_both_ways(
-        std::move(profile), 0.0,
-        [&](double x0, double x1, double y1) {
-            return c / d * x0 + -c / d * x1 - (1.0 - c) / d * y1;
-        },
+        std::move(profile), 0.0, first,
         {c * c / e, -2.0 * (c * c) / e, -2.0 * (c * c - 1.0) / e, (c * c + 1.0 - c) / e});
 }
 
 std::vector<double> literal_butterworth_low_pass(std::vector<double> profile, float interval,
                                                  float wavelength) {
-    const double c = cotangent(static_cast<double>(interval),
-                               static_cast<double>(wavelength) * cutoff_correction);
+    const double c = cotangent(interval, static_cast<double>(wavelength) * cutoff_correction);
     const double f = c * c + 1.0;
     const double g = c + f;
-    return run_both_ways(std::move(profile), 1.0,
-                         [&](double x0, double x1, double y1) {
-                             return 1.0 / (c + 1.0) * (x1 + x0) - (1.0 - c) / (c + 1.0) * y1;
-                         },
+    const auto first = [&](double x0, double x1, double y1) {
+        return 1.0 / (c + 1.0) * (x1 + x0) - (1.0 - c) / (c + 1.0) * y1;
+    };
+    return run_both_ways(std::move(profile), 1.0, first,
                          {1.0 / g, 2.0 / g, -2.0 * (c * c - 1.0) / g, (f - c) / g});
 }
 
-std::optional<float> literal_bridge_level(std::span<const float> window, float tolerance) {
-    float z = -10'000'000.0F;
-    for (const float sample : window) {
-        z = std::max(z, sample);
-    }
+float literal_bridge_level(std::span<const float> window, float tolerance) {
+    float z = *std::max_element(window.begin(), window.end());
     float v = 0.0F;
-    for (int iter = 1; iter <= 1000; ++iter) {
+    do {
         z = (z - tolerance) + v;
         v = 0.0F;
         for (const float sample : window) {
             v = v + std::max(sample - z, 0.0F);
         }
         v = v / static_cast<float>(window.size());
-        if (std::abs(tolerance - v) / tolerance <= 0.001F) {
-            return tolerance + z;
-        }
-    }
-    return std::nullopt;
+    } while (std::abs(tolerance - v) / tolerance > 0.001F);
+    return tolerance + z;
 }
 
 std::vector<std::complex<double>> literal_band_pass_signal(std::span<const float> profile,

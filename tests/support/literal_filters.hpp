@@ -4,7 +4,6 @@
 
 #include <complex>
 #include <cstddef>
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -22,9 +21,8 @@ namespace vialto::test {
 [[nodiscard]] std::vector<double> literal_butterworth_low_pass(std::vector<double> profile,
                                                                float interval, float wavelength);
 
-// The level of one window of the bridge filter; none where 1000 iterations do not find it.
-[[nodiscard]] std::optional<float> literal_bridge_level(std::span<const float> window,
-                                                        float tolerance);
+// The level of one window of the bridge filter, which must have one.
+[[nodiscard]] float literal_bridge_level(std::span<const float> window, float tolerance);
 
 // The band-pass about a centre frequency; wavelengths in metres.
 [[nodiscard]] std::vector<std::complex<double>>

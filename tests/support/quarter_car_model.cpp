@@ -23,9 +23,8 @@ Matrix product(const Matrix& a, const Matrix& b) {
 }
 
 Matrix state_transition(const Matrix& a, float dt) {
-    const Matrix unit{{{1.0F}, {0.0F, 1.0F}, {0.0F, 0.0F, 1.0F}, {0.0F, 0.0F, 0.0F, 1.0F}}};
-    Matrix t = unit;
-    Matrix st = unit;
+    Matrix st{{{1.0F}, {0.0F, 1.0F}, {0.0F, 0.0F, 1.0F}, {0.0F, 0.0F, 0.0F, 1.0F}}};
+    Matrix t = st;
     Matrix before{};
     for (int j = 1; st != before; ++j) {
         before = st;
@@ -42,25 +41,20 @@ Matrix state_transition(const Matrix& a, float dt) {
 
 LiteralResult literal_filter(const QuarterCar& car, std::span<const float> profile, float interval,
                              int base, float exponent) {
-    const auto f = [](double value) { return static_cast<float>(value); };
-    const float k1 = f(car.k1);
-    const float k2 = f(car.k2);
-    const float c = f(car.c);
-    const float mu = f(car.mu);
+    const auto [init_length, k1, k2, c, mu, speed] = car;
     const Matrix a{{{0.0F, 1.0F},
                     {-k2, -c, k2, c},
                     {0.0F, 0.0F, 0.0F, 1.0F},
                     {k2 / mu, c / mu, -(k1 + k2) / mu, -c / mu}}};
-    const Matrix b{{{0.0F}, {0.0F}, {0.0F}, {k1 / mu}}};
-    const Matrix st = state_transition(a, interval / (f(car.speed) / 3.6F));
+    const float b = k1 / mu; // the fourth element of the input vector, whose others are zero
+    const Matrix st = state_transition(a, interval / (speed / 3.6F));
     Matrix inverse{};
     (void)invert(a, inverse);
-    const Matrix moved = product(product(inverse, st), b);
-    const Matrix rest = product(inverse, b);
+    const Matrix moved = product(inverse, st);
 
     const auto n = static_cast<int>(profile.size());
     const auto y = [&](int i) { return profile[static_cast<std::size_t>(i - 1)]; };
-    const int init = std::min(n, static_cast<int>(f(car.init_length) / interval + 0.5F) + 1);
+    const int init = std::min(n, static_cast<int>(init_length / interval + 0.5F) + 1);
     const float s = (y(init) - y(1)) / (interval * static_cast<float>(init));
     std::array<float, 4> x{s, 0.0F, s, 0.0F};
     const int m = n - base;
@@ -71,7 +65,7 @@ LiteralResult literal_filter(const QuarterCar& car, std::span<const float> profi
         std::array<float, 4> next{};
         for (std::size_t k = 0; k < 4; ++k) {
             next[k] = st[k][0] * x[0] + st[k][1] * x[1] + st[k][2] * x[2] + st[k][3] * x[3] +
-                      (moved[k][0] - rest[k][0]) * slope;
+                      (moved[k][3] * b - inverse[k][3] * b) * slope;
         }
         x = next;
         result.filtered.push_back(x[2] - x[0]);

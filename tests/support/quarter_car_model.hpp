@@ -7,19 +7,18 @@
 namespace vialto::test {
 
 struct QuarterCar {
-    double init_length; // m
-    double k1;
-    double k2;
-    double c;
-    double mu;
-    double speed; // km/h
+    float init_length; // m
+    float k1;
+    float k2;
+    float c;
+    float mu;
+    float speed; // km/h
 };
 
-inline constexpr QuarterCar iri_car{11.0, 653.0, 63.3, 6.0, 0.15, 80.0};
-inline constexpr QuarterCar rn_car{19.0, 5120.0, 390.0, 17.0, 0.036, 80.46};
+inline constexpr QuarterCar iri_car{11.0F, 653.0F, 63.3F, 6.0F, 0.15F, 80.0F};
+inline constexpr QuarterCar rn_car{19.0F, 5120.0F, 390.0F, 17.0F, 0.036F, 80.46F};
 
-// The filtered slope in float32, zero tail included, and the summary statistic, with exponent 1
-// or 2.
+// The filtered slope, zero tail included, and the summary statistic with exponent 1 or 2.
 struct LiteralResult {
     std::vector<float> filtered;
     float statistic;
