@@ -1,12 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <complex>
 #include <cstddef>
-#include <limits>
 #include <numbers>
 #include <optional>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -26,108 +27,73 @@ constexpr float unwritten = -7.0F;
 
 struct Spectrum {
     std::string failure;
-    Floats frequency;
-    Floats density;
+    Floats frequency, density;
     std::int32_t first = -7;
     std::int32_t last = -7;
     std::string file;
 };
 
-float octaves(std::size_t n) {
-    return static_cast<float>(std::log(static_cast<double>(n))) / 0.6931472F;
-}
-
-// From element 1 on.
-Floats literal_grid(const tPSDCon& settings, float dx, std::size_t N) {
-    const std::size_t below = std::size_t{1} << static_cast<int>(octaves(N));
-    const float df0 = 1.0F / (dx * static_cast<float>((below >= N ? below : 2 * below) - 1));
-    const float fmax = 0.5F / dx;
-    Floats f{0.0F};
-    if (settings.iOctaveBands == 2) {
-        const float df = std::max(settings.xFreqInterval, df0);
-        for (int M = std::min(static_cast<int>(fmax / df + 2.0F), 100000); M > 0; --M) {
-            f.push_back(f.back() + df);
-        }
-        return f;
-    }
-    const int points = settings.iPointsPerOctave < 1 ? 6 : settings.iPointsPerOctave;
-    const auto r =
-        static_cast<float>(std::exp2(static_cast<double>(1.0F / static_cast<float>(points))));
-    f.push_back(df0);
-    do {
-        f.push_back(std::max(f.back() * r, f.back() + df0));
-    } while (f.back() <= fmax);
-    return f;
-}
-
 // The sum over i of x[i] exp(-2 pi i j / n) for every j; n is a power of 2.
 Bins literal_fourier(const Bins& x) {
-    if (x.size() == 1) {
+    const std::size_t half = x.size() / 2;
+    if (half == 0) {
         return x;
     }
     Bins parts[2];
     for (std::size_t i = 0; i < x.size(); ++i) {
         parts[i % 2].push_back(x[i]);
     }
-    const auto even = literal_fourier(parts[0]);
-    const auto odd = literal_fourier(parts[1]);
-    Bins bins(x.size());
-    for (std::size_t j = 0; j < even.size(); ++j) {
-        const double turn = static_cast<double>(j) / static_cast<double>(x.size());
-        const auto turned = std::polar(1.0, -2.0 * std::numbers::pi * turn) * odd[j];
-        bins[j] = even[j] + turned;
-        bins[j + even.size()] = even[j] - turned;
+    const Bins even = literal_fourier(parts[0]);
+    const Bins odd = literal_fourier(parts[1]);
+    Bins bins;
+    for (std::size_t j = 0; j < x.size(); ++j) {
+        const double angle = -std::numbers::pi * static_cast<double>(j) / static_cast<double>(half);
+        bins.push_back(even[j % half] + std::polar(1.0, angle) * odd[j % half]);
     }
     return bins;
 }
 
 // One step after the other, with a Fourier transform in 64-bit.
 Spectrum literal_spectrum(const tPSDCon& settings, float dx, const Floats& profile) {
-    const Floats f = literal_grid(settings, dx, profile.size());
     const std::size_t n = profile.size() - 1;
-    const std::size_t nfft = std::size_t{1} << static_cast<int>(octaves(n) + 0.99999F);
+    const std::size_t nfft = std::bit_ceil(n);
     const float mean = (profile[n] - profile[0]) / static_cast<float>(n);
     Bins y(nfft);
-    for (std::size_t i = 0; i < std::min(n, nfft); ++i) {
+    for (std::size_t i = 0; i < n; ++i) {
         y[i] = static_cast<double>(profile[i + 1] - profile[i] - mean);
     }
     y = literal_fourier(y);
-    const double squared_scale = 4.0 / (static_cast<double>(nfft) * static_cast<double>(n));
-
+    const double scale = 4.0 / (static_cast<double>(nfft) * static_cast<double>(n));
     const float dfft = 1.0F / (dx * static_cast<float>(nfft));
-    const auto fc = [&](std::size_t i) {
-        return settings.iOctaveBands == 2 ? (f[i] + f[i + 1]) * 0.5F : std::sqrt(f[i] * f[i + 1]);
-    };
-    std::size_t iFirst = 1;
-    std::size_t iLast = f.size() - 3;
-    for (std::size_t i = 1; i <= iLast; ++i) {
-        if (fc(i) < dfft) {
-            iFirst = i + 1;
-        }
-        if (fc(i) > dfft * static_cast<float>(static_cast<int>(nfft / 2) - 1)) {
-            iLast = i - 1;
-        }
-    }
-    Spectrum out;
-    out.frequency = out.density = Floats(profile.size(), unwritten);
-    out.first = static_cast<int>(iFirst) - 1;
-    out.last = static_cast<int>(iLast) - 1;
-    const float s = 1.0F / dx;
+
+    const bool linear = settings.iOctaveBands == 2;
+    const Floats f = GETFREQ(linear ? GridMode::linear : GridMode::octave, settings.xFreqInterval,
+                             static_cast<float>(settings.iPointsPerOctave), dx,
+                             static_cast<std::int32_t>(profile.size()));
+    const Floats unset(profile.size(), unwritten);
+    Spectrum out{"", unset, unset, 0, -1, ""};
     float B = 0.0F;
     std::size_t k = 1;
-    for (std::size_t i = iFirst; i <= iLast; ++i) {
-        const auto kHi = static_cast<std::size_t>(fc(i) / dfft + 1.0F);
-        if (kHi >= k + 1) {
-            double squares = 0.0;
-            for (std::size_t j = k + 1; j <= kHi; ++j) {
-                squares += squared_scale * std::norm(y[j - 1]);
-            }
-            B = static_cast<float>(squares) / (static_cast<float>((kHi - k) * 2) * dfft);
-            k = kHi;
+    for (std::size_t i = 0; i + 2 < f.size(); ++i) {
+        const float fc = linear ? (f[i] + f[i + 1]) * 0.5F : std::sqrt(f[i] * f[i + 1]);
+        out.first += fc < dfft ? 1 : 0;
+        if (fc > dfft * (static_cast<float>(nfft / 2) - 1.0F)) {
+            break;
         }
+        out.last = static_cast<std::int32_t>(i);
+        if (fc < dfft) {
+            continue;
+        }
+        const auto kHi = static_cast<std::size_t>(fc / dfft + 1.0F);
+        double squares = 0.0;
+        for (std::size_t j = k; j < kHi; ++j) {
+            squares += scale * std::norm(y[j]);
+        }
+        B = kHi > k ? static_cast<float>(squares) / (static_cast<float>(kHi - k) * 2 * dfft) : B;
+        k = std::max(k, kHi);
         const float sine = std::sin(3.14159265F * dx * f[i]);
-        out.frequency[i - 1] = f[i];
-        out.density[i - 1] = B * (settings.iPSDType == 2 ? s * s : 0.25F / (sine * sine));
+        out.frequency[i] = f[i];
+        out.density[i] = B * (settings.iPSDType == 2 ? 1.0F / (dx * dx) : 0.25F / (sine * sine));
     }
     return out;
 }
@@ -154,14 +120,12 @@ Spectrum spectrum(const tPSDCon& settings, float interval, const Floats& profile
 } // namespace
 
 TEST(PowerSpectralDensity, AgreesWithItsDefinition) {
-    // Transforms of all lengths to 2^15, then N about a power of 2, and one difference more than a
-    // power of 2, which the transform's length does not see. The interval has a rounded inverse.
+    // Transforms of all lengths to 2^15, then N about a power of 2. The interval has a rounded
+    // inverse.
     constexpr float interval = 0.0254F;
-    std::vector<std::size_t> counts{3, 4, 500, 1023, 1024, 1026, 262146};
-    for (std::size_t nfft = 1; nfft <= 32768; nfft *= 2) {
-        counts.push_back(nfft + 1);
-    }
-    for (const std::size_t count : counts) {
+    for (const std::size_t count :
+         std::vector<std::size_t>{2,   3,    4,    5,    9,    17,   33,   65,   129,   257,  500,
+                                  513, 1023, 1024, 1025, 1026, 2049, 4097, 8193, 16385, 32769}) {
         const Floats road = random_road(count, 0.25, 5);
         for (const tPSDCon& settings :
              {tPSDCon{1, 1, 0, 0.0F}, tPSDCon{1, 1, 12, 0.0F}, tPSDCon{2, 1, 1, 0.0F},
@@ -179,51 +143,62 @@ TEST(PowerSpectralDensity, AgreesWithItsDefinition) {
     }
 }
 
-TEST(PowerSpectralDensity, GridHasAHundredThousandPointsAtMostAndEndsWithTheArrays) {
-    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-    EXPECT_EQ(GETFREQ(GridMode::linear, nan, 0.0F, 0.001F, 10000000).size(), 100000U);
+TEST(PowerSpectralDensity, GridStartsAtItsLowestFrequencyAndEndsWithTheArrays) {
+    // The lowest frequency is a third at 4 points, where the next power of 2 is 4, and a seventh
+    // at 5; there are six points per octave unless more than the lowest frequency lies between.
+    constexpr float third = 1.0F / 3.0F;
+    constexpr float seventh = 1.0F / 7.0F;
+    EXPECT_EQ(GETFREQ(GridMode::linear, 0, 0, 1, 4), (Floats{third, 2 * third, 3 * third}));
+    EXPECT_EQ(GETFREQ(GridMode::linear, 0.25F, 0, 1, 5), (Floats{0.25F, 0.5F, 0.75F, 1.0F}));
+    EXPECT_EQ(GETFREQ(GridMode::octave, 0, 1, 1, 5), (Floats{seventh, 2 * seventh, 4 * seventh}));
+    const Floats six = GETFREQ(GridMode::octave, 0, 0, 1, 64);
+    EXPECT_FLOAT_EQ(six[8], seventh);
+    EXPECT_FLOAT_EQ(six[9], 1.122462F * seventh);
+    EXPECT_EQ(GETFREQ(GridMode::linear, NAN, 0.0F, 0.001F, 10000000).size(), 100000U);
     EXPECT_EQ(GETFREQ(GridMode::octave, 0.0F, 1e9F, 0.001F, 10000000).size(), 100000U);
-    // The rounding errors of 65,000 additions are worth 28 points.
-    EXPECT_EQ(GETFREQ(GridMode::octave, 0.0F, 1e9F, 0.15F, 65537).size(), 65565U);
+    // The rounding errors of 65,000 additions are worth 28 points, for which there is no room.
     const Floats road = random_road(65537, 0.15, 9);
     EXPECT_EQ(spectrum({1, 1, 1000000000, 0.0F}, 0.15F, road).last, 65536);
 }
 
-TEST(PowerSpectralDensity, PointsBehindTheLastElementCountAsZeroAndAreNotRead) {
-    const Floats road = random_road(50, 0.25, 9);
-    Floats padded(road.begin() + 10, road.end());
-    padded.resize(64, 0.0F);
-    const tPSDCon settings{1, 1, 12, 0.0F};
-    EXPECT_EQ(spectrum(settings, 0.25F, road, 10, 64).density,
-              spectrum(settings, 0.25F, padded).density);
-    for (const std::int32_t size : {std::numeric_limits<std::int32_t>::min(), 0, 1}) {
-        const Spectrum point = spectrum(settings, 0.25F, {1.0F}, 0, size);
-        EXPECT_EQ(point.failure, "");
+TEST(PowerSpectralDensity, OfAStepIsTheSameAtAllFrequencies) {
+    // Ten points ahead of the stretch, ten in it, the others behind the last element: zeros. The
+    // transform does not see that 2^18 differences are one too many: its first bin is the second
+    // point of the grid. Ten million points are served.
+    Floats step(20, 1.0F);
+    std::fill_n(step.begin(), 10, 5.0F);
+    for (const auto& [N, first, last] : {std::tuple(262146, 1, 16), std::tuple(10000000, 0, 21)}) {
+        const Spectrum flat = spectrum({2, 1, 1, 0.0F}, 0.25F, step, 10, N);
+        EXPECT_EQ(std::pair(flat.first, flat.last), std::pair(first, last));
+        EXPECT_NEAR(flat.density[12] * static_cast<float>(N - 1), 8.0F, 1e-4F);
+    }
+}
+
+TEST(PowerSpectralDensity, OfAPointOrLessIsEmpty) {
+    for (const std::int32_t size : {INT32_MIN, 0, 1}) {
+        const Spectrum point = spectrum({1, 1, 12, 0.0F}, 0.25F, {1.0F}, 0, size);
         EXPECT_EQ(std::pair(point.first, point.last), std::pair(0, -1));
     }
-    // Ten million points are served: a single step of 1 m is an impulse of slope, the same density
-    // at all frequencies.
-    const Spectrum step = spectrum({2, 1, 1, 0.0F}, 0.25F, Floats(10, 1.0F), 0, 10000000);
-    EXPECT_EQ(step.last, 21);
-    EXPECT_NEAR(step.density[16], 2.0 / (0.25 * 9999999.0), 1e-9);
 }
 
 TEST(PowerSpectralDensity, WhatCannotBeServedIsToldAndLeavesTheOutputs) {
-    const auto expect = [](const Spectrum& out, const std::string& failure) {
-        EXPECT_EQ(out.failure, failure);
-        EXPECT_EQ(std::pair(out.first, out.last), std::pair(-7, -7));
-        EXPECT_EQ(out.density, Floats(out.density.size(), unwritten));
-        EXPECT_EQ(out.frequency, out.density);
-    };
     const std::string driver = "101 2 psd_drv/psd_dll: ";
     const Floats road(10);
-    expect(spectrum({3, 3, 0, 0}, 0.25F, road), driver + "iPSDType is not well-defined");
-    expect(spectrum({1, 0, 0, 0}, 0.25F, {}), driver + "iOctaveBands is not well-defined");
-    expect(spectrum({0, 0, 0, 0}, 0.25F, road, 0, 10000001),
-           driver + "profile data exceeds maximum allowed - may change later");
-    expect(spectrum({1, 1, 0, 0}, 0.25F, road, -1), "100 2 psd_dll: iBeginElemIdx is negative");
-    expect(spectrum({1, 1, 0, 0}, 0.0F, road),
-           "100 2 psd_dll: xStepSize is not a positive finite number");
+    const std::pair<Spectrum, std::string> cases[] = {
+        {spectrum({3, 3, 0, 0}, 0.25F, road), driver + "iPSDType is not well-defined"},
+        {spectrum({1, 0, 0, 0}, 0.25F, {}), driver + "iOctaveBands is not well-defined"},
+        {spectrum({0, 0, 0, 0}, 0.25F, road, 0, 10000001),
+         driver + "profile data exceeds maximum allowed - may change later"},
+        {spectrum({1, 1, 0, 0}, 0.25F, road, -1), "100 2 psd_dll: iBeginElemIdx is negative"},
+        {spectrum({1, 1, 0, 0}, 0.0F, road),
+         "100 2 psd_dll: xStepSize is not a positive finite number"},
+    };
+    for (const auto& [out, failure] : cases) {
+        const Floats unset(out.density.size(), unwritten);
+        EXPECT_EQ(std::tie(out.failure, out.frequency, out.density),
+                  std::tie(failure, unset, unset));
+        EXPECT_EQ(std::pair(out.first, out.last), std::pair(-7, -7));
+    }
 }
 
 TEST(PowerSpectralDensity, DiagnosticFileHoldsTheCallAndTheTable) {
