@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <sstream>
 #include <tuple>
 #include <vector>
@@ -18,8 +17,14 @@ namespace {
 
 using Profile = std::vector<float>;
 
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-constexpr float infinity = std::numeric_limits<float>::infinity();
+// The locations of a track's features, with a c behind those of cracks.
+std::string features(const JointTrackResult& track) {
+    std::ostringstream text;
+    for (std::size_t i = 0; i < track.types.size() && track.types[i] != 0; ++i) {
+        text << " " << track.locations[i] << (track.types[i] == 2 ? "c" : "");
+    }
+    return text.str();
+}
 
 struct Identification {
     Profile left, right;
@@ -41,33 +46,16 @@ struct Identification {
         EXPECT_EQ(event.untouched(), done);
         return done ? features(left_found) + " |" + features(right_found) : event.summary();
     }
-
-    // The locations of a track's features, with a c behind those of cracks.
-    static std::string features(const JointTrackResult& track) {
-        std::ostringstream text;
-        const auto end = std::find(track.types.begin(), track.types.end(), 0);
-        EXPECT_EQ(std::count(end, track.types.end(), 0), track.types.end() - end);
-        for (std::size_t i = 0; track.types.begin() + static_cast<std::ptrdiff_t>(i) != end; ++i) {
-            text << " " << track.locations[i] << (track.types[i] == 2 ? "c" : "");
-        }
-        return text.str();
-    }
 };
 
 // Flat but for steps up and down in turn, behind each of some samples counted from 1.
-Profile steps(const std::vector<std::size_t>& behind, float height = 0.003F) {
+Profile steps(const std::vector<std::ptrdiff_t>& behind, float height = 0.003F) {
     Profile profile(200);
-    for (const std::size_t sample : behind) {
-        for (std::size_t i = sample; i < profile.size(); ++i) {
-            profile[i] = height - profile[i];
-        }
+    for (const std::ptrdiff_t sample : behind) {
+        std::fill(profile.begin() + sample, profile.end(), height - profile.back());
     }
     return profile;
 }
-
-struct JointIdentification : testing::Test {
-    TemporaryDirectory directory;
-};
 
 } // namespace
 
@@ -76,13 +64,13 @@ TEST(JointScreening, DropsCracksThatAreNotKept) {
     std::int32_t count = 4;
     joint_loc_screen(false, {1, 0, 5.0F}, count, track.types, track.locations);
     track.types[static_cast<std::size_t>(count)] = 0;
-    EXPECT_EQ(Identification::features(track), " 0 5 10");
+    EXPECT_EQ(features(track), " 0 5 10");
 }
 
-TEST_F(JointIdentification, PutsFeaturesWhereTheTracksShowThemOrRefuses) {
+TEST(JointIdentification, PutsFeaturesWhereTheTracksShowThemOrRefuses) {
+    const TemporaryDirectory directory;
     const Profile clear = steps({40, 90, 140, 190});
     const Profile faint = steps({40, 90, 140, 190}, 1e-5F); // found by the last pass
-    const Profile above_threshold = steps({40, 90, 140, 190}, std::nextafter(0.002032F, 1.0F));
     const Profile flat(200, 1.0F);
     const std::string all = " 4.05 9.05 14.05 19.05";
     const std::string cracks = " 4.05 9.05c 14.05c 19.05c";
@@ -90,29 +78,22 @@ TEST_F(JointIdentification, PutsFeaturesWhereTheTracksShowThemOrRefuses) {
     const std::string cal = "joint_id_cal/joint_id/joint_id_dlldrv: ";
     std::pair<Identification, std::string> cases[] = {
         {{clear, steps({40, 90, 110, 140})}, all + " | 4.05 9.05 11.05c 14.05"},
-        {{flat, steps({40, 80, 120, 130})}, none + " | 4.05 8.05c 12.05 13.05c"},
         {{flat, steps({20, 39}), 20.0F, 1.0F}, none + " | 20.5 39.5c"}, // at the limit
         // Less than three feet behind the last; three feet are those of 32-bit.
         {{flat, steps({50, 59, 100, 110})}, none + " | 5.05 10.05 11.05c"},
         {{flat, steps({50, 51}), 5.0F, 0.9144F}, none + " | 46.1772 47.0916c"},
         // The right track alone ends the iteration.
         {{faint, clear}, none + " |" + all},
-        {{clear, faint}, all + " |" + all},
         // Nine features for ten spacings do not exceed 0.9 of them.
         {{faint, steps({20, 40, 60, 80, 100, 120, 140, 160, 180}), 2.0F},
          all + " | 2.05 4.05 6.05 8.05 10.05 12.05 14.05 16.05 18.05"},
-        // A spacing longer than the road ends it after one pass.
+        // A spacing longer than the road, or that is no number, ends it after one pass.
         {{clear, faint, 21.0F}, cracks + " |" + none},
-        {{clear, faint, -21.0F}, all + " |" + none},
-        {{clear, faint, infinity}, cracks + " |" + none},
-        {{clear, faint, nan}, cracks + " |" + none},
-        {{above_threshold, steps({40}, 0.002032F), -21.0F}, all + " |" + none},
-        // Never enough features, twenty passes.
-        {{flat, faint, -5.0F}, none + " |" + all},
-        {{flat, faint, 0.0F}, none + " |" + all},
-        {{flat, faint, 1e-30F}, none + " |" + all},
-        {{Profile(1), Profile(1)}, none + " |" + none},
-        {{Profile(90, nan), Profile(90, nan)}, none + " |" + none},
+        {{clear, faint, NAN}, cracks + " |" + none},
+        {{steps({40}, std::nextafter(0.002032F, 1.0F)), steps({40}, 0.002032F), 21.0F},
+         " 4.05 |" + none},
+        {{flat, faint, 0.0F}, none + " |" + all}, // never enough features
+        {{{0, 1}, {1, 0}}, " 0.15 | 0.15"},
         {{}, " |"},
         // The anti-smoothed spike stands six samples ahead of the profile's, and half of ten samples
         // are added.
@@ -120,34 +101,23 @@ TEST_F(JointIdentification, PutsFeaturesWhereTheTracksShowThemOrRefuses) {
         // Deflections of 5 mm, half of that at either end of the straightedge. One sample is taken
         // off, and the second of two neighbours replaces the first.
         {{steps({99, 100}, 0.005F), steps({99, 101}, -0.005F), 50.0F, 0.25F, 4}, " 24.75 | 25"},
-        // Refused, or too short for the filters.
         {{flat, flat, 5, 0.1F, 2}, "100 2 " + cal + "idx_jntid_valleydetect is not implemented"},
-        {{{}, {}, 5, 0.1F, 0}, "100 2 " + cal + "i_jntid_method is not defined"},
         {{flat, flat, 5, 0.1F, 5}, "100 2 " + cal + "i_jntid_method is not defined"},
         {{flat, flat, 5, 0.1F, 3},
          "100 2 joint_id_antismooth/" + cal + "No joints found using the anti-smooth method"},
         {{flat, flat, 5, 0.3F, 4},
-         "100 2 joint_id_curledge/" + cal + "No joints found using the curled-edge method"},
-        {{Profile(15), Profile(15), 5, 0.025F, 3},
-         "101 2 norm_cal/joint_id_antismooth/" + cal + "x_num_act should not be zero"},
-        {{flat, flat, 5, 0.1F, 4},
-         "101 2 mvgavg/filtcon_drv/joint_id_curledge/" + cal +
-             "hi-pass moving average base length is greater the sampling distance"}};
+         "100 2 joint_id_curledge/" + cal + "No joints found using the curled-edge method"}};
     for (auto& [road, found] : cases) {
-        const JointTrackResult untouched = road.left_found;
         EXPECT_EQ(road.run(), found);
-        if (found[0] == '1') {
-            EXPECT_TRUE(road.left_found == untouched && road.right_found == untouched) << found;
-        }
     }
 }
 
-TEST_F(JointIdentification, AgreesWithTheDefinitionStepByStep) {
+TEST(JointIdentification, AgreesWithTheDefinitionStepByStep) {
+    const TemporaryDirectory directory;
     using Case = std::tuple<std::int32_t, float, float>;
     for (const auto& [method, step, spacing] :
-         {Case{1, 0.025F, 5.0F}, Case{1, 0.3F, 1.5F}, Case{3, 0.025F, 5.0F}, Case{3, 0.0165F, 0.6F},
-          Case{3, 0.1F, 2.0F}, Case{3, 0.25F, 3.0F}, Case{4, 0.025F, 4.5F}, Case{4, 0.025F, 0.7F},
-          Case{4, 0.1F, 1.0F}, Case{4, 0.31F, 2.0F}, Case{4, 4.0F, 9.0F}}) {
+         {Case{1, 0.025F, 5.0F}, Case{1, 0.3F, 1.5F}, Case{3, 0.0165F, 0.6F}, Case{3, 0.1F, 2.0F},
+          Case{3, 0.25F, 3.0F}, Case{4, 0.025F, 0.7F}, Case{4, 0.1F, 1.0F}, Case{4, 4.0F, 9.0F}}) {
         Profile left = random_road(2600, static_cast<double>(step), 1);
         Profile right = random_road(2600, static_cast<double>(step), 2);
         for (std::size_t i = 30; i < 2600; i += 170) {
@@ -162,13 +132,14 @@ TEST_F(JointIdentification, AgreesWithTheDefinitionStepByStep) {
             EXPECT_EQ(road.run().front() == ' ',
                       literal_joint_id({method, 1, spacing}, step, left, other, literal.left_found,
                                        literal.right_found));
-            EXPECT_TRUE(road.left_found == literal.left_found) << method << " " << step;
-            EXPECT_TRUE(road.right_found == literal.right_found) << method << " " << step;
+            EXPECT_TRUE(road.left_found == literal.left_found) << method;
+            EXPECT_TRUE(road.right_found == literal.right_found) << method;
         }
     }
 }
 
-TEST_F(JointIdentification, DiagnosticFileTellsOfTheSettings) {
+TEST(JointIdentification, DiagnosticFileTellsOfTheSettings) {
+    const TemporaryDirectory directory;
     EXPECT_EQ((Identification{Profile(2), Profile(2), 5.5F, 0.25F}.run()), " -77 | -77");
     EXPECT_EQ(directory.text_of("joint_id_dlldrv.txt"), " Joint ID Analysis\n"
                                                         " Joint ID method          :  1\n"

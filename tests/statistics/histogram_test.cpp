@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <sstream>
 #include <vector>
 
@@ -11,14 +10,9 @@
 namespace vialto::test {
 namespace {
 
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-constexpr float infinity = std::numeric_limits<float>::infinity();
-const std::string no_tally =
-    "101 2 imsl_owfrq/histgrm_drv/histgrm_dlldrv: error calling imsl drcurv";
-
 // Boundaries begin at 0, the threshold is 5.
 struct Request {
-    std::int32_t classes = 3;
+    std::size_t classes = 3;
     std::vector<float> values{4, 11, 4};
     float high = 10.0F;
     float step = 2.0F;
@@ -29,20 +23,20 @@ struct Request {
 // The event, if there is one, the percentages of the classes, and that above the threshold. What is
 // untouched reads -7.
 std::string histogram(const Request& request) {
-    std::vector<float> percentages(10, -7.0F);
+    std::vector<float> percentages(request.classes, -7.0F);
     float above = -7.0F;
     EventRecord event;
-    const std::int32_t code = histgrm_dlldrv(
-        request.exclude, request.classes, static_cast<std::int32_t>(request.values.size()), 0.0F,
-        request.high, request.step, 5.0F, request.values.data(), request.mask.data(),
-        percentages.data(), &above, event);
-    EXPECT_EQ(event.untouched(), code == vialto_success);
+    const bool done =
+        histgrm_dlldrv(request.exclude, static_cast<std::int32_t>(request.classes),
+                       static_cast<std::int32_t>(request.values.size()), 0.0F, request.high,
+                       request.step, 5.0F, request.values.data(), request.mask.data(),
+                       percentages.data(), &above, event) == vialto_success;
+    EXPECT_EQ(event.untouched(), done);
     std::ostringstream text;
     text.precision(9);
-    text << (code == vialto_success ? "" : event.summary());
-    for (int k = 0; k < request.classes; ++k) {
-        const float percentage = percentages[static_cast<std::size_t>(k)];
-        text << " " << (std::isnan(percentage) ? nan : percentage); // never "-nan"
+    text << (done ? "" : event.summary());
+    for (const float percentage : percentages) {
+        text << " " << (std::isnan(percentage) ? NAN : percentage); // never "-nan"
     }
     text << " | " << above;
     return text.str();
@@ -51,36 +45,30 @@ std::string histogram(const Request& request) {
 } // namespace
 
 TEST(Histogram, EveryValueFallsIntoExactlyOneClassOrNothingIsTallied) {
+    const TemporaryDirectory directory;
+    set_tmp((directory.path() / "missing").string()); // none is needed
+    const std::string no_tally =
+        "101 2 imsl_owfrq/histgrm_drv/histgrm_dlldrv: error calling imsl drcurv";
     const std::pair<Request, std::string> cases[]{
-        {{5, {-1, 1, 3, 5, 5, 7, 3, 1}, 6}, " 12.5 25 25 25 12.5 | 12.5"},
         {{5, {-3, 0.5, 1.5, 9, 11}, 10, 1}, " 20 20 20 20 20 | 40"},
         {{2, {-1, 5, 9, 11}}, " 75 25 | 50"}, // parted at the high boundary
-        {{1, {-infinity, nan, infinity, 5}}, " 100 | 25"},
+        {{1, {-HUGE_VALF, NAN, HUGE_VALF, 5}}, " 100 | 25"},
         {{4, {0, 2, 4, 4.5}, 4}, " 25 25 25 25 | 0"}, // on a boundary is below it
-        {{4, {nan, 3}, 4}, " 50 0 50 0 | 0"},
-        {{4, {-infinity, infinity}, 4}, " 50 0 0 50 | 50"},
+        {{4, {NAN, 3, -HUGE_VALF, HUGE_VALF}, 4}, " 50 0 25 25 | 25"},
         // Boundaries 0 3 6 5: 4 lies above two of them, 5.5 above three, 7 above all.
         {{5, {-1, 4, 5.5, 7}, 5, 3}, " 25 0 25 25 25 | 50"},
-        {{4, {-1, 1, 4, 99}, nan, 3}, " 25 25 50 0 | 25"},
+        {{4, {-1, 1, 4, 99}, NAN, 3}, " 25 25 50 0 | 25"},
         // Seven sums of 0.1 come to the float above 0.7, seven times 0.1 to 0.7.
         {{10, {std::nextafter(0.7F, 1.0F)}, 9, 0.1F}, " 0 0 0 0 0 0 0 100 0 0 | 0"},
         // A third is rounded before it is multiplied: not the float nearest to its percentage.
         {{2}, " 66.6666718 33.3333359 | 33.3333359"},
         {{2, {1, 99, 6, 99, 99}, 10, 2, {0, 1, 0, 2, -1}}, " 100 0 | 50"},
-        {{2, {1, 99}, 10, 2, {0, 1}, 0}, " 50 50 | 50"}, // only 1 makes the mask count
         {{.mask = {1, 1, 1}}, no_tally + " nan nan nan | -7"},
         {{0}, no_tally + " | -7"},
-        {{std::numeric_limits<std::int32_t>::min()}, no_tally + " | -7"},
         {{1, {4}, 10, 2, {}, 1}, "100 2 histgrm_dlldrv: iMaskArray is a null pointer -7 | -7"}};
     for (const auto& [request, result] : cases) {
         EXPECT_EQ(histogram(request), result);
     }
-}
-
-TEST(Histogram, NeedsNoTemporaryDirectory) {
-    const TemporaryDirectory directory;
-    set_tmp((directory.path() / "missing").string());
-    EXPECT_EQ(histogram({1}), " 100 | 33.3333359");
 }
 
 } // namespace vialto::test

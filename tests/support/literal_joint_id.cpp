@@ -14,27 +14,19 @@ namespace {
 
 using Profile = std::vector<float>;
 
-// Element i of an array, counted from 1.
-template <class Array>
-auto& at(Array& array, int i) {
-    return array[static_cast<std::size_t>(i - 1)];
-}
-
-// Where a method looks for values above its threshold, and where such a value puts a feature.
+// What a method searches for values above its threshold, and where such a value puts a feature.
 struct Search {
     Profile trace;
     float threshold;
-    int margin;           // samples left out at either end
+    std::size_t margin;   // samples left out at either end
     double shift;         // samples from the value to the feature
     double closest = 0.5; // m from the feature before it
 };
 
-Search search_of(int method, const Profile& p, float step) {
+Search search_of(std::int32_t method, const Profile& p, float step) {
     Profile trace(p.size());
     if (method == 1) {
-        for (int i = 1; i < static_cast<int>(p.size()); ++i) {
-            at(trace, i) = std::fabs(at(p, i + 1) - at(p, i));
-        }
+        std::transform(p.begin() + 1, p.end(), p.begin(), trace.begin(), std::minus<float>{});
         return {trace, 0.002032F, 0, 0.5, 0.9143999814987183};
     }
     tFiltCon filter{};
@@ -43,57 +35,50 @@ Search search_of(int method, const Profile& p, float step) {
     filter.iOutType = 1;
     filter.xLongWavelength = 50.0F;
     filter.xShortWavelength = 0.25F;
-    Profile filtered(p.size());
-    (void)filtcon_drv(p, step, filter, filtered);
-    const int quarter = static_cast<int>(0.25F / step);
+    (void)filtcon_drv(p, step, filter, trace);
+    const auto quarter = static_cast<std::int32_t>(0.25F / step);
     float unused = 0.0F;
     if (method == 3) {
-        (void)norm_cal(quarter, filtered, unused);
-        // Upside down, so that its spikes lie above a threshold, too.
-        std::transform(filtered.begin(), filtered.end(), trace.begin(), std::negate<float>{});
-        return {trace, 4.0F, quarter, static_cast<double>(quarter / 2)};
+        (void)norm_cal(quarter, trace, unused);
+        return {trace, 4.0F, static_cast<std::size_t>(quarter), std::trunc(0.5 * quarter)};
     }
-    std::int32_t first = 0;
-    std::int32_t last = 0;
-    (void)rse_drv(step, 3.0F, filtered, trace, unused, first, last);
-    for (float& deflection : trace) {
-        deflection = std::fabs(deflection);
-    }
-    return {trace, 0.003F, static_cast<int>((3.0F / step) * 0.5F), static_cast<double>(-quarter)};
+    std::int32_t ends[2]{};
+    (void)rse_drv(step, 3.0F, Profile(trace), trace, unused, ends[0], ends[1]);
+    return {trace, 0.003F, static_cast<std::size_t>((3.0F / step) * 0.5F), -1.0 * quarter};
 }
 
 // The number of features of one track; 0 where methods 3 and 4 find none and fail.
-int features(const tJointIDCfg& settings, const Profile& p, float step, float multi,
-             JointTrackResult& track) {
+std::int32_t features(const tJointIDCfg& settings, const Profile& p, float step, float multi,
+                      JointTrackResult& track) {
     auto& [types, locations] = track;
-    const int method = settings.i_jntid_method;
-    const Search search = search_of(method, p, step);
-    const int n = static_cast<int>(p.size());
-    int count = 0;
-    for (int i = search.margin + 1; i <= n - search.margin; ++i) {
-        const float v = at(search.trace, i);
-        if (v > search.threshold * multi) {
-            count = count + 1;
-            const double pos = std::min<double>(i + search.shift, n);
-            at(locations, count) = (pos < 0.0 ? 1.0 : pos) * static_cast<double>(step);
-            at(types, count) = 1;
-            if (count > 1 && at(locations, count) - at(locations, count - 1) < search.closest) {
-                if (method != 1 && v > at(search.trace, count)) {
-                    at(locations, count - 1) = at(locations, count);
-                } else {
-                    at(types, count) = 0;
-                    at(locations, count) = -1.0;
-                }
-                count = count - 1;
+    const bool steps = settings.i_jntid_method == 1;
+    const bool spikes = settings.i_jntid_method == 3; // they point downward
+    const Search search = search_of(settings.i_jntid_method, p, step);
+    const auto value = [&](std::size_t i) {
+        return spikes ? -search.trace[i] : std::fabs(search.trace[i]);
+    };
+    std::size_t count = 0;
+    for (std::size_t i = search.margin; i + search.margin < p.size(); ++i) {
+        if (const float v = value(i); v > search.threshold * multi) {
+            const double place =
+                std::min(static_cast<double>(i + 1) + search.shift, static_cast<double>(p.size()));
+            locations[count] = (place < 0.0 ? 1.0 : place) * static_cast<double>(step);
+            types[count] = 1;
+            if (count == 0 || !(locations[count] - locations[count - 1] < search.closest)) {
+                ++count;
+            } else if (!steps && v > value(count)) {
+                locations[count - 1] = locations[count];
+            } else {
+                types[count] = 0;
+                locations[count] = -1.0;
             }
         }
     }
-    if (count == 0 && method != 1) {
-        return 0;
-    }
     auto kept = static_cast<std::int32_t>(count);
-    joint_loc_screen(true, settings, kept, types, locations);
-    return static_cast<int>(kept);
+    if (steps || kept > 0) {
+        joint_loc_screen(true, settings, kept, types, locations);
+    }
+    return kept;
 }
 
 } // namespace
@@ -104,8 +89,8 @@ bool literal_joint_id(const tJointIDCfg& settings, float step, const Profile& le
     const float length = static_cast<float>(left_profile.size()) * step;
     const float expected = std::trunc(length / settings.xDomJointSpacing);
     float multi = 1.0F;
-    int left_count = 0;
-    int right_count = 0;
+    std::int32_t left_count = 0;
+    std::int32_t right_count = 0;
     for (int pass = 0; pass < 20 && !(static_cast<float>(right_count) / expected > 0.9F); ++pass) {
         left_count = features(settings, left_profile, step, multi, left);
         right_count = left_count == 0 ? 0 : features(settings, right_profile, step, multi, right);

@@ -1,5 +1,4 @@
-// Joint identification step by step as it is defined: every pass filters both tracks anew, and
-// every index counts from 1.
+// Joint identification as it is defined, every pass filtering both tracks anew.
 #pragma once
 
 #include <cstdint>
@@ -16,8 +15,8 @@ struct JointTrackResult {
     friend bool operator==(const JointTrackResult&, const JointTrackResult&) = default;
 };
 
-// Identifies the joints of both tracks, whose arrays hold at first what the host gave them. Returns
-// false at the first method that finds nothing.
+// The arrays of both tracks hold at first what the host gave them. Returns false at the first
+// method that finds nothing.
 [[nodiscard]] bool literal_joint_id(const tJointIDCfg& settings, float step,
                                     const std::vector<float>& left_profile,
                                     const std::vector<float>& right_profile, JointTrackResult& left,
