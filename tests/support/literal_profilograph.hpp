@@ -1,5 +1,4 @@
-// The trace of the profilograph as plain loops over samples counted from 1, to hold the library's own
-// version against, bit by bit.
+// The profilograph's trace as plain loops, to hold the library's own against, bit by bit.
 #pragma once
 
 #include <span>
