@@ -4,6 +4,7 @@
 #include <benchmark/benchmark.h>
 
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <numeric>
@@ -11,9 +12,9 @@
 
 #include "grinding/mustgrind.hpp"
 #include "support/host.hpp"
+#include "support/literal_filters.hpp"
 #include "support/literal_grinding.hpp"
 #include "support/literal_joint_id.hpp"
-#include "support/literal_ride.hpp"
 #include "support/literal_sweep.hpp"
 #include "support/quarter_car_model.hpp"
 #include "support/roads.hpp"
@@ -112,8 +113,14 @@ void bench_ridecon(benchmark::State& state) {
 
 void bench_ridecon_literal(benchmark::State& state) {
     const Floats profile = road(1);
+    constexpr float box = base_length / interval;
     measure_literal(state, mile, [&] {
-        return test::literal_continuous(idx_ridests_IRI, profile, interval, base_length);
+        Floats slope = test::literal_filter(test::iri_car, profile, interval, 10, 1.0F).filtered;
+        for (float& value : slope) {
+            value = std::fabs(value);
+        }
+        return test::literal_moving_average(slope, static_cast<std::size_t>(box + 0.5F),
+                                            static_cast<std::size_t>(box * 0.5F + 0.5F), false);
     });
 }
 

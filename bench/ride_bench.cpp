@@ -9,7 +9,6 @@
 #include "ride/shroud.hpp"
 #include "ride/two_channel.hpp"
 #include "support/host.hpp"
-#include "support/literal_ride.hpp"
 #include "support/roads.hpp"
 #include "vialto/vialto.h"
 
@@ -74,14 +73,6 @@ void ridecon_dlldrv_call(benchmark::State& state) {
         benchmark::DoNotOptimize(
             ridecon_dlldrv(1, interval, base_length, static_cast<std::int32_t>(state.range(0)),
                            samples_a_mile, profile.data(), output.data(), nullptr));
-    }
-}
-
-void literal_ridecon(benchmark::State& state) {
-    const auto profile = test::random_road(samples_a_mile, static_cast<double>(interval), 1);
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(test::literal_continuous(static_cast<std::int32_t>(state.range(0)),
-                                                          profile, interval, base_length));
     }
 }
 
@@ -157,24 +148,14 @@ void shroud_of_near_ties(benchmark::State& state) {
     shroud_of(state, decay(static_cast<std::size_t>(state.range(0))));
 }
 
-void literal_shroud_of_a_road(benchmark::State& state) {
-    const std::vector<float> x = magnitudes(static_cast<std::size_t>(state.range(0)));
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(test::literal_shroud(x, interval, 15.24F, 1.524F));
-    }
-    count_samples(state);
-}
-
 BENCHMARK(ride_dlldrv_call)->Arg(samples_a_mile)->Arg(10 * samples_a_mile);
 BENCHMARK(ride_drv_call)->Arg(samples_a_mile)->Arg(10 * samples_a_mile);
 BENCHMARK(rideseg_dlldrv_call)->Arg(idx_ridests_IRI)->Arg(idx_ridests_RN);
 BENCHMARK(ridecon_dlldrv_call)->Arg(idx_ridests_IRI)->Arg(idx_ridests_RN);
-BENCHMARK(literal_ridecon)->Arg(idx_ridests_IRI)->Arg(idx_ridests_RN);
 BENCHMARK(ride2chan_dlldrv_call)->DenseRange(idx_ridests_HRI, idx_ridests_2ChanRN);
 BENCHMARK(ridecon2chan_dlldrv_call)->DenseRange(idx_ridests_HRI, idx_ridests_2ChanRN);
 BENCHMARK(wimindex_dlldrv_call)->Arg(50000)->Unit(benchmark::kMillisecond);
 BENCHMARK(shroud_of_a_road)->Arg(50000)->Unit(benchmark::kMillisecond);
 BENCHMARK(shroud_of_near_ties)->Arg(50000)->Unit(benchmark::kMillisecond);
-BENCHMARK(literal_shroud_of_a_road)->Arg(5000)->Unit(benchmark::kMillisecond);
 
 } // namespace

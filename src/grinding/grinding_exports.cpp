@@ -48,8 +48,8 @@ int32_t VIALTO_CALL grindsimu_dlldrv(float xStepSize, int32_t iNumGrindSpots, in
         [&] {
             ground_profile.assign(profile.begin(), profile.end());
             flags.assign(host_flags.begin(), host_flags.end());
-            if (grindsimu(xStepSize, host_array(tGrindSpots, iNumGrindSpots), *setup, ground_profile,
-                          flags) != success) {
+            if (grindsimu(xStepSize, host_array(tGrindSpots, iNumGrindSpots), *setup,
+                          ground_profile, flags) != success) {
                 hand_over(); // the passes before the failure stay done
                 return failure;
             }
