@@ -63,6 +63,7 @@ struct Index {
     std::size_t null = 0; // which of the pointers is null
     std::vector<float> trace = {};
     std::vector<tPGLot> lots = {};
+    float interval = 0.5F;
     std::int32_t bump_count = 1;
     std::vector<tPGDefect> bumps = std::vector<tPGDefect>(5000);
     std::string diagnostics = {};
@@ -81,7 +82,7 @@ struct Index {
         std::vector<tPGDefect> defects(5000);
         const auto pointer = [&](std::size_t k, auto* p) { return k == null ? nullptr : p; };
         const bool served =
-            pgindex_dll(start, size(trace) - 1, 0.5F, pointer(1, settings.data()), -1,
+            pgindex_dll(start, size(trace) - 1, interval, pointer(1, settings.data()), -1,
                         pointer(2, trace.data()), size(lots), pointer(3, lots.data()),
                         pointer(4, &defect_count), pointer(5, defects.data()),
                         pointer(6, &bump_count), pointer(7, bumps.data()), event) == vialto_success;
@@ -109,7 +110,7 @@ std::string scallops_of(const std::vector<float>& lot, const ScallopRules& rules
     const auto add = [&](const char* name, std::int32_t type, const auto& s, float height) {
         if (type != no_scallop) {
             text << name << type << ": " << s.iStart << "-" << s.iEnd << " " << s.BeginX << ".."
-                 << s.EndX << " h" << height;
+                 << (std::isnan(s.EndX) ? NAN : s.EndX) << " h" << height;
         }
     };
     add("; start ", start.iType, start, start.xRndHt);
@@ -224,6 +225,7 @@ TEST(Scallops, AreMeasuredFromCrossingToCrossing) {
         // On over a sample on the edge, along two equal samples, but not into a whole one.
         {scallops_of({6, 5, 2, 0}), "0/0 4/0; start 1: 1-2 0..1.5 h4"},
         {scallops_of({6, 5, 5, 0}), "0/0 4/0; start 1: 1-2 0..inf h4"},
+        {scallops_of({6, 2, 2, 0}), "0/0 4/0; start 1: 1-2 0..nan h4"},
         {scallops_of({0, 4, 2, 5}), "2/2 0/3; 1: 2-2 0.75..1.5 h2; end 1: 3-4 0.5..2 h3"},
         {scallops_of({6, 5, 4, 2, 4, 2, 0}), "2/2 4/0; start 1: 1-3 0..2 h4; 1: 5-5 2..3 h2"},
         // Without a sample before the first there is no crossing.
@@ -251,6 +253,19 @@ TEST(ProfileIndex, ScallopAcrossALotBoundaryCountsTwiceOrNotAtAll) {
         // 4 and 5 both become 8, and rounded heights are compared; 1 becomes 0 and is none.
         {Index{{4, 0.5F, 0, 8, 0, 0}}.call({edges(1), four, five}), "0/0 0.25/0.5 0.3125/0.5 4"},
     });
+}
+
+TEST(ProfileIndex, IsRoundedToFloat32AtEveryStepInItsOrder) {
+    Index index{.settings{1.3F, 0.1F, 0, 0, 0, 0}, .start = 4, .interval = 0.15F};
+    index.trace.assign(11, 0.0F);
+    index.call({{1.3F, 0.2F, 0.5F, 1.2F, 3, 3.2F, 0.3F, 2.9F}});
+    for (const char* row :
+         {"  11 18 1.325 3.125 0.025000036 1.8250002 1.9013606 1.9013606\n",
+          "  12 13 1.7909212 0.52372193 1.9633065 0.8192398 0.17238533 0.08214295 2\n",
+          "  15 16 2.1871529 2.5029764 2.427998 2.9158535 0.2408452 0.6464286 1\n",
+          "  17 17 2.4897628 1.721736 2.631174 1.9641554 0.1414113 1.2678572 2\n"}) {
+        EXPECT_NE(index.diagnostics.find(row), std::string::npos) << row;
+    }
 }
 
 TEST(ProfileIndex, NumbersThatAreNoneHaveNoDefects) {
