@@ -16,9 +16,10 @@
  *     otherwise, the arrays of one call do not overlap.
  *  4. A null pointer where data is needed, and a sample interval that is not a positive finite
  *     number, are refused: result 3, error_code 100, a description that names the argument
- *     ("dataarray is a null pointer", "xStepSize is not a positive finite number"), the function's
- *     name as routine, and no output written. Memory that cannot be had is reported in the same way
- *     ("not enough memory for the analysis"), but outputs written before stay as they are.
+ *     ("dataarray is a null pointer", "xStepSize is not a positive finite number"; setup and cfg by
+ *     their types, tGrinderSetup and tMustGrindCfg), the function's name as routine, and no output
+ *     written. Memory that cannot be had is reported in the same way ("not enough memory for the
+ *     analysis"), but outputs written before stay as they are.
  *  5. Most functions write a diagnostic text file on every call: the function's name and ".txt", in
  *     the directory that the environment variable TMP names. Where that file cannot be opened
  *     there is no output: result 3 with

@@ -39,7 +39,7 @@ int32_t VIALTO_CALL grindsimu_dlldrv(float xStepSize, int32_t iNumGrindSpots, in
         event,
         [&](ArgumentCheck& check) {
             check.sample_interval("xStepSize", xStepSize);
-            check.address("setup", setup);
+            check.address("tGrinderSetup", setup);
             check_spots(check, tGrindSpots, iNumGrindSpots);
             check.array("xProfile", xProfile, nsamp);
             check.array("iGrindFlags", iGrindFlags, nsamp);
@@ -73,7 +73,7 @@ int32_t VIALTO_CALL grindsimu_2chan_dlldrv(float xStepSize, int32_t iNumGrindSpo
         {.name = "grindsimu_2chan_dlldrv"}, event,
         [&](ArgumentCheck& check) {
             check.sample_interval("xStepSize", xStepSize);
-            check.address("setup", setup);
+            check.address("tGrinderSetup", setup);
             check_spots(check, tGrindSpots, iNumGrindSpots);
             check.array("xProfile1", xProfile1, nsamp);
             check.array("xProfile2", xProfile2, nsamp);
@@ -106,8 +106,8 @@ int32_t VIALTO_CALL mustgrind_dlldrv(int32_t nsamp, float xStepSize, tMustGrindC
         {.name = "mustgrind_dlldrv", .diagnostic_file = DiagnosticFile::none}, event,
         [&](ArgumentCheck& check) {
             check.sample_interval("xStepSize", xStepSize);
-            check.address("cfg", cfg);
-            check.address("setup", setup);
+            check.address("tMustGrindCfg", cfg);
+            check.address("tGrinderSetup", setup);
             check.array("xProfile", xProfile, nsamp);
             check.array("iGrindFlags", iGrindFlags, nsamp);
         },
@@ -127,8 +127,8 @@ int32_t VIALTO_CALL mustgrind_2chan_dlldrv(int32_t nsamp, float xStepSize, tMust
         {.name = "mustgrind_2chan_dlldrv", .diagnostic_file = DiagnosticFile::none}, event,
         [&](ArgumentCheck& check) {
             check.sample_interval("xStepSize", xStepSize);
-            check.address("cfg", cfg);
-            check.address("setup", setup);
+            check.address("tMustGrindCfg", cfg);
+            check.address("tGrinderSetup", setup);
             check.array("xProfile1", xProfile1, nsamp);
             check.array("xProfile2", xProfile2, nsamp);
             check.array("iGrindFlags", iGrindFlags, nsamp);

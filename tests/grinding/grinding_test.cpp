@@ -38,12 +38,12 @@ struct Grinding : testing::Test {
     std::string grind(const std::vector<tGrindSpot>& spots) {
         return call(grindsimu_dlldrv, grindsimu_2chan_dlldrv, interval,
                     static_cast<std::int32_t>(spots.size()), static_cast<std::int32_t>(road.size()),
-                    given("setup", &setup), given("tGrindSpots", spots.data()));
+                    given("tGrinderSetup", &setup), given("tGrindSpots", spots.data()));
     }
     std::string must_grind() {
         return call(mustgrind_dlldrv, mustgrind_2chan_dlldrv,
-                    static_cast<std::int32_t>(road.size()), interval, given("cfg", &cfg),
-                    given("setup", &setup));
+                    static_cast<std::int32_t>(road.size()), interval, given("tMustGrindCfg", &cfg),
+                    given("tGrinderSetup", &setup));
     }
 
     TemporaryDirectory directory;
@@ -165,14 +165,14 @@ TEST_F(Grinding, NamesTheArgumentThatItRefuses) {
     for (const bool both : {false, true}) {
         right = both ? road : Road();
         for (const char* argument :
-             {"setup", "cfg", "tGrindSpots", "iGrindFlags", both ? "xProfile1" : "xProfile",
+             {"tGrinderSetup", "tMustGrindCfg", "tGrindSpots", "iGrindFlags", both ? "xProfile1" : "xProfile",
               both ? "xProfile2" : "xProfile", "xStepSize"}) {
             refused = argument;
             interval = refused == "xStepSize" ? 0.0F : 1.0F;
             const std::string refusal =
                 (both ? "2chan_dlldrv: " : "dlldrv: ") + refused +
                 (interval == 0.0F ? " is not a positive finite number" : " is a null pointer");
-            if (refused != "cfg") {
+            if (refused != "tMustGrindCfg") {
                 EXPECT_EQ(grind({{}}), "100 2 grindsimu_" + refusal);
             }
             if (refused != "tGrindSpots") {
