@@ -31,20 +31,19 @@ struct Identification {
     float spacing = 5.0F;
     float step = 0.1F;
     std::int32_t method = 1;
-    JointTrackResult left_found{std::vector<std::int32_t>(left.size(), -77),
-                                std::vector<double>(left.size(), -77.0)};
-    JointTrackResult right_found = left_found;
+    JointTrackResult l{std::vector<std::int32_t>(left.size(), -77),
+                       std::vector<double>(left.size(), -77.0)};
+    JointTrackResult r = l;
 
     // The event, or the features of both tracks.
     std::string run() {
         const tJointIDCfg settings{method, 12345, spacing};
         EventRecord event;
-        const bool done = joint_id_dlldrv(&settings, step, static_cast<std::int32_t>(left.size()),
-                                          left.data(), right.data(), left_found.types.data(),
-                                          right_found.types.data(), left_found.locations.data(),
-                                          right_found.locations.data(), event) == vialto_success;
-        EXPECT_EQ(event.untouched(), done);
-        return done ? features(left_found) + " |" + features(right_found) : event.summary();
+        const std::int32_t code = joint_id_dlldrv(
+            &settings, step, static_cast<std::int32_t>(left.size()), left.data(), right.data(),
+            l.types.data(), r.types.data(), l.locations.data(), r.locations.data(), event);
+        EXPECT_EQ(code, event.untouched() ? 1 : 3);
+        return code == 1 ? features(l) + " |" + features(r) : event.summary();
     }
 };
 
@@ -73,7 +72,6 @@ TEST(JointIdentification, PutsFeaturesWhereTheTracksShowThemOrRefuses) {
     const Profile faint = steps({40, 90, 140, 190}, 1e-5F); // found by the last pass
     const Profile flat(200, 1.0F);
     const std::string all = " 4.05 9.05 14.05 19.05";
-    const std::string cracks = " 4.05 9.05c 14.05c 19.05c";
     const std::string none = " -77"; // one, at what the first location held
     const std::string cal = "joint_id_cal/joint_id/joint_id_dlldrv: ";
     std::pair<Identification, std::string> cases[] = {
@@ -88,12 +86,10 @@ TEST(JointIdentification, PutsFeaturesWhereTheTracksShowThemOrRefuses) {
         {{faint, steps({20, 40, 60, 80, 100, 120, 140, 160, 180}), 2.0F},
          all + " | 2.05 4.05 6.05 8.05 10.05 12.05 14.05 16.05 18.05"},
         // A spacing longer than the road, or that is no number, ends it after one pass.
-        {{clear, faint, 21.0F}, cracks + " |" + none},
-        {{clear, faint, NAN}, cracks + " |" + none},
+        {{clear, faint, NAN}, " 4.05 9.05c 14.05c 19.05c |" + none},
         {{steps({40}, std::nextafter(0.002032F, 1.0F)), steps({40}, 0.002032F), 21.0F},
          " 4.05 |" + none},
         {{flat, faint, 0.0F}, none + " |" + all}, // never enough features
-        {{{0, 1}, {1, 0}}, " 0.15 | 0.15"},
         {{}, " |"},
         // The anti-smoothed spike stands six samples ahead of the profile's, and half of ten samples
         // are added.
@@ -129,11 +125,9 @@ TEST(JointIdentification, AgreesWithTheDefinitionStepByStep) {
         for (const auto& other : {right, Profile(2600)}) { // flat, it fails methods 3 and 4
             Identification road{left, other, spacing, step, method};
             Identification literal = road;
-            EXPECT_EQ(road.run().front() == ' ',
-                      literal_joint_id({method, 1, spacing}, step, left, other, literal.left_found,
-                                       literal.right_found));
-            EXPECT_TRUE(road.left_found == literal.left_found) << method;
-            EXPECT_TRUE(road.right_found == literal.right_found) << method;
+            EXPECT_EQ(road.run().front() == ' ', literal_joint_id({method, 1, spacing}, step, left,
+                                                                  other, literal.l, literal.r));
+            EXPECT_TRUE(road.l == literal.l && road.r == literal.r) << method;
         }
     }
 }

@@ -29,16 +29,12 @@ Search search_of(std::int32_t method, const Profile& p, float step) {
         std::transform(p.begin() + 1, p.end(), p.begin(), trace.begin(), std::minus<float>{});
         return {trace, 0.002032F, 0, 0.5, 0.9143999814987183};
     }
-    tFiltCon filter{};
-    filter.iMainFilterType = method == 3 ? 5 : 1;
-    filter.iSubFilterType = method == 3 ? 2 : 1;
-    filter.iOutType = 1;
-    filter.xLongWavelength = 50.0F;
-    filter.xShortWavelength = 0.25F;
+    const bool spikes = method == 3;
+    tFiltCon filter{spikes ? 5 : 1, spikes ? 2 : 1, 1, 0, 0, 50.0F, 0.25F, 0, 0, 0, 0};
     (void)filtcon_drv(p, step, filter, trace);
     const auto quarter = static_cast<std::int32_t>(0.25F / step);
     float unused = 0.0F;
-    if (method == 3) {
+    if (spikes) {
         (void)norm_cal(quarter, trace, unused);
         return {trace, 4.0F, static_cast<std::size_t>(quarter), std::trunc(0.5 * quarter)};
     }
