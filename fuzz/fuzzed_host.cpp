@@ -1,7 +1,6 @@
 #include "fuzz/fuzzed_host.hpp"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cstdio>
 #include <cstdlib>
