@@ -165,8 +165,8 @@ TEST_F(Grinding, NamesTheArgumentThatItRefuses) {
     for (const bool both : {false, true}) {
         right = both ? road : Road();
         for (const char* argument :
-             {"tGrinderSetup", "tMustGrindCfg", "tGrindSpots", "iGrindFlags", both ? "xProfile1" : "xProfile",
-              both ? "xProfile2" : "xProfile", "xStepSize"}) {
+             {"tGrinderSetup", "tMustGrindCfg", "tGrindSpots", "iGrindFlags",
+              both ? "xProfile1" : "xProfile", both ? "xProfile2" : "xProfile", "xStepSize"}) {
             refused = argument;
             interval = refused == "xStepSize" ? 0.0F : 1.0F;
             const std::string refusal =
