@@ -36,6 +36,16 @@
 #include <stddef.h>
 #include <stdint.h>
 
+/* The version of the interface. The library that a host meets has the same major number, and at
+ * least the version that it was built with. */
+#define VIALTO_VERSION_MAJOR 1
+#define VIALTO_VERSION_MINOR 0
+#define VIALTO_VERSION_PATCH 0
+
+/* As one number, to compare: 10203 is version 1.2.3. */
+#define VIALTO_VERSION                                                                             \
+    (VIALTO_VERSION_MAJOR * 10000 + VIALTO_VERSION_MINOR * 100 + VIALTO_VERSION_PATCH)
+
 #if defined(_WIN32)
 #define VIALTO_API /* the export list of the library says it all */
 #else
