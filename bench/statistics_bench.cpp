@@ -32,8 +32,9 @@ void histgrm_dlldrv_call(benchmark::State& state) {
 }
 
 BENCHMARK(histgrm_dlldrv_call)
-    ->Args({samples_a_mile, 10})
-    ->Args({samples_a_mile, 100})
-    ->Args({10 * samples_a_mile, 10});
+    ->Args({samples_a_mile, 12})
+    ->Args({samples_a_mile, 48})
+    ->Args({samples_a_mile, 300})
+    ->Args({10 * samples_a_mile, 12});
 
 } // namespace

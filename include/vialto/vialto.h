@@ -1267,8 +1267,10 @@ VIALTO_API int32_t VIALTO_CALL antismth_dlldrv(float xStepSize, float xBaseLengt
  *     wherever the steps have come to: the last inner class may be wider or narrower than xStep.
  *     With two classes the one boundary is xHigh; with one class there is none, and every value is
  *     in it.
- *  2. The first and the last class are open-ended. A value on a boundary belongs to the class below
- *     it, a NaN to the first class.
+ *  2. A value belongs to the first class whose upper boundary is not below it, and to the last
+ *     class where there is none: the first and the last class are open-ended, a value on a boundary
+ *     belongs to the class below it, a NaN to the first class. Where xHigh lies below boundaries
+ *     that the steps have passed, the class below xHigh is empty.
  *  3. This function writes no diagnostic file.
  */
 VIALTO_API int32_t VIALTO_CALL histgrm_dlldrv(int32_t ifExcludeLeaveout, int32_t iNumClasses,

@@ -10,33 +10,55 @@ namespace vialto {
 
 namespace {
 
-// In ascending order. A NaN stands at the upper end, as infinity: neither lies below any value.
-std::vector<float> sorted(std::span<const float> cut_points) {
-    std::vector<float> ascending(cut_points.begin(), cut_points.end());
-    for (float& cut_point : ascending) {
-        if (std::isnan(cut_point)) {
-            cut_point = std::numeric_limits<float>::infinity();
-        }
+// Up to so many classes it is quicker to hold every value against every cut point.
+constexpr std::size_t few_classes = 256;
+
+// A value lies in a later class than k exactly where it is above the highest of the cut points up to
+// k. One that is a NaN counts as infinite.
+std::vector<float> highest_so_far(std::span<const float> cut_points) {
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    std::vector<float> highest;
+    highest.reserve(cut_points.size());
+    float limit = -infinity;
+    for (const float cut_point : cut_points) {
+        limit = std::isnan(cut_point) ? infinity : std::max(limit, cut_point);
+        highest.push_back(limit);
     }
-    std::sort(ascending.begin(), ascending.end());
-    return ascending;
+    return highest;
 }
 
-// How many of the ascending cut points lie below the value. Written so that a comparison moves a
-// pointer instead of deciding a branch, which values in no order would mislead at every step.
-std::size_t count_below(std::span<const float> ascending, float value) {
-    const float* first = ascending.data();
-    std::size_t length = ascending.size();
-    while (length > 1) {
-        const std::size_t half = length / 2;
-        first += first[half - 1] < value ? half : 0;
-        length -= half;
+void tally_few(std::span<const float> values, std::span<const float> limits,
+               std::span<std::int32_t> counts) {
+    constexpr std::size_t block = 4096; // values, which stay in the cache from limit to limit
+    for (std::size_t first = 0; first < values.size(); first += block) {
+        const auto part = values.subspan(first, std::min(block, values.size() - first));
+        auto in_this_or_later = static_cast<std::int32_t>(part.size());
+        for (std::size_t k = 0; k < limits.size(); ++k) {
+            const std::int32_t in_later = count_above(part, limits[k]);
+            counts[k] += in_this_or_later - in_later;
+            in_this_or_later = in_later;
+        }
+        counts.back() += in_this_or_later;
     }
-    const bool counts_last = length == 1 && *first < value;
-    return static_cast<std::size_t>(first - ascending.data()) + (counts_last ? 1 : 0);
+}
+
+void tally_many(std::span<const float> values, std::span<const float> limits,
+                std::span<std::int32_t> counts) {
+    for (const float value : values) {
+        const auto limit = std::lower_bound(limits.begin(), limits.end(), value);
+        ++counts[static_cast<std::size_t>(limit - limits.begin())];
+    }
 }
 
 } // namespace
+
+std::int32_t count_above(std::span<const float> values, float limit) {
+    std::int32_t count = 0;
+    for (const float value : values) {
+        count += value > limit ? 1 : 0;
+    }
+    return count;
+}
 
 std::int32_t frequency_table(std::span<const float> values, std::span<const float> cut_points,
                              std::span<std::int32_t> counts) {
@@ -47,10 +69,9 @@ std::int32_t frequency_table(std::span<const float> values, std::span<const floa
     if (values.empty()) {
         return tally_without_values;
     }
-    const std::vector<float> ascending = sorted(cut_points);
-    for (const float value : values) {
-        ++counts[count_below(ascending, value)];
-    }
+    const std::vector<float> limits = highest_so_far(cut_points);
+    const bool few = counts.size() <= few_classes;
+    (few ? tally_few : tally_many)(values, limits, counts);
     return table_made;
 }
 

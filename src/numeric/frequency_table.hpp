@@ -13,13 +13,17 @@ inline constexpr std::int32_t tally_without_values = 2;
 
 // Given n values and K - 1 cut points, returns a code and the count of each of the K classes.
 //
-// The class of a value, counted from 0, is the number of cut points that lie below it: the first
-// and the last class are open-ended, a value on a cut point belongs to the class below it, a NaN
-// belongs to the first class, and a cut point that is a NaN lies below nothing. Each value thus
-// falls into exactly one class, in whatever order the cut points stand. With a code other than
-// table_made every count is 0.
+// The class of a value is the first one whose upper cut point is not below the value, and the last
+// one where there is none: the first and the last class are open-ended, a value on a cut point
+// belongs to the class below it, a NaN belongs to the first class, and a cut point that is a NaN is
+// below nothing. Each value thus falls into exactly one class, in whatever order the cut points
+// stand; a cut point that is not above all those before it leaves its class empty. With a code other
+// than table_made every count is 0.
 [[nodiscard]] std::int32_t frequency_table(std::span<const float> values,
                                            std::span<const float> cut_points,
                                            std::span<std::int32_t> counts);
+
+// How many of the values lie above the limit.
+[[nodiscard]] std::int32_t count_above(std::span<const float> values, float limit);
 
 } // namespace vialto

@@ -51,11 +51,7 @@ ReturnCode histgrm_drv(const HistogramClasses& classes, float xThreshold,
     if (imsl_owfrq(values, class_boundaries(classes), xHistogram) != success) {
         return pass_failure("histgrm_drv");
     }
-    std::int32_t above = 0;
-    for (const float value : values) {
-        above += value > xThreshold ? 1 : 0;
-    }
-    xAboveThreshold = percentage(above, values.size());
+    xAboveThreshold = percentage(count_above(values, xThreshold), values.size());
     return success;
 }
 

@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <sstream>
 #include <vector>
 
+#include "numeric/frequency_table.hpp"
 #include "support/host.hpp"
+#include "support/roads.hpp"
 #include "vialto/vialto.h"
 
 namespace vialto::test {
@@ -54,8 +57,8 @@ TEST(Histogram, EveryValueFallsIntoExactlyOneClassOrNothingIsTallied) {
         {{1, {-HUGE_VALF, NAN, HUGE_VALF, 5}}, " 100 | 25"},
         {{4, {0, 2, 4, 4.5}, 4}, " 25 25 25 25 | 0"}, // on a boundary is below it
         {{4, {NAN, 3, -HUGE_VALF, HUGE_VALF}, 4}, " 50 0 25 25 | 25"},
-        // Boundaries 0 3 6 5: 4 lies above two of them, 5.5 above three, 7 above all.
-        {{5, {-1, 4, 5.5, 7}, 5, 3}, " 25 0 25 25 25 | 50"},
+        // Boundaries 0 2 4 1: the first class that reaches up to the value, the last above all.
+        {{5, {1.5, 3, 0.5, 7}, 1, 2}, " 0 50 25 0 25 | 25"},
         {{4, {-1, 1, 4, 99}, NAN, 3}, " 25 25 50 0 | 25"},
         // Seven sums of 0.1 come to the float above 0.7, seven times 0.1 to 0.7.
         {{10, {std::nextafter(0.7F, 1.0F)}, 9, 0.1F}, " 0 0 0 0 0 0 0 100 0 0 | 0"},
@@ -67,6 +70,22 @@ TEST(Histogram, EveryValueFallsIntoExactlyOneClassOrNothingIsTallied) {
         {{1, {4}, 10, 2, {}, 1}, "100 2 histgrm_dlldrv: iMaskArray is a null pointer -7 | -7"}};
     for (const auto& [request, result] : cases) {
         EXPECT_EQ(histogram(request), result);
+    }
+}
+
+TEST(Histogram, ClassReachesUpToItsValuesHoweverManyThereAre) {
+    const std::vector<float> values = random_road(5000, 0.025, 1);
+    for (const std::size_t classes : {12U, 256U, 257U}) {
+        std::vector<float> ends = random_road(classes - 1, 10.0, 2);
+        ends[classes / 2] = NAN;
+        std::vector<std::int32_t> counts(classes, -7), expected(classes);
+        for (const float value : values) {
+            const auto first =
+                std::find_if(ends.begin(), ends.end(), [=](float end) { return !(end < value); });
+            ++expected[static_cast<std::size_t>(first - ends.begin())];
+        }
+        EXPECT_EQ(frequency_table(values, ends, counts), table_made);
+        EXPECT_EQ(counts, expected);
     }
 }
 
