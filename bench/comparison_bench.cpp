@@ -39,7 +39,7 @@ void cc_sweep_of_a_mile(benchmark::State& state) {
     std::vector<float> offset(positions);
     SweepOptimum optimum;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(cc_sweep({runs.reference, runs.test}, interval, 2.5F,
+        benchmark::DoNotOptimize(cc_sweep({{runs.reference}, {runs.test}}, interval, 2.5F,
                                           {final_cc, roughness, shape, offset}, optimum));
     }
     state.SetItemsProcessed(state.iterations() * std::ssize(final_cc));

@@ -952,7 +952,8 @@ VIALTO_API int32_t VIALTO_CALL mustgrind_2chan_dlldrv(
  *
  * Given:
  *   analysis         if_upsampling, x_offset_max
- *   ptrProfinfo      [2] the reference and the test profile; only x_sampleinterval is read
+ *   ptrProfinfo      [2] the reference and the test profile; only x_sampleinterval is read, with
+ *                    if_upsampling 2 that of the reference profile alone
  * Returned:
  *   iCroxCorrPoints  number of offsets to try, the length of ccfunc's result arrays: 2 n + 1, n
  *                    being x_offset_max in steps, to the nearest whole number
@@ -960,7 +961,7 @@ VIALTO_API int32_t VIALTO_CALL mustgrind_2chan_dlldrv(
  *
  * Failures (the routine is "CC_CoeffArray"; iCroxCorrPoints and the record are untouched):
  *   100  "x_sampleinterval of the reference profile is not a positive finite number", and the same
- *        of the test profile
+ *        of the test profile where it is read
  *   100  "x_offset_max is not a finite number"
  *
  * Notes:
@@ -1008,7 +1009,8 @@ VIALTO_API int32_t VIALTO_CALL CC_CoeffArray(int32_t* iCroxCorrPoints, tProfAnal
  *   xDataArrayRefFilt   [NR], if if_outputfilt is 1: the filtered and trimmed reference profile
  *                       before resampling, its first sample at the front: valid up to
  *                       i_filt_leadout, from there to i_raw_leadout what the filter left, zeros
- *                       behind i_raw_leadout. Otherwise untouched, and may be null.
+ *                       behind i_raw_leadout. Written as soon as both profiles are filtered, and so
+ *                       there also when the sweep fails. Otherwise untouched, and may be null.
  *   xDataArrayTestFilt  [NT] the same of the test profile
  *
  * Failures (the routine is "ccfunc" for all of them):
@@ -1016,7 +1018,7 @@ VIALTO_API int32_t VIALTO_CALL CC_CoeffArray(int32_t* iCroxCorrPoints, tProfAnal
  *        "i_raw_leadout of the reference profile lies behind the last sample",
  *        and the same of the test profile
  *   100  "x_sampleinterval of the reference profile is not a positive finite number",
- *        the same of the test profile and of "x_normsampleinterval"
+ *        and the same of the test profile
  *   100  "iSizeDataArrayRef is too large for padding", above 715827883 samples;
  *        the same of iSizeDataArrayTest
  *   100  "the resampled profile is too long", above 2147483647 samples
@@ -1029,19 +1031,19 @@ VIALTO_API int32_t VIALTO_CALL CC_CoeffArray(int32_t* iCroxCorrPoints, tProfAnal
  *   After a refusal (code 100, but for the too long profile) nothing is written. After any other
  *   failure xFinalCC holds -999.0 and xOffsetArray 999.0 at each place that was not reached,
  *   i_filt_leadin and i_filt_leadout are set for the profiles that were filtered, and the analysis
- *   record is untouched, except that a failure of the ride index leaves iIndexMaxCorr set and the
- *   filtered profiles written.
+ *   record is untouched, except that a failure of the ride index leaves iIndexMaxCorr set.
  *
  * Notes:
  *  1. Unless if_padding is 2, the filter runs through a copy of the profile that is reflected about
  *     either end, and the middle is taken back.
  *  2. On purpose the last points are lost: of a section that reaches the end of the profile one
- *     sample is left out with if_padding 2, and two otherwise, even if the filter loses none.
+ *     sample is left out with if_padding 2, and two otherwise, even if the filter loses none. The
+ *     very last one is 0.0 in the filtered profile where it was padded.
  *  3. A section whose last sample lies before its first keeps no sample, and the sweep fails.
  *  4. A flat stretch beside one that is not flat gives a NaN at that offset; the optimum passes it
  *     by. An overlap of one sample is flat.
  *  5. The step is computed again from the sample intervals; x_normsampleinterval and x_offset_max
- *     only label the offsets, and an x_offset_max that is no finite number only spoils the labels.
+ *     only label the offsets and may be any numbers: one that is not finite only spoils the labels.
  *  6. Coefficients away from the optimum come from running sums and lie within 1e-6 of their scale
  *     of those computed offset by offset; the optimum is exactly the one so computed.
  *  7. The diagnostic file starts with date and time and ends with a table of all offsets.

@@ -6,7 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "comparison/norm_cal.hpp"
 #include "comparison/preparation.hpp"
 #include "comparison/units.hpp"
 #include "numeric/rounding.hpp"
@@ -33,24 +32,14 @@ ReturnCode resample_trimmed(std::span<const float> filtered, const tProfinfo& in
     return resampling(filtered.first(count), info.x_sampleinterval, step, resampled);
 }
 
-// A negative count of either profile makes that of every overlap negative: the sweep fails at its
-// first offset.
-ReturnCode check_resampled_counts(const ResampledProfile& reference, const ResampledProfile& test,
-                                  const SweepArrays& sweep) {
-    if (sweep.final_cc.empty() ||
-        check_norm_count(std::min(reference.count, test.count), 0) == success) {
-        return success;
-    }
-    return pass_failure("cc_sweep");
-}
-
 // The ride index of the section of interest of the raw profile [m/m].
-ReturnCode section_iri(std::span<const float> raw, const tProfinfo& info, float& xRideIndex) {
+ReturnCode section_iri(const HostProfile& profile, float& xRideIndex) {
+    const tProfinfo& info = profile.info;
     const std::int64_t count =
         std::int64_t{info.i_raw_leadout} - std::int64_t{info.i_raw_leadin} + 1;
     const std::span<const float> section =
-        count > 0 ? raw.subspan(static_cast<std::size_t>(info.i_raw_leadin),
-                                static_cast<std::size_t>(count))
+        count > 0 ? profile.raw.subspan(static_cast<std::size_t>(info.i_raw_leadin),
+                                        static_cast<std::size_t>(count))
                   : std::span<const float>{};
     // Nothing is left out, so that no exclusion flag is read.
     return ride_drv(vialto_no, info.tFilter.if250mmFilter, idx_ridests_IRI, section, {},
@@ -69,52 +58,46 @@ ReturnCode cc_coefarr(std::int32_t& iCroxCorrPoints, tProfAnalysis& analysis,
     return success;
 }
 
-ReturnCode cc_cal(const ProfilePair& raw, tProfAnalysis& analysis, const ProfileRecords& records,
-                  const ComparisonOutput& output, SweepOptimum& optimum) {
+ReturnCode cc_cal(const HostProfile& reference, const HostProfile& test, tProfAnalysis& analysis,
+                  const SweepArrays& sweep, SweepOptimum& optimum) {
     constexpr std::string_view name = "cc_cal";
-    mark_unreached(output.sweep);
+    mark_unreached(sweep);
 
     std::vector<float> reference_filtered;
     std::vector<float> test_filtered;
-    if (prefiltering(raw.reference, analysis.if_padding, records.reference, reference_filtered) !=
+    if (prefiltering(reference.raw, analysis.if_padding, reference.info, reference_filtered) !=
             success ||
-        prefiltering(raw.test, analysis.if_padding, records.test, test_filtered) != success) {
+        prefiltering(test.raw, analysis.if_padding, test.info, test_filtered) != success) {
         return pass_failure(name);
+    }
+    if (analysis.if_outputfilt == vialto_yes) {
+        std::copy(reference_filtered.begin(), reference_filtered.end(), reference.filtered.begin());
+        std::copy(test_filtered.begin(), test_filtered.end(), test.filtered.begin());
     }
 
     // Deliberately not the step in the analysis record, which only labels the offsets.
-    const float step = comparison_step(analysis.if_upsampling, records.reference, records.test);
-    ResampledProfile reference;
-    ResampledProfile test;
-    if (resample_trimmed(reference_filtered, records.reference, step, reference) != success ||
-        resample_trimmed(test_filtered, records.test, step, test) != success) {
-        return pass_failure(name);
-    }
-
-    if (check_resampled_counts(reference, test, output.sweep) != success ||
-        cc_sweep({reference.samples, test.samples}, analysis.x_normsampleinterval,
-                 analysis.x_offset_max, output.sweep, optimum) != success) {
+    const float step = comparison_step(analysis.if_upsampling, reference.info, test.info);
+    ResampledProfile reference_resampled;
+    ResampledProfile test_resampled;
+    if (resample_trimmed(reference_filtered, reference.info, step, reference_resampled) !=
+            success ||
+        resample_trimmed(test_filtered, test.info, step, test_resampled) != success ||
+        cc_sweep({reference_resampled.prepared(), test_resampled.prepared()},
+                 analysis.x_normsampleinterval, analysis.x_offset_max, sweep, optimum) != success) {
         return pass_failure(name);
     }
     analysis.iIndexMaxCorr = optimum.index;
-    if (analysis.if_outputfilt == vialto_yes) {
-        std::copy(reference_filtered.begin(), reference_filtered.end(),
-                  output.xDataArrayRefFilt.begin());
-        std::copy(test_filtered.begin(), test_filtered.end(), output.xDataArrayTestFilt.begin());
-    }
     return success;
 }
 
-ReturnCode compare_profiles(const ProfilePair& raw, tProfAnalysis& analysis,
-                            const ProfileRecords& records, const ComparisonOutput& output) {
+ReturnCode compare_profiles(const HostProfile& reference, const HostProfile& test,
+                            tProfAnalysis& analysis, const SweepArrays& sweep) {
     SweepOptimum optimum;
-    if (cc_cal(raw, analysis, records, output, optimum) != success) {
-        return failure;
-    }
     float reference_iri = 0.0F;
     float test_iri = 0.0F;
-    if (section_iri(raw.reference, records.reference, reference_iri) != success ||
-        section_iri(raw.test, records.test, test_iri) != success) {
+    if (cc_cal(reference, test, analysis, sweep, optimum) != success ||
+        section_iri(reference, reference_iri) != success ||
+        section_iri(test, test_iri) != success) {
         return failure;
     }
     analysis.x_opt_finalcc = optimum.final_cc;

@@ -31,13 +31,9 @@ constexpr ProfileNames test_names{"iSizeDataArrayTest", "x_sampleinterval of the
                                   "i_raw_leadin of the test profile",
                                   "i_raw_leadout of the test profile"};
 
-void check_intervals(ArgumentCheck& check, const tProfinfo* ptrProfinfo) {
-    check.sample_interval(reference_names.interval, ptrProfinfo[0].x_sampleinterval);
-    check.sample_interval(test_names.interval, ptrProfinfo[1].x_sampleinterval);
-}
-
 void check_profile(ArgumentCheck& check, const ProfileNames& names, const tProfinfo& info,
                    std::int32_t size, std::int32_t if_padding) {
+    check.sample_interval(names.interval, info.x_sampleinterval);
     if (info.i_raw_leadin < 0) {
         check.refuse(names.first_sample, " lies before the first sample");
     }
@@ -62,7 +58,10 @@ int32_t VIALTO_CALL CC_CoeffArray(int32_t* iCroxCorrPoints, tProfAnalysis* analy
             if (check.refused()) {
                 return;
             }
-            check_intervals(check, ptrProfinfo);
+            check.sample_interval(reference_names.interval, ptrProfinfo[0].x_sampleinterval);
+            if (analysis->if_upsampling != step_of_reference) {
+                check.sample_interval(test_names.interval, ptrProfinfo[1].x_sampleinterval);
+            }
             if (!std::isfinite(analysis->x_offset_max)) {
                 check.refuse("x_offset_max", " is not a finite number");
             }
@@ -111,8 +110,6 @@ int32_t VIALTO_CALL ccfunc(int32_t iSizeDataArrayRef, int32_t iSizeDataArrayTest
                 check.array("xDataArrayRefFilt", xDataArrayRefFilt, iSizeDataArrayRef);
                 check.array("xDataArrayTestFilt", xDataArrayTestFilt, iSizeDataArrayTest);
             }
-            check_intervals(check, ptrProfinfo);
-            check.sample_interval("x_normsampleinterval", analysis->x_normsampleinterval);
             check_profile(check, reference_names, ptrProfinfo[0], iSizeDataArrayRef,
                           analysis->if_padding);
             check_profile(check, test_names, ptrProfinfo[1], iSizeDataArrayTest,
@@ -128,11 +125,11 @@ int32_t VIALTO_CALL ccfunc(int32_t iSizeDataArrayRef, int32_t iSizeDataArrayTest
         [&] {
             roughness.resize(host_array(xFinalCC, iCroxCorrPoints).size());
             shape.resize(roughness.size());
-            return compare_profiles({.reference = host_array(xDataArrayRef, iSizeDataArrayRef),
-                                     .test = host_array(xDataArrayTest, iSizeDataArrayTest)},
-                                    *analysis, {ptrProfinfo[0], ptrProfinfo[1]},
-                                    {sweep(), host_array(xDataArrayRefFilt, iSizeDataArrayRef),
-                                     host_array(xDataArrayTestFilt, iSizeDataArrayTest)});
+            return compare_profiles({host_array(xDataArrayRef, iSizeDataArrayRef), ptrProfinfo[0],
+                                     host_array(xDataArrayRefFilt, iSizeDataArrayRef)},
+                                    {host_array(xDataArrayTest, iSizeDataArrayTest), ptrProfinfo[1],
+                                     host_array(xDataArrayTestFilt, iSizeDataArrayTest)},
+                                    *analysis, sweep());
         },
         [&](DiagnosticText& text) {
             text.record("done with the cc_cal call");

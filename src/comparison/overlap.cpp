@@ -20,10 +20,10 @@ constexpr auto smallest_variance_sum = static_cast<double>(smallest_rms);
 
 // The overlap never passes an end; the test is a guard.
 ReturnCode check_bounds(const ProfilePair& profiles, const Overlap& overlap) {
-    if (overlap.test_first + overlap.count > std::ssize(profiles.test)) {
+    if (overlap.test_first + overlap.count > profiles.test.count) {
         return raise_failure("test profile segment array size exceeded", name);
     }
-    if (overlap.reference_first + overlap.count > std::ssize(profiles.reference)) {
+    if (overlap.reference_first + overlap.count > profiles.reference.count) {
         return raise_failure("reference profile segment array size exceeded", name);
     }
     return success;
@@ -39,12 +39,11 @@ void copy_stretch(std::span<const float> profile, std::int64_t first, std::int64
 } // namespace
 
 Overlap overlap_at(std::int64_t offset, const ProfilePair& profiles) {
-    const std::int64_t reference_length = std::ssize(profiles.reference);
-    const std::int64_t test_length = std::ssize(profiles.test);
+    const auto& [reference, test] = profiles;
     if (offset < 0) {
-        return {offset, 0, -offset, std::min(test_length + offset, reference_length)};
+        return {offset, 0, -offset, std::min(test.count + offset, reference.count)};
     }
-    return {offset, offset, 0, std::min(reference_length - offset, test_length)};
+    return {offset, offset, 0, std::min(reference.count - offset, test.count)};
 }
 
 float shape_factor(float x_rms_base, float x_rms_test) {
@@ -63,8 +62,9 @@ ReturnCode compute_agreement(const ProfilePair& profiles, const Overlap& overlap
     if (check_norm_count(overlap.count, 0) != success) {
         return pass_failure(name);
     }
-    copy_stretch(profiles.reference, overlap.reference_first, overlap.count, segments.reference);
-    copy_stretch(profiles.test, overlap.test_first, overlap.count, segments.test);
+    const auto& [offset, reference_first, test_first, count] = overlap;
+    copy_stretch(profiles.reference.samples, reference_first, count, segments.reference);
+    copy_stretch(profiles.test.samples, test_first, count, segments.test);
     float x_rms_base = 0.0F;
     float x_rms_test = 0.0F;
     if (norm_cal(0, segments.reference, x_rms_base) != success ||

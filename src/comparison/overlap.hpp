@@ -10,10 +10,16 @@
 
 namespace vialto {
 
-// The prepared profiles, both at the comparison step.
+struct PreparedProfile {
+    std::span<const float> samples;
+    // Of the samples; below 0 where resampling has that result.
+    std::int64_t count = std::ssize(samples);
+};
+
+// Both at the comparison step.
 struct ProfilePair {
-    std::span<const float> reference;
-    std::span<const float> test;
+    PreparedProfile reference;
+    PreparedProfile test;
 };
 
 // All in samples, from 0. A negative offset skips the beginning of the test profile, a positive one

@@ -21,20 +21,24 @@ constexpr float largest_remainder = 0.02F; // of a quotient that counts as whole
 constexpr float smallest_step = 1.0F;      // mm
 constexpr float fallback_step = 5.08F;     // mm
 
-// Filters the padded copy and takes its middle third back. `end` is the last filtered element in
-// the frame of the unpadded profile, counted from 0; a filter that loses no point leaves it at
-// n - 2, one less than the last: deliberate.
+// Filters a padded copy.
 ReturnCode filter_padded(std::span<const float> profile, float interval, tFiltCon& settings,
-                         std::span<float> filtered, std::int64_t& end) {
-    std::vector<float> padded(padded_size(profile.size()));
-    std::vector<float> xDataArrayPadFilt(padded.size());
-    if (profpad(profile, padded) != success ||
-        filtcon_drv(padded, interval, settings, xDataArrayPadFilt) != success) {
-        return pass_failure(name);
+                         std::span<float> xDataArrayPadFilt) {
+    std::vector<float> padded(xDataArrayPadFilt.size());
+    if (profpad(profile, padded) != success) {
+        return failure;
     }
-    const std::int64_t n = std::ssize(profile);
+    return filtcon_drv(padded, interval, settings, xDataArrayPadFilt);
+}
+
+// Takes the middle third of the filtered copy back. `end` is the last filtered element of the copy,
+// and is brought into the frame of the unpadded profile, both counted from 0: a filter that loses no
+// point leaves it at n - 2, one less than the last: deliberate.
+ReturnCode take_middle(std::span<const float> xDataArrayPadFilt, std::span<float> filtered,
+                       std::int64_t& end) {
+    const std::int64_t n = std::ssize(filtered);
     const std::int64_t iSizePad = 3 * n - 2;
-    end = settings.iEndElemIdx - iSizePad + n - 1;
+    end = end - iSizePad + n - 1;
     if (iSizePad < n + end) {
         return raise_failure("xDataArrayPadFilt size exceeded", name);
     }
@@ -42,9 +46,8 @@ ReturnCode filter_padded(std::span<const float> profile, float interval, tFiltCo
         return raise_failure("xDataArrayRefFiltlc size exceeded", name);
     }
     if (end >= 0) {
-        const auto middle =
-            std::span<const float>(xDataArrayPadFilt)
-                .subspan(static_cast<std::size_t>(n - 1), static_cast<std::size_t>(end + 1));
+        const auto middle = xDataArrayPadFilt.subspan(static_cast<std::size_t>(n - 1),
+                                                      static_cast<std::size_t>(end + 1));
         std::copy(middle.begin(), middle.end(), filtered.begin());
     }
     return success;
@@ -122,13 +125,16 @@ ReturnCode prefiltering(std::span<const float> profile, std::int32_t if_padding,
                         std::vector<float>& filtered) {
     filtered.assign(profile.size(), 0.0F);
     tFiltCon settings = info.tFilter;
-    std::int64_t end = 0;
-    if (if_padding == filter_unpadded) {
-        if (filtcon_drv(profile, info.x_sampleinterval, settings, filtered) != success) {
-            return pass_failure(name);
-        }
-        end = settings.iEndElemIdx;
-    } else if (filter_padded(profile, info.x_sampleinterval, settings, filtered, end) != success) {
+    const bool pads = if_padding != filter_unpadded;
+    std::vector<float> xDataArrayPadFilt(pads ? padded_size(profile.size()) : 0);
+    const ReturnCode code =
+        pads ? filter_padded(profile, info.x_sampleinterval, settings, xDataArrayPadFilt)
+             : filtcon_drv(profile, info.x_sampleinterval, settings, filtered);
+    if (code != success) {
+        return pass_failure(name);
+    }
+    std::int64_t end = settings.iEndElemIdx;
+    if (pads && take_middle(xDataArrayPadFilt, filtered, end) != success) {
         return failure;
     }
     const std::int64_t count = trim_to_section(filtered, info, end);

@@ -7,6 +7,7 @@
 #include <span>
 #include <vector>
 
+#include "comparison/overlap.hpp"
 #include "frame/event.hpp"
 #include "vialto/vialto.h"
 
@@ -53,6 +54,8 @@ inline constexpr std::int32_t largest_padded_profile = 715827883;
 struct ResampledProfile {
     std::vector<float> samples;
     std::int64_t count = 0; // of the samples; below 0 where the formula for it has that result
+
+    [[nodiscard]] PreparedProfile prepared() const { return {samples, count}; }
 };
 
 // Brings a profile to another step by linear interpolation: sample i stands at i times the step,

@@ -43,9 +43,9 @@ std::optional<StretchSums::Stretch> StretchSums::over(std::size_t first, std::si
 }
 
 SweepEstimate::SweepEstimate(const ProfilePair& profiles)
-    : reference_(centred(profiles.reference)), test_(centred(profiles.test)),
-      reference_sums_(std::span(reference_).first(profiles.reference.size())),
-      test_sums_(std::span(test_).first(profiles.test.size())) {}
+    : reference_(centred(profiles.reference.samples)), test_(centred(profiles.test.samples)),
+      reference_sums_(std::span(reference_).first(profiles.reference.samples.size())),
+      test_sums_(std::span(test_).first(profiles.test.samples.size())) {}
 
 std::vector<double> SweepEstimate::centred(std::span<const float> profile) {
     const double mean =

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -33,7 +34,7 @@ struct Comparison {
     std::int32_t if_padding = 2, if_upsampling = 1, first = 0, last = 1999, size = 2000, count = 81;
     std::int32_t main_filter = idx_filttyp_none, if250mmFilter = 1, if_outputfilt = 1;
     Road reference = chirp(dx, 5.0F), test = chirp(dx_test, 5.0F + shift);
-    Road filtered = Road(2000), test_filtered = Road(2000), final_cc{}, offset{};
+    Road filtered = Road(2000, 7.0F), test_filtered = filtered, final_cc{}, offset{};
     tFiltCon filter{main_filter, 2, 1, if250mmFilter, 0.0F, 0.0F, 0.2F, 0.0F, 0.0F, 0, 0};
     tProfinfo profiles[2]{{first, last, -7, -7, dx, filter}, {0, 1999, -7, -7, dx_test, filter}};
     tProfAnalysis analysis{
@@ -63,6 +64,8 @@ TEST(ComparisonPlan, CountIsOddAndSaturates) {
         counts.push_back(roads.count);
     }
     EXPECT_EQ(counts, (std::vector{1, 81, 3, 5, -79, 2147483647, -2147483647}));
+    // The step is the reference profile's, whatever the other's is.
+    EXPECT_EQ((Comparison{.dx_test = NAN, .if_upsampling = 2}.plan()), "");
 }
 
 TEST(ProfileComparison, FindsTheShiftOfTheSectionsAcrossUnequalSteps) {
@@ -89,6 +92,11 @@ TEST(ProfileComparison, RecordLabelsTheOffsetsAndRatesTheRawSections) {
     Comparison roads{.step = 0.5F, .first = 4, .last = 1003};
     EXPECT_EQ(roads.compare(), "");
     EXPECT_EQ(roads.analysis.x_opt_offset, 22.0F); // position 46: 0.15 m at 25 mm
+    for (const float step : {0.0F, -0.5F, NAN, INFINITY}) {
+        Comparison same{.step = step, .first = 4, .last = 1003};
+        EXPECT_EQ(same.compare(), "");
+        EXPECT_EQ(same.analysis.iIndexMaxCorr, 46);
+    }
     float iri = 0.0F, test_iri = 0.0F;
     ride_dlldrv(2, 1, 1, 1000, &roads.reference[4], nullptr, 0.025F, &iri, nullptr);
     ride_dlldrv(2, 1, 1, 2000, &roads.test[0], nullptr, 0.025F, &test_iri, nullptr);
@@ -123,7 +131,6 @@ TEST(ProfileComparison, RefusalNamesTheArgument) {
              {"CC_CoeffArray: x_sampleinterval of the reference profile" + no_interval, {.dx = 0}},
              {"CC_CoeffArray: x_offset_max is not a finite number", {.offset_max = NAN}},
              {"ccfunc: xDataArrayTestFilt is a null pointer", {.test_filtered = {}}},
-             {"ccfunc: x_normsampleinterval" + no_interval, {.step = INFINITY}},
              {"ccfunc: i_raw_leadin of the reference profile lies before the first sample",
               {.first = -1}},
              {"ccfunc: i_raw_leadout of the reference profile lies behind the last sample",
@@ -136,12 +143,20 @@ TEST(ProfileComparison, RefusalNamesTheArgument) {
 
 TEST(ProfileComparison, FailureLeavesMarksOrTheSweep) {
     const TemporaryDirectory directory;
-    for (auto& [event, roads] : std::vector<std::pair<std::string, Comparison>>{
-             {"101 2 ccfunc: Illegal Main filter type", {.main_filter = 8}},
-             {"101 2 ccfunc: x_num_act should not be zero", {.dx = 0.05F, .last = -5}}}) {
+    // The event, the request, a filtered sample.
+    for (auto& [event, roads, filtered] : std::vector<std::tuple<std::string, Comparison, float>>{
+             {"101 2 ccfunc: Illegal Main filter type", {.main_filter = 8}, 7.0F},
+             {"101 2 ccfunc: x_num_act should not be zero", {.dx = 0.05F, .last = -5}, 0.0F},
+             {"101 2 ccfunc: x_num_act should not be zero",
+              {.count = 4001},
+              chirp(0.025F, 5.0F)[9]},
+             {"100 2 ccfunc: the resampled profile is too long",
+              {.dx = 1e-7F, .dx_test = 1e5F, .if_upsampling = 2},
+              chirp(1e-7F, 5.0F)[9]}}) {
         EXPECT_EQ(roads.compare(), event);
-        EXPECT_EQ(roads.final_cc, Road(81, -999.0F));
-        EXPECT_EQ(roads.offset, Road(81, 999.0F));
+        EXPECT_EQ(roads.filtered[9], filtered);
+        EXPECT_EQ(roads.final_cc, Road(roads.final_cc.size(), -999.0F));
+        EXPECT_EQ(roads.offset, Road(roads.offset.size(), 999.0F));
         EXPECT_EQ(roads.analysis.iIndexMaxCorr, -7);
     }
     Comparison roads{.if250mmFilter = 0};

@@ -27,7 +27,7 @@ struct Sweep {
     Sweep(const Road& reference, const Road& test, std::size_t positions)
         : final_cc(positions, -999.0F), roughness(final_cc), shape(final_cc), offset(final_cc) {
         reset_event();
-        (void)cc_sweep({reference, test}, 0.025F, 1.0F, {final_cc, roughness, shape, offset},
+        (void)cc_sweep({{reference}, {test}}, 0.025F, 1.0F, {final_cc, roughness, shape, offset},
                        optimum);
         event = summary_of_current_event();
     }
