@@ -1138,6 +1138,9 @@ enum {
  *  2. A track without a detection in some pass ends the analysis with methods 3 and 4, although a
  *     lower threshold might find some. Method 1 then reports one joint, at whatever the first
  *     location held.
+ *     **A NaN in a track does not fail.** Method 1 ignores it. With method 3 the whole track, and
+ *     with method 4 all from about 27 m ahead of it on, is without a detection: **the analysis says
+ *     "No joints found", or the list of features stops early.**
  *  3. Thresholds at first: a step of 2.032 mm (method 1), 4 root mean squares below the smoothed
  *     profile (3), a deflection of 3 mm either way of a 3 m straightedge (4). A detection nearer
  *     than 0.9144 m (method 1) or 0.5 m (methods 3 and 4) to the last feature found is the same
@@ -1156,7 +1159,8 @@ VIALTO_API int32_t VIALTO_CALL joint_id_dlldrv(const tJointIDCfg* settings, floa
  *
  * Given:
  *   iSizeDataArray     number of samples N
- *   iNumJoints         number of joints J
+ *   iNumJoints         number of joints J; with none, nothing else is looked at, and the call
+ *                      succeeds
  *   xStepSize          sample interval, m
  *   xJointWindow       half width of the window round a joint whose samples belong to neither slab,
  *                      mm

@@ -66,22 +66,23 @@ double distance(std::int64_t sample, float xStepSize) {
     return static_cast<double>(sample - 1) * static_cast<double>(xStepSize);
 }
 
-// The line through a slab at the slab's first and last sample and at one more.
 struct SlabLine {
-    double first;
-    double last;
-    double read;
+    float slope;   // mm/m
+    float reading; // mm
 };
 
-// Fits the line through the slab's points and reads it at the sample `reading`.
+// Fits the line through the slab's points and reads it at the sample `reading`. A slab without a
+// point fails in the fit.
 ReturnCode fit_slab(std::span<const double> x, std::span<const double> y, float xStepSize,
                     std::int64_t reading, SlabLine& line) {
-    const std::array<double, 3> xEval{x.empty() ? 0.0 : x.front(), x.empty() ? 0.0 : x.back(),
-                                      distance(reading, xStepSize)};
+    const double length = distance(std::ssize(x), xStepSize);
+    const std::array<double, 3> xEval{0.0, length, distance(reading, xStepSize)};
     std::array<double, 3> yEval{};
-    const ReturnCode code = polycurvfit(x, y, xEval, yEval, line_degree);
-    line = {yEval[0], yEval[1], yEval[2]};
-    return code;
+    if (polycurvfit(x, y, xEval, yEval, line_degree) != success) {
+        return failure;
+    }
+    line = {static_cast<float>((yEval[1] - yEval[0]) / length), static_cast<float>(yEval[2])};
+    return success;
 }
 
 // The work arrays of the fits, one point a sample of a slab.
@@ -118,12 +119,11 @@ ReturnCode joint_func(std::span<const float> stretch, float xStepSize, float xJo
         return pass_failure(name);
     }
 
-    const double slab_length = points.x.back() - points.x.front();
-    result.left_slope = static_cast<float>((left.last - left.first) / slab_length);
+    result.left_slope = left.slope;
     // Positive where the slab falls in the direction of travel: deliberate.
-    result.right_slope = static_cast<float>((right.last - right.first) / slab_length);
+    result.right_slope = right.slope;
     result.mean_slope = 0.5F * (result.right_slope + result.left_slope);
-    result.fault = static_cast<float>(left.read) - static_cast<float>(right.read);
+    result.fault = left.reading - right.reading;
     return success;
 }
 

@@ -70,6 +70,9 @@ int32_t VIALTO_CALL joint_fault_dlldrv(int32_t iSizeDataArray, int32_t iNumJoint
     return run_export(
         {.name = "joint_fault_dlldrv"}, event,
         [&](ArgumentCheck& check) {
+            if (iNumJoints < 1) {
+                return;
+            }
             check.sample_interval("xStepSize", xStepSize);
             check.array("xProfile", xProfile, iSizeDataArray);
             check.array("xJointLoc", xJointLoc, iNumJoints);

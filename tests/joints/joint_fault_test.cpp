@@ -95,6 +95,7 @@ TEST(JointFault, IsTheHeightOfTheApproachSlabOverTheLeaveSlab) {
         // is not a number stands at the start.
         {{.joints = {0, 0.1, 2.4, 2.5, 17.6, 17.7, 20, missing}}, " -77 -77 -77 0 0 -77 -77 -77"},
         {{.joints = {10, 20.1, 10}}, no_stretch},
+        {{.profile = {}, .joints = {}, .step = NAN}, ""}, // nothing to do
         {{.window = 1e30F}, no_fit},
         // An interval of two thirds of the reach leaves slabs of one sample.
         {{.joints = {162}, .window = 0, .step = 1.62F}, " 3"},
