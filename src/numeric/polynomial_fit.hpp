@@ -1,4 +1,5 @@
-// Least-squares polynomial through points, in 64-bit.
+// Least-squares polynomial through points, in 64-bit. The exported analyses fit straight lines with
+// it; the other degrees are those of a curve fit whose caller leaves the degree open.
 #pragma once
 
 #include <array>

@@ -96,12 +96,13 @@ struct BandRange {
     std::int32_t last;
 };
 
-// The bands that reach a bin above the mean and end below the Nyquist frequency. The last two grid
-// points never have one, and no more than `most` are taken, whatever the grid.
-BandRange valid_bands(std::span<const float> ends, std::size_t most,
+// The bands that reach a bin above the mean and end below the Nyquist frequency, at most `room`.
+BandRange valid_bands(std::span<const float> ends, std::size_t room,
                       const Periodogram& periodogram) {
     const float highest = periodogram.dfft * static_cast<float>(periodogram.nHalf() - 1);
-    const auto count = static_cast<std::int32_t>(std::min(ends.size(), most + 1)) - 1;
+    // Of the grid points, one more than the ends, the last two never have a band.
+    const std::size_t bands = ends.empty() ? 0 : ends.size() - 1;
+    const auto count = static_cast<std::int32_t>(std::min(bands, room));
     BandRange range{0, count - 1};
     for (std::int32_t i = 0; i < count; ++i) {
         const float end = ends[static_cast<std::size_t>(i)];
