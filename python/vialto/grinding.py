@@ -5,9 +5,9 @@ A profile holds elevations in metres at a constant interval, also in metres.
 
 from __future__ import annotations
 
+from collections.abc import Sequence
 from dataclasses import dataclass
 from enum import IntEnum
-from typing import Sequence
 
 import numpy as np
 from numpy.typing import ArrayLike
@@ -21,15 +21,15 @@ from .ride import RideIndex
 class GrindFlag(IntEnum):
     """What becomes of a sample."""
 
-    LEFT = 1      #: not ground
-    GROUND = 2    #: ground, no deeper than the grinder's limit
+    LEFT = 1  #: not ground
+    GROUND = 2  #: ground, no deeper than the grinder's limit
     TOO_DEEP = 3  #: ground deeper
 
 
 class Direction(IntEnum):
     """Where a pass is heading."""
 
-    FORWARD = 1   #: towards higher sample numbers
+    FORWARD = 1  #: towards higher sample numbers
     BACKWARD = 2  #: towards lower ones
 
 
@@ -37,11 +37,11 @@ class Direction(IntEnum):
 class Grinder:
     """A diamond grinder whose head runs between two tandem axles."""
 
-    wheel_base: float = 5.5       #: m, from axle to axle
-    head_position: float = 0.5    #: 0.0 at the axle ahead, 1.0 at the other
-    tandem_spread: float = 0.9    #: m, between the two wheels of an axle
-    wheel_length: float = 0.3     #: m; base of the wheels' moving average
-    max_depth_mm: float = 8.0     #: mm; a deeper cut is made, and flagged
+    wheel_base: float = 5.5  #: m, from axle to axle
+    head_position: float = 0.5  #: 0.0 at the axle ahead, 1.0 at the other
+    tandem_spread: float = 0.9  #: m, between the two wheels of an axle
+    wheel_length: float = 0.3  #: m; base of the wheels' moving average
+    max_depth_mm: float = 8.0  #: mm; a deeper cut is made, and flagged
 
 
 @dataclass(frozen=True)
@@ -57,19 +57,19 @@ class GrindSpot:
     """A stretch to grind, which may reach beyond the profile."""
 
     first: int  #: first sample, from 0
-    last: int   #: last sample, inclusive
+    last: int  #: last sample, inclusive
     passes: Sequence[Pass] = (Pass(),)  #: at most ten
 
 
 @dataclass(frozen=True)
 class Ground:
-    profile: Reals   #: the ground profile, m
+    profile: Reals  #: the ground profile, m
     flags: Integers  #: a GrindFlag for each sample
 
 
 @dataclass(frozen=True)
 class GroundTracks:
-    left: Reals      #: the ground profiles, m
+    left: Reals  #: the ground profiles, m
     right: Reals
     flags: Integers  #: the greater GrindFlag of the two tracks
 
@@ -79,55 +79,90 @@ class MustGrind:
     """Settings of the search for what must be ground."""
 
     index: RideIndex = RideIndex.IRI
-    threshold: float = 0.002    #: limit of the continuous ride index, m/m
-    base_length: float = 7.62   #: m; of that index
+    threshold: float = 0.002  #: limit of the continuous ride index, m/m
+    base_length: float = 7.62  #: m; of that index
     moving_average: bool = True  #: 250 mm, ahead of the quarter car
-    drop_short: bool = True     #: drops spots not longer than min_length
-    join_close: bool = True     #: joins spots closer than min_gap
-    try_each: bool = True       #: keeps the spots whose grinding helps
-    min_length: float = 0.3     #: m
-    min_gap: float = 0.3        #: m
+    drop_short: bool = True  #: drops spots not longer than min_length
+    join_close: bool = True  #: joins spots closer than min_gap
+    try_each: bool = True  #: keeps the spots whose grinding helps
+    min_length: float = 0.3  #: m
+    min_gap: float = 0.3  #: m
 
 
-def grind(profile: ArrayLike, interval: float, spots: Sequence[GrindSpot],
-          grinder: Grinder = Grinder()) -> Ground:
+def grind(
+    profile: ArrayLike, interval: float, spots: Sequence[GrindSpot], grinder: Grinder = Grinder()
+) -> Ground:
     """Grinds spots of one profile, in their order (grindsimu_dlldrv)."""
     ground = reals(profile, "profile").copy()
     flags = np.zeros(ground.size, np.int32)
-    call("grindsimu_dlldrv", interval, len(spots), ground.size,
-         _grinder(grinder), _spots(spots), ground, flags)
+    call(
+        "grindsimu_dlldrv",
+        interval,
+        len(spots),
+        ground.size,
+        _grinder(grinder),
+        _spots(spots),
+        ground,
+        flags,
+    )
     return Ground(ground, flags)
 
 
-def grind_two_tracks(left: ArrayLike, right: ArrayLike, interval: float,
-                     spots: Sequence[GrindSpot],
-                     grinder: Grinder = Grinder()) -> GroundTracks:
+def grind_two_tracks(
+    left: ArrayLike,
+    right: ArrayLike,
+    interval: float,
+    spots: Sequence[GrindSpot],
+    grinder: Grinder = Grinder(),
+) -> GroundTracks:
     """Grinds the same spots of two tracks (grindsimu_2chan_dlldrv)."""
     pair = tracks(left, right)
     ground = pair[0].copy(), pair[1].copy()
     flags = np.zeros(ground[0].size, np.int32)
-    call("grindsimu_2chan_dlldrv", interval, len(spots), flags.size,
-         _grinder(grinder), _spots(spots), *ground, flags)
+    call(
+        "grindsimu_2chan_dlldrv",
+        interval,
+        len(spots),
+        flags.size,
+        _grinder(grinder),
+        _spots(spots),
+        *ground,
+        flags,
+    )
     return GroundTracks(*ground, flags)
 
 
-def must_grind(profile: ArrayLike, interval: float,
-               settings: MustGrind = MustGrind(),
-               grinder: Grinder = Grinder()) -> Integers:
+def must_grind(
+    profile: ArrayLike,
+    interval: float,
+    settings: MustGrind = MustGrind(),
+    grinder: Grinder = Grinder(),
+) -> Integers:
     """A GrindFlag for each sample: what must be ground (mustgrind_dlldrv).
 
     The index of the settings is RideIndex.IRI, .RN or .WIM.
     """
     samples = reals(profile, "profile")
     flags = np.zeros(samples.size, np.int32)
-    call("mustgrind_dlldrv", samples.size, interval, _settings(settings),
-         _grinder(grinder), samples, flags)
+    call(
+        "mustgrind_dlldrv",
+        samples.size,
+        interval,
+        _settings(settings),
+        _grinder(grinder),
+        samples,
+        flags,
+    )
     return flags
 
 
-def must_grind_two_tracks(left: ArrayLike, right: ArrayLike, interval: float,
-                          settings: MustGrind = MustGrind(index=RideIndex.MRI),
-                          grinder: Grinder = Grinder()) -> Integers:
+def must_grind_two_tracks(
+    left: ArrayLike,
+    right: ArrayLike,
+    interval: float,
+    settings: MustGrind = MustGrind(index=RideIndex.MRI),
+    grinder: Grinder = Grinder(),
+) -> Integers:
     """The same for two tracks, of which each is searched for itself: the
     greater GrindFlag of each sample (mustgrind_2chan_dlldrv).
 
@@ -136,23 +171,32 @@ def must_grind_two_tracks(left: ArrayLike, right: ArrayLike, interval: float,
     """
     pair = tracks(left, right)
     flags = np.zeros(pair[0].size, np.int32)
-    call("mustgrind_2chan_dlldrv", flags.size, interval, _settings(settings),
-         _grinder(grinder), *pair, flags)
+    call(
+        "mustgrind_2chan_dlldrv",
+        flags.size,
+        interval,
+        _settings(settings),
+        _grinder(grinder),
+        *pair,
+        flags,
+    )
     return flags
 
 
 def _grinder(grinder: Grinder) -> GrinderSetup:
     return GrinderSetup(
-        WheelBase=grinder.wheel_base, HeadPosition=grinder.head_position,
+        WheelBase=grinder.wheel_base,
+        HeadPosition=grinder.head_position,
         TandemSpread=grinder.tandem_spread,
         ShortWavelength=grinder.wheel_length,
-        MaxGrindingDepth_mm=grinder.max_depth_mm)
+        MaxGrindingDepth_mm=grinder.max_depth_mm,
+    )
 
 
 def _spots(spots: Sequence[GrindSpot]) -> object:
     """Passes beyond the tenth are only counted: the library refuses them."""
     records = (GrindSpotRecord * len(spots))()
-    for record, spot in zip(records, spots):
+    for record, spot in zip(records, spots, strict=True):
         record.iNumPasses = len(spot.passes)
         record.iStart, record.iEnd = spot.first, spot.last
         for k, one in enumerate(spot.passes[:MOST_PASSES]):
@@ -170,4 +214,5 @@ def _settings(settings: MustGrind) -> MustGrindCfg:
         xSlideBaseLength=settings.base_length,
         ib_grindopt=tuple(yes_or_no(option) for option in options),
         x_grindlength_min=settings.min_length,
-        x_grindgap_min=settings.min_gap)
+        x_grindgap_min=settings.min_gap,
+    )

@@ -8,7 +8,6 @@ from __future__ import annotations
 from ctypes import c_float, c_int32
 from dataclasses import dataclass
 from enum import IntEnum
-from typing import Optional
 
 import numpy as np
 from numpy.typing import ArrayLike
@@ -21,13 +20,13 @@ class Density(IntEnum):
     """Which power spectral density."""
 
     ELEVATION = 1  #: m^3, that is m^2 per cycle/m
-    SLOPE = 2      #: m, that is 1 per cycle/m
+    SLOPE = 2  #: m, that is 1 per cycle/m
 
 
 @dataclass(frozen=True)
 class Spectrum:
     frequency: Reals  #: cycles/m, ascending
-    density: Reals    #: one-sided density there; see Density for its unit
+    density: Reals  #: one-sided density there; see Density for its unit
 
 
 @dataclass(frozen=True)
@@ -38,12 +37,16 @@ class StraightedgeResponse(ValidRange):
     rms_vertical_acceleration: float  #: per unit speed squared, 1/m
 
 
-def power_spectral_density(profile: ArrayLike, interval: float, *,
-                           kind: Density = Density.SLOPE,
-                           points_per_octave: int = 12,
-                           frequency_interval: Optional[float] = None,
-                           first: int = 0,
-                           last: Optional[int] = None) -> Spectrum:
+def power_spectral_density(
+    profile: ArrayLike,
+    interval: float,
+    *,
+    kind: Density = Density.SLOPE,
+    points_per_octave: int = 12,
+    frequency_interval: float | None = None,
+    first: int = 0,
+    last: int | None = None,
+) -> Spectrum:
     """Power spectral density of a stretch of profile (psd_dll).
 
     points_per_octave   of the grid of frequencies
@@ -59,22 +62,40 @@ def power_spectral_density(profile: ArrayLike, interval: float, *,
     frequency = np.zeros(max(size, 0), np.float32)
     density = np.zeros_like(frequency)
     begin, end = c_int32(), c_int32()
-    call("psd_dll", first, last, kind, NO if even else YES, points_per_octave,
-         frequency_interval if even else 0.0, size, interval, samples,
-         frequency, density, begin, end)
+    call(
+        "psd_dll",
+        first,
+        last,
+        kind,
+        NO if even else YES,
+        points_per_octave,
+        frequency_interval if even else 0.0,
+        size,
+        interval,
+        samples,
+        frequency,
+        density,
+        begin,
+        end,
+    )
     valid = ValidRange(begin.value, end.value).valid
     return Spectrum(frequency[valid], density[valid])
 
 
-def rolling_straightedge(profile: ArrayLike, interval: float, *,
-                         length: float = 3.0) -> StraightedgeResponse:
+def rolling_straightedge(
+    profile: ArrayLike, interval: float, *, length: float = 3.0
+) -> StraightedgeResponse:
     """Deflection under a straightedge of a length in metres (rse_dlldrv)."""
     samples = reals(profile, "profile")
     deflection = np.zeros_like(samples)
     acceleration = c_float()
     first, last = c_int32(), c_int32()
-    call("rse_dlldrv", samples.size, interval, length, samples, deflection,
-         acceleration, first, last)
+    call(
+        "rse_dlldrv", samples.size, interval, length, samples, deflection, acceleration, first, last
+    )
     return StraightedgeResponse(
-        first=first.value, last=last.value, deflection=deflection,
-        rms_vertical_acceleration=acceleration.value)
+        first=first.value,
+        last=last.value,
+        deflection=deflection,
+        rms_vertical_acceleration=acceleration.value,
+    )

@@ -8,7 +8,7 @@ form here, and its length checked against that of its companions.
 from __future__ import annotations
 
 from dataclasses import dataclass
-from typing import Any, Optional
+from typing import Any
 
 import numpy as np
 from numpy.typing import ArrayLike, NDArray
@@ -55,8 +55,7 @@ def integers(values: ArrayLike, name: str) -> Integers:
     if array.ndim != 1 or (array.size > 0 and array.dtype.kind not in "iu"):
         raise ValueError(f"{name} is no list of whole numbers")
     limits = np.iinfo(np.int32)
-    if array.size > 0 and not (limits.min <= array.min()
-                               and array.max() <= limits.max):
+    if array.size > 0 and not (limits.min <= array.min() and array.max() <= limits.max):
         raise OverflowError(f"{name} holds a number that is no 32-bit integer")
     return np.ascontiguousarray(array, dtype=np.int32)
 
@@ -65,24 +64,21 @@ def tracks(left: ArrayLike, right: ArrayLike) -> tuple[Reals, Reals]:
     """The profiles of two wheel tracks, of one length."""
     pair = reals(left, "left"), reals(right, "right")
     if pair[0].size != pair[1].size:
-        raise ValueError(f"the tracks have {pair[0].size} and {pair[1].size} "
-                         "samples")
+        raise ValueError(f"the tracks have {pair[0].size} and {pair[1].size} samples")
     return pair
 
 
-def mask(flags: Optional[ArrayLike], size: int,
-         name: str) -> Optional[Integers]:
+def mask(flags: ArrayLike | None, size: int, name: str) -> Integers | None:
     """1 where a flag is set, 0 elsewhere; None where no flags are given."""
     if flags is None:
         return None
     array = np.asarray(np.asarray(flags) != 0, dtype=np.int32)
     if array.shape != (size,):
-        raise ValueError(f"{name} has the shape {array.shape} instead of "
-                         f"{(size,)}")
+        raise ValueError(f"{name} has the shape {array.shape} instead of {(size,)}")
     return array
 
 
-def last_sample(last: Optional[int], size: int) -> int:
+def last_sample(last: int | None, size: int) -> int:
     """The inclusive end of a stretch, which must lie in the array."""
     if last is None:
         return size - 1

@@ -9,7 +9,6 @@ from __future__ import annotations
 from ctypes import c_float
 from dataclasses import dataclass
 from enum import IntEnum
-from typing import Optional
 
 import numpy as np
 from numpy.typing import ArrayLike
@@ -22,7 +21,7 @@ class RideIndex(IntEnum):
     """What roughness is told by."""
 
     IRI = 1  #: International Roughness Index of one track, m/m
-    RN = 2   #: root-mean-square statistic of the Ride Number filter, m/m
+    RN = 2  #: root-mean-square statistic of the Ride Number filter, m/m
     TWO_RN = 3  #: RN of two tracks, for must_grind_two_tracks alone
     HRI = 4  #: Half-car Roughness Index of two tracks, m/m
     MRI = 5  #: Mean Roughness Index of two tracks, m/m
@@ -34,13 +33,18 @@ class RideIndex(IntEnum):
 class SegmentIndices:
     """The index of each segment, and its length in metres."""
 
-    index: Reals   #: -1.0 for a segment without samples
+    index: Reals  #: -1.0 for a segment without samples
     length: Reals  #: m
 
 
-def ride_index(profile: ArrayLike, interval: float, *,
-               index: RideIndex = RideIndex.IRI, moving_average: bool = True,
-               excluded: Optional[ArrayLike] = None) -> float:
+def ride_index(
+    profile: ArrayLike,
+    interval: float,
+    *,
+    index: RideIndex = RideIndex.IRI,
+    moving_average: bool = True,
+    excluded: ArrayLike | None = None,
+) -> float:
     """Overall ride index of one profile, m/m (ride_dlldrv).
 
     index           RideIndex.IRI or .RN; 5 exp(-160 RN) is the Ride Number
@@ -52,16 +56,28 @@ def ride_index(profile: ArrayLike, interval: float, *,
     """
     samples = reals(profile, "profile")
     result = c_float()
-    call("ride_dlldrv", NO if excluded is None else YES,
-         yes_or_no(moving_average), index, samples.size, samples,
-         mask(excluded, samples.size, "excluded"), interval, result)
+    call(
+        "ride_dlldrv",
+        NO if excluded is None else YES,
+        yes_or_no(moving_average),
+        index,
+        samples.size,
+        samples,
+        mask(excluded, samples.size, "excluded"),
+        interval,
+        result,
+    )
     return result.value
 
 
-def segment_ride_indices(profile: ArrayLike, interval: float,
-                         segment_points: ArrayLike, *,
-                         index: RideIndex = RideIndex.IRI,
-                         moving_average: bool = True) -> SegmentIndices:
+def segment_ride_indices(
+    profile: ArrayLike,
+    interval: float,
+    segment_points: ArrayLike,
+    *,
+    index: RideIndex = RideIndex.IRI,
+    moving_average: bool = True,
+) -> SegmentIndices:
     """Ride index of each of a row of segments, m/m (rideseg_dlldrv).
 
     segment_points  the samples of each segment, both boundary samples
@@ -73,15 +89,29 @@ def segment_ride_indices(profile: ArrayLike, interval: float,
     samples = reals(profile, "profile")
     points = integers(segment_points, "segment_points")
     result = _room(points)
-    call("rideseg_dlldrv", yes_or_no(moving_average), index, samples.size,
-         samples, interval, points.size, points, result.index, result.length)
+    call(
+        "rideseg_dlldrv",
+        yes_or_no(moving_average),
+        index,
+        samples.size,
+        samples,
+        interval,
+        points.size,
+        points,
+        result.index,
+        result.length,
+    )
     return result
 
 
-def continuous_ride_index(profile: ArrayLike, interval: float, *,
-                          base_length: float = 7.62,
-                          index: RideIndex = RideIndex.IRI,
-                          moving_average: bool = True) -> Reals:
+def continuous_ride_index(
+    profile: ArrayLike,
+    interval: float,
+    *,
+    base_length: float = 7.62,
+    index: RideIndex = RideIndex.IRI,
+    moving_average: bool = True,
+) -> Reals:
     """Ride index about each sample, m/m (ridecon_dlldrv).
 
     base_length  of the moving statistic, m
@@ -90,15 +120,28 @@ def continuous_ride_index(profile: ArrayLike, interval: float, *,
     """
     samples = reals(profile, "profile")
     result = np.zeros_like(samples)
-    call("ridecon_dlldrv", yes_or_no(moving_average), interval, base_length,
-         index, samples.size, samples, result)
+    call(
+        "ridecon_dlldrv",
+        yes_or_no(moving_average),
+        interval,
+        base_length,
+        index,
+        samples.size,
+        samples,
+        result,
+    )
     return result
 
 
-def two_track_ride_index(left: ArrayLike, right: ArrayLike, interval: float, *,
-                         index: RideIndex = RideIndex.MRI,
-                         moving_average: bool = True,
-                         excluded: Optional[ArrayLike] = None) -> float:
+def two_track_ride_index(
+    left: ArrayLike,
+    right: ArrayLike,
+    interval: float,
+    *,
+    index: RideIndex = RideIndex.MRI,
+    moving_average: bool = True,
+    excluded: ArrayLike | None = None,
+) -> float:
     """Overall ride index of two wheel tracks (ride2chan_dlldrv).
 
     index     RideIndex.MRI or .HRI, m/m, or .RIDE_NUMBER, 0 to 5
@@ -109,17 +152,29 @@ def two_track_ride_index(left: ArrayLike, right: ArrayLike, interval: float, *,
     pair = tracks(left, right)
     size = pair[0].size
     result = c_float()
-    call("ride2chan_dlldrv", NO if excluded is None else YES,
-         yes_or_no(moving_average), index, size, *pair,
-         mask(excluded, size, "excluded"), interval, result)
+    call(
+        "ride2chan_dlldrv",
+        NO if excluded is None else YES,
+        yes_or_no(moving_average),
+        index,
+        size,
+        *pair,
+        mask(excluded, size, "excluded"),
+        interval,
+        result,
+    )
     return result.value
 
 
-def two_track_segment_ride_indices(left: ArrayLike, right: ArrayLike,
-                                   interval: float, segment_points: ArrayLike,
-                                   *, index: RideIndex = RideIndex.MRI,
-                                   moving_average: bool = True
-                                   ) -> SegmentIndices:
+def two_track_segment_ride_indices(
+    left: ArrayLike,
+    right: ArrayLike,
+    interval: float,
+    segment_points: ArrayLike,
+    *,
+    index: RideIndex = RideIndex.MRI,
+    moving_average: bool = True,
+) -> SegmentIndices:
     """Ride index of two tracks for each segment (rideseg2chan_dlldrv).
 
     The arguments are those of segment_ride_indices, index and its unit those
@@ -128,16 +183,30 @@ def two_track_segment_ride_indices(left: ArrayLike, right: ArrayLike,
     pair = tracks(left, right)
     points = integers(segment_points, "segment_points")
     result = _room(points)
-    call("rideseg2chan_dlldrv", yes_or_no(moving_average), index, pair[0].size,
-         *pair, interval, points.size, points, result.index, result.length)
+    call(
+        "rideseg2chan_dlldrv",
+        yes_or_no(moving_average),
+        index,
+        pair[0].size,
+        *pair,
+        interval,
+        points.size,
+        points,
+        result.index,
+        result.length,
+    )
     return result
 
 
-def two_track_continuous_ride_index(left: ArrayLike, right: ArrayLike,
-                                    interval: float, *,
-                                    base_length: float = 7.62,
-                                    index: RideIndex = RideIndex.MRI,
-                                    moving_average: bool = True) -> Reals:
+def two_track_continuous_ride_index(
+    left: ArrayLike,
+    right: ArrayLike,
+    interval: float,
+    *,
+    base_length: float = 7.62,
+    index: RideIndex = RideIndex.MRI,
+    moving_average: bool = True,
+) -> Reals:
     """Ride index of two tracks about each sample (ridecon2chan_dlldrv).
 
     base_length  of the moving statistic, m
@@ -146,14 +215,26 @@ def two_track_continuous_ride_index(left: ArrayLike, right: ArrayLike,
     """
     pair = tracks(left, right)
     result = np.zeros_like(pair[0])
-    call("ridecon2chan_dlldrv", yes_or_no(moving_average), index,
-         result.size, *pair, interval, base_length, result)
+    call(
+        "ridecon2chan_dlldrv",
+        yes_or_no(moving_average),
+        index,
+        result.size,
+        *pair,
+        interval,
+        base_length,
+        result,
+    )
     return result
 
 
-def wim_error_index(profile: ArrayLike, interval: float, *,
-                    bridging_filter: bool = True,
-                    shrouding_distance: float = 0.0) -> Reals:
+def wim_error_index(
+    profile: ArrayLike,
+    interval: float,
+    *,
+    bridging_filter: bool = True,
+    shrouding_distance: float = 0.0,
+) -> Reals:
     """WIM error index at each sample, m/m (wimindex_dlldrv): how strongly the
     roughness around it would disturb a weigh-in-motion scale placed there.
 
@@ -162,11 +243,19 @@ def wim_error_index(profile: ArrayLike, interval: float, *,
     """
     samples = reals(profile, "profile")
     result = np.zeros_like(samples)
-    call("wimindex_dlldrv", yes_or_no(bridging_filter), interval,
-         shrouding_distance, samples.size, samples, result)
+    call(
+        "wimindex_dlldrv",
+        yes_or_no(bridging_filter),
+        interval,
+        shrouding_distance,
+        samples.size,
+        samples,
+        result,
+    )
     return result
 
 
 def _room(points: Integers) -> SegmentIndices:
-    return SegmentIndices(index=np.zeros(points.size, np.float32),
-                          length=np.zeros(points.size, np.float32))
+    return SegmentIndices(
+        index=np.zeros(points.size, np.float32), length=np.zeros(points.size, np.float32)
+    )

@@ -13,15 +13,14 @@ def int32(value: Any) -> int:
     """The whole number, if int32 holds it; ctypes would cut its upper bits
     off."""
     number = int(value)
-    if not -2**31 <= number < 2**31:
+    if not -(2**31) <= number < 2**31:
         raise OverflowError(f"{number} is no 32-bit integer")
     return number
 
 
 class Record(Structure):
     def __setattr__(self, name: str, value: Any) -> None:
-        super().__setattr__(
-            name, int32(value) if isinstance(value, Integral) else value)
+        super().__setattr__(name, int32(value) if isinstance(value, Integral) else value)
 
 
 class Event(Record):

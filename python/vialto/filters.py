@@ -16,11 +16,11 @@ from ._records import FiltCon
 class FilterKind(IntEnum):
     NONE = 0
     MOVING_AVERAGE = 1
-    IRI = 2             #: quarter car with the IRI parameters
-    RN = 3              #: quarter car with the Ride Number parameters
-    BUTTERWORTH = 4     #: third order
+    IRI = 2  #: quarter car with the IRI parameters
+    RN = 3  #: quarter car with the Ride Number parameters
+    BUTTERWORTH = 4  #: third order
     ANTI_SMOOTHING = 5
-    DETREND = 6         #: less the straight line
+    DETREND = 6  #: less the straight line
     BRIDGE = 7
 
 
@@ -46,20 +46,22 @@ class Filter:
     kind: FilterKind = FilterKind.IRI
     band: FilterBand = FilterBand.NONE
     output: FilterOutput = FilterOutput.SLOPE
-    moving_average: bool = True    #: 250 mm, ahead of a quarter car
-    long_wavelength: float = 0.0   #: m; cutoff or base length of a high-pass
+    moving_average: bool = True  #: 250 mm, ahead of a quarter car
+    long_wavelength: float = 0.0  #: m; cutoff or base length of a high-pass
     short_wavelength: float = 0.0  #: m; of a low-pass, ANTI_SMOOTHING, BRIDGE
-    velocity: float = 80.46        #: km/h; of the Ride Number filter
+    velocity: float = 80.46  #: km/h; of the Ride Number filter
 
     def record(self) -> FiltCon:
         """The settings as the library reads them."""
         return FiltCon(
-            iMainFilterType=self.kind, iSubFilterType=self.band,
+            iMainFilterType=self.kind,
+            iSubFilterType=self.band,
             iOutType=self.output,
             if250mmFilter=yes_or_no(self.moving_average),
             xLongWavelength=self.long_wavelength,
             xShortWavelength=self.short_wavelength,
-            xSimuVelocity=self.velocity)
+            xSimuVelocity=self.velocity,
+        )
 
 
 @dataclass(frozen=True)
@@ -70,14 +72,11 @@ class AntiSmoothed(ValidRange):
     deviation: Reals  #: m; distance of a sample from the mean about it
 
 
-def anti_smooth(profile: ArrayLike, interval: float, *,
-                base_length: float = 0.25) -> AntiSmoothed:
+def anti_smooth(profile: ArrayLike, interval: float, *, base_length: float = 0.25) -> AntiSmoothed:
     """Distance of each sample from the mean of a window around it
     (antismth_dlldrv). Profile, interval and the window's base length are in
     metres."""
     deviation = reals(profile, "profile").copy()
     first, last = c_int32(), c_int32()
-    call("antismth_dlldrv", interval, base_length, deviation.size, deviation,
-         first, last)
-    return AntiSmoothed(first=first.value, last=last.value,
-                        deviation=deviation)
+    call("antismth_dlldrv", interval, base_length, deviation.size, deviation, first, last)
+    return AntiSmoothed(first=first.value, last=last.value, deviation=deviation)

@@ -16,9 +16,9 @@ from ._records import JointIDCfg
 class JointMethod(IntEnum):
     """How joints are detected."""
 
-    STEP = 1            #: a step between two neighbouring samples
+    STEP = 1  #: a step between two neighbouring samples
     ANTI_SMOOTHING = 3  #: a downward spike about the smoothed profile
-    CURLED_EDGE = 4     #: a peak under the rolling straightedge
+    CURLED_EDGE = 4  #: a peak under the rolling straightedge
 
 
 class Feature(IntEnum):
@@ -31,7 +31,7 @@ class Features:
     """What was found in one track, in the direction of travel."""
 
     location: Doubles  #: m from the start of the profile
-    kind: Integers     #: a Feature for each location
+    kind: Integers  #: a Feature for each location
 
     @property
     def joints(self) -> Doubles:
@@ -40,10 +40,14 @@ class Features:
         return joints
 
 
-def find_joints(left: ArrayLike, right: ArrayLike, interval: float, *,
-                spacing: float = 4.572,
-                method: JointMethod = JointMethod.ANTI_SMOOTHING
-                ) -> tuple[Features, Features]:
+def find_joints(
+    left: ArrayLike,
+    right: ArrayLike,
+    interval: float,
+    *,
+    spacing: float = 4.572,
+    method: JointMethod = JointMethod.ANTI_SMOOTHING,
+) -> tuple[Features, Features]:
     """Joints and cracks of the left and the right track (joint_id_dlldrv).
 
     Elevations, interval and the nominal spacing of the joints are in metres. A
@@ -54,16 +58,14 @@ def find_joints(left: ArrayLike, right: ArrayLike, interval: float, *,
     size = pair[0].size
     kinds = np.zeros(size, np.int32), np.zeros(size, np.int32)
     locations = np.full(size, np.nan), np.full(size, np.nan)
-    settings = JointIDCfg(i_jntid_method=method, if_skewed=NO,
-                          xDomJointSpacing=spacing)
-    call("joint_id_dlldrv", settings, interval, size, *pair, *kinds,
-         *locations)
-    return (_features(locations[0], kinds[0]),
-            _features(locations[1], kinds[1]))
+    settings = JointIDCfg(i_jntid_method=method, if_skewed=NO, xDomJointSpacing=spacing)
+    call("joint_id_dlldrv", settings, interval, size, *pair, *kinds, *locations)
+    return (_features(locations[0], kinds[0]), _features(locations[1], kinds[1]))
 
 
-def joint_faults(profile_mm: ArrayLike, interval: float, joints: ArrayLike, *,
-                 window_mm: float = 100.0) -> Reals:
+def joint_faults(
+    profile_mm: ArrayLike, interval: float, joints: ArrayLike, *, window_mm: float = 100.0
+) -> Reals:
     """Fault at each joint in millimetres, positive where the slab behind
     stands higher (joint_fault_dlldrv).
 
@@ -77,8 +79,16 @@ def joint_faults(profile_mm: ArrayLike, interval: float, joints: ArrayLike, *,
     samples = reals(profile_mm, "profile_mm")
     places = doubles(joints, "joints")
     faults = np.full(places.size, np.nan, np.float32)
-    call("joint_fault_dlldrv", samples.size, places.size, interval, window_mm,
-         samples, places, faults)
+    call(
+        "joint_fault_dlldrv",
+        samples.size,
+        places.size,
+        interval,
+        window_mm,
+        samples,
+        places,
+        faults,
+    )
     return faults
 
 

@@ -4,7 +4,6 @@ from __future__ import annotations
 
 from ctypes import c_float
 from dataclasses import dataclass
-from typing import Optional
 
 import numpy as np
 from numpy.typing import ArrayLike
@@ -15,13 +14,20 @@ from ._library import NO, YES, call
 
 @dataclass(frozen=True)
 class Histogram:
-    percentages: Reals      #: of the values in each class
+    percentages: Reals  #: of the values in each class
     above_threshold: float  #: percentage of the values above the threshold
 
 
-def histogram(values: ArrayLike, *, classes: int, low: float, high: float,
-              step: Optional[float] = None, threshold: Optional[float] = None,
-              excluded: Optional[ArrayLike] = None) -> Histogram:
+def histogram(
+    values: ArrayLike,
+    *,
+    classes: int,
+    low: float,
+    high: float,
+    step: float | None = None,
+    threshold: float | None = None,
+    excluded: ArrayLike | None = None,
+) -> Histogram:
     """Percentages of the values in classes (histgrm_dlldrv).
 
     classes    how many, the open ones below low and above high among them
@@ -41,7 +47,18 @@ def histogram(values: ArrayLike, *, classes: int, low: float, high: float,
         threshold = high
     percentages = np.zeros(max(classes, 0), np.float32)
     above = c_float()
-    call("histgrm_dlldrv", NO if excluded is None else YES, classes,
-         series.size, low, high, step, threshold, series,
-         mask(excluded, series.size, "excluded"), percentages, above)
+    call(
+        "histgrm_dlldrv",
+        NO if excluded is None else YES,
+        classes,
+        series.size,
+        low,
+        high,
+        step,
+        threshold,
+        series,
+        mask(excluded, series.size, "excluded"),
+        percentages,
+        above,
+    )
     return Histogram(percentages, above.value)

@@ -1,0 +1,120 @@
+"""What calls take, refuse and leave alone."""
+
+import ctypes
+from collections.abc import Callable
+from concurrent.futures import ThreadPoolExecutor
+
+import numpy as np
+import pytest
+
+import vialto
+from roads import INTERVAL, SAMPLES, SLAB, SLABS, WAVE, rough_road
+from vialto import Filter, GrindSpot, MustGrind, RideIndex, VialtoError, _library
+
+
+def test_library_speaks_for_itself() -> None:
+    with pytest.raises(VialtoError) as failed:
+        vialto.ride_index(WAVE, INTERVAL, index=RideIndex.TWO_RN)
+    error = failed.value
+    assert error.description == "two RN is no longer supported"
+    assert (error.routine, error.error_code, error.error_type) == ("ride_dlldrv", 101, 2)
+    assert str(error) == "two RN is no longer supported (ride_dlldrv, code 101)"
+
+
+def test_temporary_directory_that_is_missing(monkeypatch: pytest.MonkeyPatch) -> None:
+    monkeypatch.setenv("TMP", "/no/such/directory")
+    with pytest.raises(VialtoError) as failed:
+        vialto.ride_index(WAVE, INTERVAL)
+    assert (failed.value.error_code, failed.value.routine) == (102, "io_tmp_file/ride_dlldrv")
+
+
+@pytest.mark.parametrize(
+    ("error", "analysis"),
+    [
+        (ValueError, lambda: vialto.ride_index([WAVE], INTERVAL)),
+        (ValueError, lambda: vialto.two_track_ride_index(WAVE, WAVE[1:], INTERVAL)),
+        (ValueError, lambda: vialto.ride_index(WAVE, INTERVAL, excluded=[True])),
+        (ValueError, lambda: vialto.repeatability(np.zeros((9, 1057)), np.zeros(1057))),
+        (ValueError, lambda: vialto.segment_ride_indices(WAVE, INTERVAL, [100.5])),
+        (OverflowError, lambda: vialto.segment_ride_indices(WAVE, INTERVAL, [2**32])),
+        (OverflowError, lambda: vialto.profile_index(WAVE, INTERVAL, lots=[(2**32, 2**32 + 9)])),
+        (
+            ctypes.ArgumentError,
+            lambda: vialto.power_spectral_density(WAVE, INTERVAL, points_per_octave=2**32),
+        ),
+    ],
+)
+def test_arguments_that_do_not_fit_are_refused(
+    error: type[Exception], analysis: Callable[[], object]
+) -> None:
+    with pytest.raises(error):
+        analysis()
+
+
+def test_layout_and_type_make_no_difference() -> None:
+    plain = rough_road(9).astype(np.float32)
+    spread = np.zeros((SAMPLES, 3))
+    spread[:, 1] = plain
+    for road in (spread[:, 1], plain.tolist(), plain[::-1][::-1]):
+        assert vialto.ride_index(road, INTERVAL) == vialto.ride_index(plain, INTERVAL)
+
+
+def test_threads_take_turns() -> None:
+    roads = [rough_road(seed) for seed in range(8)]
+    expected = [vialto.ride_index(road, INTERVAL) for road in roads]
+    with ThreadPoolExecutor() as threads:
+        assert list(threads.map(lambda road: vialto.ride_index(road, INTERVAL), roads)) == expected
+
+
+def test_no_analysis_changes_what_it_is_given() -> None:
+    left = rough_road(10).astype(np.float32)
+    right = rough_road(11).astype(np.float32)
+    slabs = SLABS.astype(np.float32)
+    mask = np.zeros(SAMPLES, np.int32)
+    points = np.array([801, 801, 799], np.int32)
+    places = SLAB * np.arange(1, 5)
+    runs = np.zeros((10, 1057), np.float32)
+    spots = [GrindSpot(100, 200)]
+    one, two = (left, INTERVAL), (left, right, INTERVAL)
+    analyses: dict[str, Callable[[], object]] = {
+        "ride_dlldrv": lambda: vialto.ride_index(*one, excluded=mask),
+        "rideseg_dlldrv": lambda: vialto.segment_ride_indices(*one, points),
+        "ridecon_dlldrv": lambda: vialto.continuous_ride_index(*one),
+        "ride2chan_dlldrv": lambda: vialto.two_track_ride_index(*two, excluded=mask),
+        "rideseg2chan_dlldrv": lambda: vialto.two_track_segment_ride_indices(*two, points),
+        "ridecon2chan_dlldrv": lambda: vialto.two_track_continuous_ride_index(*two),
+        "wimindex_dlldrv": lambda: vialto.wim_error_index(*one),
+        "psd_dll": lambda: vialto.power_spectral_density(*one),
+        "rse_dlldrv": lambda: vialto.rolling_straightedge(*one),
+        "pgfilt_dll": lambda: vialto.profilograph_trace(*one),
+        "pgindex_dll": lambda: vialto.profile_index(*one, lots=[(0, 799), (800, SAMPLES - 1)]),
+        "grindsimu_dlldrv": lambda: vialto.grind(*one, spots),
+        "grindsimu_2chan_dlldrv": lambda: vialto.grind_two_tracks(*two, spots),
+        "mustgrind_dlldrv": lambda: vialto.must_grind(*one),
+        "mustgrind_2chan_dlldrv": lambda: vialto.must_grind_two_tracks(
+            *two, MustGrind(index=RideIndex.TWO_RN, threshold=4.0)
+        ),
+        "CC_CoeffArray": lambda: vialto.comparison_grid(INTERVAL, INTERVAL),
+        "ccfunc": lambda: vialto.compare_profiles(
+            left,
+            right,
+            INTERVAL,
+            settings=Filter(moving_average=False),
+            test_section=(100, 2000),
+            upsampling=False,
+        ),
+        "pcbia_dlldrv": lambda: vialto.repeatability(runs, runs[0]),
+        "joint_id_dlldrv": lambda: vialto.find_joints(slabs, slabs, INTERVAL, spacing=SLAB),
+        "joint_fault_dlldrv": lambda: vialto.joint_faults(slabs, INTERVAL, places, window_mm=200.0),
+        "antismth_dlldrv": lambda: vialto.anti_smooth(*one),
+        "histgrm_dlldrv": lambda: vialto.histogram(
+            left, classes=5, low=-0.01, high=0.01, excluded=mask
+        ),
+    }
+    arrays = [left, right, slabs, mask, points, places, runs]
+    before = [array.copy() for array in arrays]
+    for name, analysis in analyses.items():
+        analysis()
+        for array, kept in zip(arrays, before, strict=True):
+            np.testing.assert_array_equal(array, kept, err_msg=name)
+    assert set(analyses) == set(_library._ARGUMENTS)

@@ -1,0 +1,128 @@
+"""Numerical analyses of measured road profiles.
+
+One function for each analysis of the library Vialto, with numpy arrays in and
+out. A failure raises VialtoError; the arrays that are handed over are never
+changed. Calls of several threads take turns.
+"""
+
+from importlib.metadata import PackageNotFoundError, version
+
+from ._arrays import ValidRange
+from ._library import VialtoError, load
+from .comparison import (
+    Comparison,
+    ComparisonGrid,
+    Repeatability,
+    compare_profiles,
+    comparison_grid,
+    repeatability,
+)
+from .filters import AntiSmoothed, Filter, FilterBand, FilterKind, FilterOutput, anti_smooth
+from .grinding import (
+    Direction,
+    Grinder,
+    GrindFlag,
+    GrindSpot,
+    Ground,
+    GroundTracks,
+    MustGrind,
+    Pass,
+    grind,
+    grind_two_tracks,
+    must_grind,
+    must_grind_two_tracks,
+)
+from .joints import Feature, Features, JointMethod, find_joints, joint_faults
+from .profilograph import (
+    TWELVE_WHEELS,
+    Defect,
+    DefectKind,
+    Lot,
+    ProfileIndex,
+    ProfilographTrace,
+    profile_index,
+    profilograph_trace,
+)
+from .ride import (
+    RideIndex,
+    SegmentIndices,
+    continuous_ride_index,
+    ride_index,
+    segment_ride_indices,
+    two_track_continuous_ride_index,
+    two_track_ride_index,
+    two_track_segment_ride_indices,
+    wim_error_index,
+)
+from .spectra import (
+    Density,
+    Spectrum,
+    StraightedgeResponse,
+    power_spectral_density,
+    rolling_straightedge,
+)
+from .statistics import Histogram, histogram
+
+__all__ = [
+    "TWELVE_WHEELS",
+    "AntiSmoothed",
+    "Comparison",
+    "ComparisonGrid",
+    "Defect",
+    "DefectKind",
+    "Density",
+    "Direction",
+    "Feature",
+    "Features",
+    "Filter",
+    "FilterBand",
+    "FilterKind",
+    "FilterOutput",
+    "GrindFlag",
+    "GrindSpot",
+    "Grinder",
+    "Ground",
+    "GroundTracks",
+    "Histogram",
+    "JointMethod",
+    "Lot",
+    "MustGrind",
+    "Pass",
+    "ProfileIndex",
+    "ProfilographTrace",
+    "Repeatability",
+    "RideIndex",
+    "SegmentIndices",
+    "Spectrum",
+    "StraightedgeResponse",
+    "ValidRange",
+    "VialtoError",
+    "anti_smooth",
+    "compare_profiles",
+    "comparison_grid",
+    "continuous_ride_index",
+    "find_joints",
+    "grind",
+    "grind_two_tracks",
+    "histogram",
+    "joint_faults",
+    "load",
+    "must_grind",
+    "must_grind_two_tracks",
+    "power_spectral_density",
+    "profile_index",
+    "profilograph_trace",
+    "repeatability",
+    "ride_index",
+    "rolling_straightedge",
+    "segment_ride_indices",
+    "two_track_continuous_ride_index",
+    "two_track_ride_index",
+    "two_track_segment_ride_indices",
+    "wim_error_index",
+]
+
+try:
+    __version__ = version("vialto")
+except PackageNotFoundError:  # a source tree on the path, not installed
+    __version__ = "0+source"
