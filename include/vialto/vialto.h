@@ -1205,8 +1205,7 @@ VIALTO_API int32_t VIALTO_CALL joint_fault_dlldrv(int32_t iSizeDataArray, int32_
  *
  * Given:
  *   xStepSize       sample interval dx, m
- *   xBaseLength     base length of the window, m: the window has L = trunc(xBaseLength / dx) + 1
- *                   samples
+ *   xBaseLength     base length of the window, m, of which L samples are made (note 3)
  *   iSizeDataArray  number of samples N
  *   xProfile        [N] elevations, m
  * Returned:
@@ -1216,23 +1215,26 @@ VIALTO_API int32_t VIALTO_CALL joint_fault_dlldrv(int32_t iSizeDataArray, int32_
  *   iEndElemIdx     last valid element, from 0; below iBeginElemIdx when there is none
  *
  * Failures, all outputs untouched:
+ *   100  "xBaseLength is negative or not a number"    (the routine is "antismth_dlldrv")
  *   101  "the baselength is only 1 sampling interval- check your input"         L is 1: a base
  *                                                  length below one interval, 0.0 among them
  *   101  "the baselength greater than the profile length - check your input"    N is not above L
- *   The routine is "antismooth/filtcon_drv/antismth_dlldrv" for both.
+ *   The routine is "antismooth/filtcon_drv/antismth_dlldrv" for the last two.
  *
  * Notes:
- *  1. The sample in the middle of a window is its h-th, h = trunc(xBaseLength / (2 dx)) + 1, so the
+ *  1. The sample in the middle of a window is its h-th, one more than half the intervals, so the
  *     window is symmetric about it when L is odd. Element i of the result belongs to sample i + h
  *     of the profile: the shift is not undone, on purpose.
  *  2. iBeginElemIdx is h and iEndElemIdx N - L - 1: the elements before h are cleared although they
  *     could be computed, on purpose.
- *  3. A base length that is negative (beyond rounding), or a NaN, gives a window without a sample,
- *     whose mean is not a number: valid elements, here 0 to N - 1, are then NaN. One between 0 and
- *     about -1.5e-8 dx rounds to the L of 0.0.
- *  4. The diagnostic file is opened only after the analysis has succeeded. It lists, for each valid
- *     element, the distance i dx, element i of the profile and element i of the result with its
- *     sign. When it cannot be opened all outputs stay untouched, as after any other failure.
+ *  3. L is xBaseLength / dx + 0.5, rounded, in 32-bit arithmetic: one more than the whole intervals
+ *     of the base length. The float just below 1, 2, 4, 8, ... intervals counts as that number, so
+ *     that 0.99999994 intervals make 2 samples, and what lies between 0.0 and about -1.5e-8 dx as
+ *     0.0. The h of note 1 is xBaseLength / (2 dx) + 0.5, rounded likewise.
+ *  4. The diagnostic file is opened only after the analysis has succeeded: a failure writes none,
+ *     and that of an earlier call stays. It lists, for each valid element, the distance i dx,
+ *     element i of the profile and element i of the result with its sign. When it cannot be opened
+ *     all outputs stay untouched, as after any other failure.
  *
  * Reference: M. W. Sayers and S. M. Karamihas, "The Little Book of Profiling", University of
  * Michigan, 1998 (moving-average filters and their high-pass form, which anti-smoothing is).

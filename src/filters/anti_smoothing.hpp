@@ -11,8 +11,8 @@ namespace vialto {
 // iMainFilterType 5.
 //
 // Given: a profile of N elevations, its interval dx [m], the base length of the window,
-// xShortWavelength [m], and iOutType. The window has L = trunc(xShortWavelength / dx) + 1 samples,
-// the sample in its middle is its h-th, h = trunc(xShortWavelength / (2 dx)) + 1.
+// xShortWavelength [m], and iOutType. With x = xShortWavelength / dx the window has
+// L = nint(x + 0.5) samples, and the sample in its middle is its h-th, h = nint(x / 2 + 0.5).
 // Returned: N values, elevation or slope (iOutType 2); iBeginElemIdx h and iEndElemIdx N - L - 1.
 // Elements outside that range are 0.0. The range may be empty, the end then being below the begin.
 //

@@ -42,6 +42,10 @@ int32_t VIALTO_CALL antismth_dlldrv(float xStepSize, float xBaseLength, int32_t 
         {.name = "antismth_dlldrv", .diagnostic_file = DiagnosticFile::opened_after_success}, event,
         [&](ArgumentCheck& check) {
             check.sample_interval("xStepSize", xStepSize);
+            // Just below 0.0 the half that the window adds rounds to 0.5, as for 0.0 itself.
+            if (!(xBaseLength / xStepSize + 0.5F >= 0.5F)) {
+                check.refuse("xBaseLength", " is negative or not a number");
+            }
             check.array("xProfile", xProfile, iSizeDataArray);
             check.address("iBeginElemIdx", iBeginElemIdx);
             check.address("iEndElemIdx", iEndElemIdx);

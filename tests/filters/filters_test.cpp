@@ -157,7 +157,7 @@ TEST(Filters, HandWorkedRoads) {
         {{smooth, 0, 9.0F, 0.0F}, {1, 3}, one_interval},
         {{smooth, 0, 9.0F, -2e-8F}, {1, 3}, "0 to 1: nan nan"},
         {{smooth, 0, 9.0F, 2.0F}, {1, 1, 1}, too_short},
-        {{smooth, 0, 9.0F, 1.9F}, {1, 1, 1}, "1 to 0: 0 0 0"},
+        {{smooth, 0, 9.0F, 0.99999994F}, {1, 1, 1}, "1 to 0: 0 0 0"},
         {{smooth, 0, 9.0F, 3.0F}, {1, 1, 1, 1, 1, 1}, "2 to 1: 0 0 0 0 0 0"},
         {{smooth, 0, 9.0F, 1.0F}, {0, 1, 0, 16777216}, "1 to 1: 0 -8388607.5 0 0"},
         {{smooth, 0, 9.0F, 1.0F, 2}, {8, 2, 0, 0}, "1 to 1: 0 -8 0 0"},
@@ -346,7 +346,13 @@ TEST(AntiSmoothingExport, FailureLeavesOutputsAndNoFile) {
     }
     EXPECT_EQ(export_outcome(0.0F, 0.5F, ""),
               "100 2 antismth_dlldrv: xStepSize is not a positive finite number" + kept);
-    EXPECT_EQ(export_outcome(0.25F, 0.0F, "").find("101 2 antismooth/filtcon_drv/"), 0U);
+    for (const float length : {-1e-6F, -3.0F, -std::numeric_limits<float>::infinity(), nan}) {
+        EXPECT_EQ(export_outcome(0.25F, length, ""),
+                  "100 2 antismth_dlldrv: xBaseLength is negative or not a number" + kept);
+    }
+    for (const float length : {-1e-9F, 0.0F}) {
+        EXPECT_EQ(export_outcome(0.25F, length, "").find("101 2 antismooth/filtcon_drv/"), 0U);
+    }
     EXPECT_FALSE(directory.holds("antismth_dlldrv.txt"));
     set_tmp((directory.path() / "missing").string());
     const std::string unopened = export_outcome(0.25F, 0.5F, "");
