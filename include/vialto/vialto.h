@@ -344,13 +344,15 @@ VIALTO_API int32_t VIALTO_CALL rideseg_dlldrv(int32_t if250mmFilter, int32_t iRi
  *
  * Failures (the routine is "ridecon_dlldrv" for all of them), xOutput untouched:
  *   101  "moving average base length is greater the sampling distance"
- *                                                      xBaseLength is not shorter than the profile
+ *                                                      xBaseLength makes N samples or more, rounded
+ *                                                      (N 500 at 0.1 m: 49.94 m pass, 49.95 m fail)
  *   and the other failures of ride_dlldrv or, with iRideIndexType 9, those of wimindex_dlldrv.
  *
  * Notes:
- *  1. The moving mean is a centred one at the ends, too: the absolute slope goes on beyond either
- *     end along a line fitted through its last half base length. Where that makes a moving mean
- *     square negative, the RN statistic is 0.0.
+ *  1. The moving mean is a centred one at the ends, too: what it is taken of, the absolute slope for
+ *     IRI and its square for RN, goes on beyond either end along a line fitted through its last half
+ *     base length. So the mean can be negative near an end: the IRI is then negative, the RN
+ *     statistic 0.0.
  *  2. The slopes behind the last valid sample enter the mean as zeros, on purpose, so that the
  *     statistic falls over the last half base length.
  *  3. With a base length below two intervals nothing is smoothed: the result is the absolute
@@ -398,8 +400,11 @@ VIALTO_API int32_t VIALTO_CALL ridecon_dlldrv(int32_t if250mmFilter, float xStep
  *
  * Notes:
  *  1. With the same profile twice HRI, MRI and IRI are one number.
- *  2. The Ride Number of profiles without a valid filtered sample, or that hold a NaN, is a NaN and
- *     not a failure.
+ *  2. **The Ride Number of profiles that hold a NaN or an infinity is a NaN, and no failure**, as it
+ *     is without a valid filtered sample. The samples from 250 mm before it (one sample, without the
+ *     moving average) to the end of the road are affected; where all of them are left out, the Ride
+ *     Number is that of the others. In sample 1, or in the one that ends the first 19 m (the last
+ *     one of a shorter profile), it affects them all.
  *
  * Reference: ASTM E1926, ASTM E1489; M. W. Sayers, "Two Quarter-Car Models for Defining Road
  * Roughness: IRI and HRI", Transportation Research Record 1215, 1989; M. W. Sayers and S. M.
@@ -439,9 +444,10 @@ VIALTO_API int32_t VIALTO_CALL ride2chan_dlldrv(int32_t ifExcludeLeaveout, int32
  *  2. A segment whose filtered slopes are all exactly 0.0 has the Ride Number -1.0, on purpose.
  *  3. MRI averages -1.0 like any number.
  *  4. The notes of rideseg_dlldrv hold here, too.
- *  5. A NaN or an infinity in a track is no failure with the Ride Number: the segments that hold it
- *     (or reach to within 250 mm before it) and all that follow are -1.0, with the xSegLength of
- *     their samples.
+ *  5. **A NaN or an infinity in a track is no failure with the Ride Number**: the segments that hold
+ *     it (or reach to within 250 mm before it) and all that follow are -1.0, with the xSegLength of
+ *     their samples. In the sample that ends the first 19 m (the last one of a shorter profile) it
+ *     makes all segments -1.0.
  *
  * Reference: as for ride2chan_dlldrv.
  */
@@ -461,13 +467,13 @@ VIALTO_API int32_t VIALTO_CALL rideseg2chan_dlldrv(int32_t if250mmFilter, int32_
  *   xBaseLength    base length of the moving statistic, m
  * Returned:
  *   xOutput        [N] HRI, MRI: the continuous IRI (ridecon_dlldrv) of the mean profile, or the
- *                  mean of the tracks' continuous IRI, m/m. Ride Number: 5 exp(-160 PTRN) with the
- *                  left track's moving root mean square.
+ *                  mean of the tracks' continuous IRI, m/m; negative near an end where that is. Ride
+ *                  Number: 5 exp(-160 PTRN) with the left track's moving root mean square.
  *
  * Failures (the routine is "ridecon2chan_dlldrv" for all of them):
  *   100  "only HRI, MRI, and 2-Chan-RN allowed in the 2-channel analysis"
  *   101  "moving average base length is greater the sampling distance"
- *                  xBaseLength is not shorter than the profile
+ *                  as for ridecon_dlldrv
  *   101  the other failures of ride2chan_dlldrv
  *   xOutput is untouched.
  *
@@ -476,9 +482,10 @@ VIALTO_API int32_t VIALTO_CALL rideseg2chan_dlldrv(int32_t if250mmFilter, int32_
  *  2. The continuous Ride Number is 0.0 at the first sample. With a base length below two intervals
  *     it is not smoothed, and 0.0 behind the last valid sample, too.
  *  3. Notes 1 to 3 of ridecon_dlldrv hold here, too.
- *  4. A NaN or an infinity in the left track is no failure with the Ride Number: from half a base
- *     length (and the 250 mm of the moving average) before it to the end of the road, note 2 apart,
- *     the Ride Number is 5.0.
+ *  4. **A NaN or an infinity in the left track gives the Ride Number 5.0, that of a perfect road, and
+ *     no failure**: from half a base length (and the 250 mm of the moving average) before it to the
+ *     end of the road, note 2 apart. In the sample that ends the first 19 m (the last one of a
+ *     shorter profile) it does so to the whole road.
  *
  * Reference: as for ride2chan_dlldrv.
  */
@@ -524,8 +531,8 @@ VIALTO_API int32_t VIALTO_CALL ridecon2chan_dlldrv(int32_t if250mmFilter, int32_
  *     spot shades far ahead of it in the direction of travel, and little behind it.
  *  2. A bridge filter's window longer than the profile leaves no sample: the result is 0.0
  *     everywhere.
- *  3. A single NaN or infinity in the profile makes the index 0.0 at every sample, and is no
- *     failure. With bridging a NaN or a minus infinity is left out of its windows, and a plus
+ *  3. **A single NaN or infinity in the profile makes the index 0.0 at every sample, and is no
+ *     failure.** With bridging a NaN or a minus infinity is left out of its windows, and a plus
  *     infinity fails in the bridge filter.
  *  4. Elevations for the bridge filter should lie within about 16 m of 0.0, beyond which 32-bit
  *     heights are too coarse for its levels to settle: subtract a constant first.
