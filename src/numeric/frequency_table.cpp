@@ -6,6 +6,8 @@
 #include <limits>
 #include <vector>
 
+#include "numeric/vector_width.hpp"
+
 namespace vialto {
 
 namespace {
@@ -52,7 +54,7 @@ void tally_many(std::span<const float> values, std::span<const float> limits,
 
 } // namespace
 
-std::int32_t count_above(std::span<const float> values, float limit) {
+VIALTO_WIDE_VECTORS std::int32_t count_above(std::span<const float> values, float limit) {
     std::int32_t count = 0;
     for (const float value : values) {
         count += value > limit ? 1 : 0;
