@@ -876,7 +876,8 @@ VIALTO_API int32_t VIALTO_CALL grindsimu_2chan_dlldrv(float xStepSize, int32_t i
  *   cfg          iRideIndexType is rewritten from idx_ridests_HRI to idx_ridests_IRI
  *   iGrindFlags  [N] 1 leave, 2 grind, no deeper than MaxGrindingDepth_mm, 3 grind deeper
  *
- * Failures (the routine of the first two is "mustgrind_dlldrv", with iGrindFlags untouched):
+ * Failures (the routine of the first two is "mustgrind_dlldrv", with iGrindFlags untouched; they
+ * stand ahead of every refusal but that of a null cfg):
  *   101  "Ride Index None is not allowed in the RideStatCont analysis"   idx_ridests_None
  *   101  "Ride Index is un-defined"                any selector but None, IRI, RN, TwoRN, HRI, WIM
  *   101  "i_maxspots exceeded for grinding - try smaller sections"
@@ -893,7 +894,10 @@ VIALTO_API int32_t VIALTO_CALL grindsimu_2chan_dlldrv(float xStepSize, int32_t i
  *   iGrindFlags in the state that it had reached; 0 is a sample not looked at.
  *
  * Notes:
- *  1. xRideThreshold is compared with the statistic in m/m: an IRI of 2 m/km is 0.002.
+ *  1. xRideThreshold is compared with the statistic in m/m: an IRI of 2 m/km is 0.002. With
+ *     idx_ridests_WIM the statistic is the WIM error index: if250mmFilter switches its bridging
+ *     filter (and still trims the end, note 4), and xSlideBaseLength smooths nothing, but still
+ *     bounds the search of note 4.
  *  2. With ib_grindopt all 0, the flags are those of the grinder over the whole road. Joining and
  *     trying work on the spots that dropping has listed: without it they do nothing.
  *  3. Lengths and gaps are differences of sample numbers, after rounding to whole samples: of
@@ -936,6 +940,7 @@ VIALTO_API int32_t VIALTO_CALL mustgrind_dlldrv(int32_t nsamp, float xStepSize, 
  *   101  "idx_ridests_IRI is not allowed in the mustgrind_2chan_dlldrv analysis"
  *        A host that repeats a call with a record that was rewritten finds this failure.
  *   101  "Ride Index is un-defined"                any other selector
+ *        As in mustgrind_dlldrv, these stand ahead of every refusal but that of a null cfg.
  *   Those of mustgrind_dlldrv, the path ending in
  *   "mustgrind/mustgrind_2chan/mustgrind_2chan_dlldrv".
  *   iGrindFlags is untouched after each of them.

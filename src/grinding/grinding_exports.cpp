@@ -102,17 +102,22 @@ int32_t VIALTO_CALL grindsimu_2chan_dlldrv(float xStepSize, int32_t iNumGrindSpo
 int32_t VIALTO_CALL mustgrind_dlldrv(int32_t nsamp, float xStepSize, tMustGrindCfg* cfg,
                                      const tGrinderSetup* setup, const float* xProfile,
                                      int32_t* iGrindFlags, tEvent* event) {
+    std::int32_t selector = idx_ridests_None;
     return run_export(
         {.name = "mustgrind_dlldrv", .diagnostic_file = DiagnosticFile::none}, event,
         [&](ArgumentCheck& check) {
-            check.sample_interval("xStepSize", xStepSize);
             check.address("tMustGrindCfg", cfg);
+            if (check.refused() || admit_selector(cfg->iRideIndexType, selector) != success) {
+                return; // the selector is judged ahead of all that it selects for
+            }
+            check.sample_interval("xStepSize", xStepSize);
             check.address("tGrinderSetup", setup);
             check.array("xProfile", xProfile, nsamp);
             check.array("iGrindFlags", iGrindFlags, nsamp);
         },
         [&] {
-            if (admit_selector(*cfg) == success) {
+            if (!event_is_fatal()) {
+                cfg->iRideIndexType = selector;
                 (void)mustgrind({xStepSize, *cfg, *setup, host_array(xProfile, nsamp)},
                                 host_array(iGrindFlags, nsamp));
             }
@@ -123,18 +128,23 @@ int32_t VIALTO_CALL mustgrind_2chan_dlldrv(int32_t nsamp, float xStepSize, tMust
                                            const tGrinderSetup* setup, const float* xProfile1,
                                            const float* xProfile2, int32_t* iGrindFlags,
                                            tEvent* event) {
+    std::int32_t selector = idx_ridests_None;
     return run_export(
         {.name = "mustgrind_2chan_dlldrv", .diagnostic_file = DiagnosticFile::none}, event,
         [&](ArgumentCheck& check) {
-            check.sample_interval("xStepSize", xStepSize);
             check.address("tMustGrindCfg", cfg);
+            if (check.refused() || admit_selector_2chan(cfg->iRideIndexType, selector) != success) {
+                return; // the selector is judged ahead of all that it selects for
+            }
+            check.sample_interval("xStepSize", xStepSize);
             check.address("tGrinderSetup", setup);
             check.array("xProfile1", xProfile1, nsamp);
             check.array("xProfile2", xProfile2, nsamp);
             check.array("iGrindFlags", iGrindFlags, nsamp);
         },
         [&] {
-            if (admit_selector_2chan(*cfg) == success) {
+            if (!event_is_fatal()) {
+                cfg->iRideIndexType = selector;
                 (void)mustgrind_2chan(xStepSize, *cfg, *setup, host_array(xProfile1, nsamp),
                                       host_array(xProfile2, nsamp), host_array(iGrindFlags, nsamp));
             }

@@ -61,9 +61,10 @@ ReturnCode run_steps(const MustGrindRequest& request, std::span<std::int32_t> iG
 
 } // namespace
 
-ReturnCode admit_selector(tMustGrindCfg& cfg) {
+ReturnCode admit_selector(std::int32_t iRideIndexType, std::int32_t& admitted) {
     constexpr std::string_view name = "mustgrind_dlldrv";
-    switch (cfg.iRideIndexType) {
+    admitted = iRideIndexType;
+    switch (iRideIndexType) {
     case idx_ridests_None:
         return raise_failure("Ride Index None is not allowed in the RideStatCont analysis", name);
     case idx_ridests_IRI:
@@ -72,16 +73,17 @@ ReturnCode admit_selector(tMustGrindCfg& cfg) {
     case idx_ridests_WIM:
         return success;
     case idx_ridests_HRI:
-        cfg.iRideIndexType = idx_ridests_IRI;
+        admitted = idx_ridests_IRI;
         return success;
     default:
         return raise_failure("Ride Index is un-defined", name);
     }
 }
 
-ReturnCode admit_selector_2chan(tMustGrindCfg& cfg) {
+ReturnCode admit_selector_2chan(std::int32_t iRideIndexType, std::int32_t& admitted) {
     constexpr std::string_view name = "mustgrind_2chan_dlldrv";
-    switch (cfg.iRideIndexType) {
+    admitted = iRideIndexType;
+    switch (iRideIndexType) {
     case idx_ridests_None:
         return raise_failure(
             "Ride Index None is not allowed in the mustgrind_2chan_dlldrv analysis", name);
@@ -93,7 +95,7 @@ ReturnCode admit_selector_2chan(tMustGrindCfg& cfg) {
         return success;
     case idx_ridests_HRI:
     case idx_ridests_MRI:
-        cfg.iRideIndexType = idx_ridests_IRI;
+        admitted = idx_ridests_IRI;
         return success;
     default:
         return raise_failure("Ride Index is un-defined", name);

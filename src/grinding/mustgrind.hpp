@@ -12,10 +12,10 @@
 
 namespace vialto {
 
-// The selector of an analysis, checked and, where the analysis takes another for it, rewritten in
-// the record. Fails with the export's name as routine.
-[[nodiscard]] ReturnCode admit_selector(tMustGrindCfg& cfg);
-[[nodiscard]] ReturnCode admit_selector_2chan(tMustGrindCfg& cfg);
+// The selector that an analysis runs for the host's, which its record is rewritten to. Fails, with
+// the export's name as routine, for one that is not allowed.
+[[nodiscard]] ReturnCode admit_selector(std::int32_t iRideIndexType, std::int32_t& admitted);
+[[nodiscard]] ReturnCode admit_selector_2chan(std::int32_t iRideIndexType, std::int32_t& admitted);
 
 // What the steps of one run work on.
 struct MustGrindRequest {

@@ -162,6 +162,7 @@ TEST_F(Grinding, FailsWithoutATableAndKeepsWhatIsGround) {
 }
 
 TEST_F(Grinding, NamesTheArgumentThatItRefuses) {
+    cfg.iRideIndexType = idx_ridests_HRI;
     for (const bool both : {false, true}) {
         right = both ? road : Road();
         for (const char* argument :
@@ -177,6 +178,7 @@ TEST_F(Grinding, NamesTheArgumentThatItRefuses) {
             }
             if (refused != "tGrindSpots") {
                 EXPECT_EQ(must_grind(), "100 2 mustgrind_" + refusal);
+                EXPECT_EQ(cfg.iRideIndexType, idx_ridests_HRI);
             }
         }
     }
@@ -290,7 +292,9 @@ TEST_F(Grinding, FailsWithTheStepsNamedAndTheFlagsReached) {
     gives(3, 1,
           "ride_stats/ridecon_drv/out_of_spec_spots/mustgrind/" + name +
               "two RN is no longer supported");
+    interval = 0.0F; // which is judged behind the selector
     gives(0, -5, name + "Ride Index None is not allowed in the RideStatCont analysis");
+    interval = 0.1F;
     for (const std::int32_t selector : {-1, 5, 6}) {
         EXPECT_EQ(gives(selector, -5, name + "Ride Index is un-defined"), selector);
     }
