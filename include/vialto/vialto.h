@@ -662,7 +662,7 @@ VIALTO_API int32_t VIALTO_CALL rse_dlldrv(int32_t iSizeDataArray, float xStepSiz
  *   iNumPoints         length of the host's profile; written to the diagnostic file, and used for
  *                      nothing else: that the arrays reach to iEndIndex is the host's promise
  *   xWheelOffsets      [iNumWheelOffsets] distance of each pair ahead of and behind the sensing
- *                      wheel, m, in any order
+ *                      wheel, m, in any order and with either sign (note 3)
  *   xProfile           [iEndIndex + 1] the host's whole profile
  * Returned:
  *   xPGTrace           [iEndIndex + 1] the trace, in the unit of the profile and at its indexes.
@@ -672,20 +672,27 @@ VIALTO_API int32_t VIALTO_CALL rse_dlldrv(int32_t iSizeDataArray, float xStepSiz
  *
  * Failures (no output is written):
  *   101  "nsamp < 2*maxsampbegin", routine "pgfilter/pgfilt_dll"        the stretch is too short
- *        for the beam: 2 m is not less than the number of samples, m being the reach of the longest
- *        pair in intervals, rounded up, plus one. Equality fails as well, whatever the words say,
- *        and so does an iEndIndex before iStartIndex.
+ *        for the beam: 2 m is not less than the number of samples, m being one more than the reach
+ *        of the longest pair in intervals, which is rounded up unless the wheels stand on a sample.
+ *        Equality fails as well, whatever the words say, and so does an iEndIndex before
+ *        iStartIndex, wherever the two lie.
  *   101  "maxsampbegin > minsampend", routine "pgfilter/pgfilt_dll"     no sample has all wheels on
  *        the stretch; the test above leaves nothing for this one
- *   100  "iNumWheelOffsets is not positive", "xWheelOffsets holds an offset that is negative or not
- *        finite", "iStartIndex is negative", "iEndIndex makes the stretch longer than 2147483647
- *        samples", routine "pgfilt_dll"
+ *   100  "xWheelOffsets holds a negative offset that reaches outside the stretch", routine
+ *        "pgfilter/pgfilt_dll"                                          see note 3
+ *   100  "iNumWheelOffsets is not positive", "xWheelOffsets holds an offset that is not finite",
+ *        "iStartIndex is negative", "iEndIndex makes the stretch longer than 2147483647 samples",
+ *        routine "pgfilt_dll"
  *
  * Notes:
  *  1. A wheel within 1e-5 intervals of a sample stands on it. Any other wheel stands on the
  *     straight line between its two neighbours.
  *  2. All pairs weigh the same; a pair at distance 0.0 counts the sample below the sensing wheel
  *     twice.
+ *  3. The longest pair alone sets the valid samples. A negative offset lets the wheels of its pair
+ *     change places: the trace is the same where they stand on samples, and elsewhere their heights
+ *     are those of the line through the two samples nearer by, prolonged to the wheel. It is served
+ *     where these samples are no farther off than the longest pair reaches.
  *
  * Reference: ASTM E1274, Measuring Pavement Roughness Using a Profilograph.
  */
@@ -703,7 +710,7 @@ VIALTO_API int32_t VIALTO_CALL pgfilt_dll(int32_t iStartIndex, int32_t iEndIndex
  *
  * Given:
  *   iStartIndex   first trace sample to use, from 0
- *   iEndIndex     last trace sample to use, inclusive
+ *   iEndIndex     last trace sample to use, inclusive; before iStartIndex, the stretch is empty
  *   xStepSize     sample interval, m
  *   xPGSettings   [6] in this order, heights in the unit of the trace:
  *                   BlankingBand      full width of the band about the trend line
@@ -714,7 +721,8 @@ VIALTO_API int32_t VIALTO_CALL pgfilt_dll(int32_t iStartIndex, int32_t iEndIndex
  *                   BumpChordlength   m; likewise
  *   iNumPoints    length of the host's trace; written to the diagnostic file, and used for nothing
  *                 else: that xPGTrace reaches to iEndIndex is the host's promise
- *   xPGTrace      [iEndIndex + 1] the host's whole trace
+ *   xPGTrace      [iEndIndex + 1] the host's whole trace. It may be null if no lot has more than
+ *                 one sample
  *   iNumLots      number of lots
  *   tPGLots       [iNumLots] iStart and iEnd of each lot, from 0 in the host's trace; lots come in
  *                 any order, and may overlap or leave gaps
@@ -746,12 +754,13 @@ VIALTO_API int32_t VIALTO_CALL pgfilt_dll(int32_t iStartIndex, int32_t iEndIndex
  *        whole scallops
  *   101  "iNumDefects > i_PG_maxdefects", routine "pgindex_dll"
  *        never comes, likewise
- *   100  "iStartIndex is negative", "iEndIndex lies before iStartIndex", "iEndIndex makes the
- *        stretch longer than 2147483647 samples", routine "pgindex_dll": no output is written
+ *   100  "iStartIndex is negative", "iEndIndex makes the stretch longer than 2147483647 samples",
+ *        routine "pgindex_dll": a lot of more than one sample would be read. No output is written
  *
  * Notes:
  *  1. A lot of one sample, or with iEnd before iStart, gets -1.0 in both indexes and 0.0 in its
- *     band fields, wherever it lies. The lots around it count as neighbours.
+ *     band fields, wherever it lies. The lots around it count as neighbours. Only exactly -1.0
+ *     means this: an index may be negative where a partial scallop leaves it (note 4).
  *  2. A lot is divided by (iEnd - iStart) * xStepSize: its length runs from its first sample to its
  *     last.
  *  3. A sample on the edge of the band is inside it. A scallop that is wide enough adds its raw
@@ -767,8 +776,8 @@ VIALTO_API int32_t VIALTO_CALL pgfilt_dll(int32_t iStartIndex, int32_t iEndIndex
  *     iEnd of a partial scallop at a lot's start is one less than its last sample, and so may be
  *     iStart - 1. Its EndX is projected along its last two samples: infinite where these are equal,
  *     a NaN where both lie on the edge of the band; EndY is then infinite or a NaN as well.
- *  6. A lot with a NaN or an infinite sample has no scallops: its indexes are 0.0 and its band is a
- *     NaN.
+ *  6. **A lot with a NaN or an infinite sample has no scallops: its indexes are 0.0, as those of a
+ *     perfect road.** Its band, which is a NaN, tells the two apart.
  *
  * Reference: ASTM E1274, Measuring Pavement Roughness Using a Profilograph.
  */
@@ -822,7 +831,8 @@ VIALTO_API int32_t VIALTO_CALL pgindex_dll(int32_t iStartIndex, int32_t iEndInde
  *  3. A later pass overwrites a flag only where it cuts: a sample flagged 3 becomes 2 when a
  *     shallower cut follows. The flag judges the cut of one pass, not the sum of the passes.
  *  4. The diagnostic file, grindsimu_dlldrv.txt, is opened only after the grinder has succeeded: a
- *     failure leaves no file. It holds a table of distance, profile before and profile after.
+ *     failure writes no file, and that of an earlier call stays. It holds a table of distance,
+ *     profile before and profile after.
  *
  * Reference: FHWA, "Concrete Pavement Preservation Guide", second edition, 2014, chapter "Diamond
  * Grinding and Grooving".

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "frame/analysis_frame.hpp"
-#include "numeric/rounding.hpp"
 #include "profilograph/profile_index.hpp"
 #include "profilograph/trace.hpp"
 #include "vialto/vialto.h"
@@ -25,6 +24,12 @@ std::span<Element> stretch_of(Element* array, std::int32_t iStartIndex, std::int
     }
     const std::size_t count = static_cast<std::size_t>(iEndIndex - iStartIndex) + 1;
     return {array + iStartIndex, count};
+}
+
+std::int32_t saturated(std::int64_t number) {
+    using Limits = std::numeric_limits<std::int32_t>;
+    return static_cast<std::int32_t>(
+        std::clamp<std::int64_t>(number, Limits::min(), Limits::max()));
 }
 
 std::int64_t stretch_length(std::int32_t iStartIndex, std::int32_t iEndIndex) {
@@ -47,18 +52,17 @@ void check_wheel_offsets(ArgumentCheck& check, std::int32_t iNumWheelOffsets,
         check.refuse("iNumWheelOffsets", " is not positive");
     }
     check.array("xWheelOffsets", xWheelOffsets, iNumWheelOffsets);
-    const auto usable = [](float offset) { return std::isfinite(offset) && offset >= 0.0F; };
     const auto offsets = host_array(xWheelOffsets, iNumWheelOffsets);
-    if (!std::all_of(offsets.begin(), offsets.end(), usable)) {
-        check.refuse("xWheelOffsets", " holds an offset that is negative or not finite");
+    if (!std::all_of(offsets.begin(), offsets.end(),
+                     [](float offset) { return std::isfinite(offset); })) {
+        check.refuse("xWheelOffsets", " holds an offset that is not finite");
     }
 }
 
 void log_stretch(DiagnosticText& text, std::int32_t iNumPoints, std::int32_t iStartIndex,
                  std::int32_t iEndIndex, float xStepSize) {
-    const auto used = static_cast<double>(stretch_length(iStartIndex, iEndIndex));
     text.record("Number of Points      :", iNumPoints);
-    text.record("Number of Points used :", truncate(used));
+    text.record("Number of Points used :", saturated(stretch_length(iStartIndex, iEndIndex)));
     text.record("iStartIndex           :", iStartIndex);
     text.record("iEndIndex             :", iEndIndex);
     text.record("Sample Interval (m)   :", xStepSize);
@@ -125,16 +129,12 @@ void hand_back(const LotResult& result, tPGLot& lot) {
     lot.RndPI = result.RndPI;
 }
 
-std::int32_t moved(std::int32_t index, std::int32_t by) {
-    return truncate(static_cast<double>(index) + static_cast<double>(by));
-}
-
 // Moves records by iStartIndex samples. What a host has put into a record may saturate.
 void move_records(std::span<tPGDefect> records, std::int32_t iStartIndex, float xStepSize) {
     const float distance = static_cast<float>(iStartIndex) * xStepSize;
     for (tPGDefect& record : records) {
-        record.iStart = moved(record.iStart, iStartIndex);
-        record.iEnd = moved(record.iEnd, iStartIndex);
+        record.iStart = saturated(std::int64_t{record.iStart} + iStartIndex);
+        record.iEnd = saturated(std::int64_t{record.iEnd} + iStartIndex);
         record.BeginX += distance;
         record.EndX += distance;
     }
@@ -200,19 +200,23 @@ int32_t VIALTO_CALL pgindex_dll(int32_t iStartIndex, int32_t iEndIndex, float xS
                                 tPGDefect* tPGDefects, const int32_t* iNumBumps,
                                 tPGDefect* tPGBumps, tEvent* event) {
     const auto bump_count = [&] { return std::clamp(*iNumBumps, 0, i_PG_maxdefects); };
+    const std::span<tPGLot> host_lots = host_array(tPGLots, iNumLots);
+    // A longer lot on an empty or reversed stretch fails before it is read.
+    const bool reads_trace = iStartIndex <= iEndIndex &&
+                             std::any_of(host_lots.begin(), host_lots.end(),
+                                         [](const tPGLot& lot) { return lot.iStart < lot.iEnd; });
     return run_export(
         {.name = "pgindex_dll"}, event,
         [&](ArgumentCheck& check) {
-            check_stretch(check, iStartIndex, iEndIndex);
-            if (iEndIndex < iStartIndex) {
-                check.refuse("iEndIndex", " lies before iStartIndex");
-            }
             check.sample_interval("xStepSize", xStepSize);
             check.address("xPGSettings", xPGSettings);
-            check.address("xPGTrace", xPGTrace);
             check.array("tPGLots", tPGLots, iNumLots);
+            if (reads_trace) {
+                check_stretch(check, iStartIndex, iEndIndex);
+                check.address("xPGTrace", xPGTrace);
+                check.address("tPGDefects", tPGDefects);
+            }
             check.address("iNumDefects", iNumDefects);
-            check.array("tPGDefects", tPGDefects, iNumLots);
             check.address("iNumBumps", iNumBumps);
             if (iNumBumps != nullptr) {
                 check.array("tPGBumps", tPGBumps, bump_count());
@@ -225,10 +229,10 @@ int32_t VIALTO_CALL pgindex_dll(int32_t iStartIndex, int32_t iEndIndex, float xS
             text.record("Number of Lots        :", iNumLots);
         },
         [&] {
-            const auto host_lots = host_array(tPGLots, iNumLots);
+            const auto stretch = reads_trace ? stretch_of(xPGTrace, iStartIndex, iEndIndex)
+                                             : std::span<const float>();
             std::vector<TraceLot> lots = local_lots(host_lots, iStartIndex);
-            if (pgindex(xStepSize, settings_of(xPGSettings),
-                        stretch_of(xPGTrace, iStartIndex, iEndIndex), lots, *iNumDefects,
+            if (pgindex(xStepSize, settings_of(xPGSettings), stretch, lots, *iNumDefects,
                         host_array(tPGDefects, i_PG_maxdefects)) != success) {
                 return failure;
             }
@@ -244,7 +248,7 @@ int32_t VIALTO_CALL pgindex_dll(int32_t iStartIndex, int32_t iEndIndex, float xS
             return success;
         },
         [&](DiagnosticText& text) {
-            log_lots(text, host_array(tPGLots, iNumLots));
+            log_lots(text, host_lots);
             log_defects(text, host_array(tPGDefects, *iNumDefects));
         });
 }

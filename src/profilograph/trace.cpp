@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdlib>
 #include <string_view>
 #include <vector>
 
@@ -41,6 +42,12 @@ WheelPair place_wheels(float xWheelOffset, float xStepSize, std::int64_t nsamp) 
     pair.xfraction = pair.ifonsample ? 1.0F : q - static_cast<float>(whole);
     pair.isampend = nsamp - pair.isampbegin + 1;
     return pair;
+}
+
+// How far from the sensing wheel a pair reads, in samples.
+std::int64_t reach_of(const WheelPair& pair) {
+    const std::int64_t outer = std::abs(pair.isampbegin - 1);
+    return pair.ifonsample ? outer : std::max(outer, std::abs(pair.isampbegin - 2));
 }
 
 // Adds the heights of the wheels behind, then of those ahead, to the sums of `count` samples, of
@@ -90,6 +97,14 @@ ReturnCode pgfilter(float xStepSize, std::span<const float> xWheelOffsets,
     // The test above leaves nothing for this one, which stands all the same.
     if (maxsampbegin > minsampend) {
         return raise_failure("maxsampbegin > minsampend", name);
+    }
+
+    // Each wheel stands as far out as the first sample allows, except that of a negative offset.
+    if (std::any_of(pairs.begin(), pairs.end(),
+                    [&](const WheelPair& pair) { return reach_of(pair) >= maxsampbegin; })) {
+        return raise_failure(
+            "xWheelOffsets holds a negative offset that reaches outside the stretch", name,
+            error_code_request);
     }
 
     // The one place where sample numbers become indexes.

@@ -13,14 +13,18 @@
 namespace vialto {
 
 // Given: the sample interval [m]; the distance of each wheel pair from the sensing wheel [m], at
-// least one, none negative, in any order; the profile of the stretch.
+// least one, all finite, in any order; the profile of the stretch.
 // Returned: the trace, as many samples as the profile and in its unit: the profile less the mean
 // height of all support wheels, each wheel between two samples standing on the straight line
 // between them. iBeginElem and iEndElem are the 0-based first and last sample at which all wheels
 // stand on the stretch; the trace is 0.0 outside of them.
 //
-// Fails with "nsamp < 2*maxsampbegin" if the stretch is too short for the beam, and with
-// "maxsampbegin > minsampend" if no sample is left; the two indexes are then untouched.
+// Of a negative distance the two wheels change places: what it reads is the same on a sample, and
+// else the line through the two samples nearer by, prolonged. It reaches no sample by itself.
+//
+// Fails with "nsamp < 2*maxsampbegin" if the stretch is too short for the beam, with
+// "maxsampbegin > minsampend" if no sample is left, and for a negative distance beyond the reach of
+// the others; the two indexes are then untouched.
 [[nodiscard]] ReturnCode pgfilter(float xStepSize, std::span<const float> xWheelOffsets,
                                   std::span<const float> xProfile, std::span<float> xPGTrace,
                                   std::int32_t& iBeginElem, std::int32_t& iEndElem);

@@ -140,6 +140,9 @@ TEST(ProfilographTrace, HasTheBitsOfTheLiteralVersionWhereAllWheelsStandOnTheStr
     const std::pair<Trace, std::int32_t> cases[] = {
         {{{3.8F, 2.29F, 3.05F, 0.76F, 1.525F, 0.0F}, 0.025F}, 152},
         {{{1.125F}}, 5},
+        // Wheels of a negative offset, up to the reach of the longest pair.
+        {{{1.0F, -1.1F, -1.0F, -0.1F}}, 4},
+        {{{-0.1F}}, 1},
         // Within a trifle of a sample, where they are on it, or just not.
         {{{3.99999022F}, 1.0F}, 4},
         {{{3.99998998F}, 1.0F}, 4},
@@ -155,15 +158,19 @@ TEST(ProfilographTrace, HasTheBitsOfTheLiteralVersionWhereAllWheelsStandOnTheStr
 TEST(ProfilographTrace, WhatCannotBeServedIsRefused) {
     const std::string too_short = "101 2 pgfilter/pgfilt_dll: nsamp < 2*maxsampbegin";
     const std::string refused = "100 2 pgfilt_dll: ";
-    const std::string offset = "xWheelOffsets holds an offset that is negative or not finite";
+    const std::string outside =
+        "100 2 pgfilter/pgfilt_dll: xWheelOffsets holds a negative offset that reaches outside the "
+        "stretch";
     expect({
         {Trace{{1.0F}, 0.25F, 2, 12}.call(), "6 to 8"},
         {Trace{{1.0F}, 0.25F, 2, 11}.call(), too_short},
         {Trace{.start = INT32_MAX, .end = INT32_MIN}.call(), too_short},
         {Trace{{0.0F, 3e38F}}.call(), too_short},
         {Trace{.pairs = 0}.call(), refused + "iNumWheelOffsets is not positive"},
-        {Trace{{1.0F, -0.1F}}.call(), refused + offset},
-        {Trace{{INFINITY}}.call(), refused + offset},
+        {Trace{{-0.25F}}.call(), outside},
+        {Trace{{1.0F, -1.25F}}.call(), outside},
+        {Trace{{-1.3F, 1.0F}}.call(), outside},
+        {Trace{{INFINITY}}.call(), refused + "xWheelOffsets holds an offset that is not finite"},
         {Trace{.end = INT32_MAX}.call(),
          refused + "iEndIndex makes the stretch longer than 2147483647 samples"},
         {Trace{.interval = 0.0F}.call(), refused + "xStepSize is not a positive finite number"},
@@ -316,7 +323,11 @@ TEST(ProfileIndex, WhatCannotBeServedIsRefused) {
     const std::string refused = "100 2 pgindex_dll: ";
     expect({
         {Index{.start = -1}.call({whole}), refused + "iStartIndex is negative -7"},
-        {Index{.start = 17}.call({whole}), refused + "iEndIndex lies before iStartIndex -7"},
+        // A stretch, reversed or not, of which no lot is read.
+        {Index{.start = 17}.call({whole}),
+         "101 2 pgindex/pgindex_dll: End location of a defect exceeds the profile length. 0"},
+        {Index{.start = 17, .null = 2}.call({{9}}), "-1/-1 0"},
+        {Index{.start = -1, .null = 2}.call({}), "0"},
         // A list without a record needs no array.
         {Index{.null = 3, .trace{9}}.call({}), "0"},
         {Index{.null = 5, .trace{9}}.call({}), "0"},
