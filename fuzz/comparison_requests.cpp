@@ -9,8 +9,6 @@ namespace vialto::fuzz {
 namespace {
 
 constexpr std::int32_t most_offsets = 401; // that the host has room for
-constexpr std::int32_t runs = 10;
-constexpr std::int32_t run_points = 1057;
 
 tFiltCon filter(FuzzedHost& host) {
     tFiltCon settings{};
@@ -72,8 +70,9 @@ void compare(FuzzedHost& host) {
 }
 
 void repeatability(FuzzedHost& host) {
-    const float* run_data = host.given(host.profile(runs * run_points));
-    const float* reference = host.given(host.profile(run_points));
+    const float* run_data =
+        host.given(host.profile(vialto_repeatability_runs * vialto_repeatability_points));
+    const float* reference = host.given(host.profile(vialto_repeatability_points));
     float* precision = host.record(-777.0F);
     float* bias = host.record(-777.0F);
     std::int32_t* precision_class = host.record(-7);

@@ -7,8 +7,6 @@ namespace vialto::fuzz {
 
 namespace {
 
-constexpr std::int32_t most_defects = 5000; // that a host has room for
-
 void trace(FuzzedHost& host) {
     const std::int32_t count = host.length();
     const bool in_place = host.choice(4) == 3;
@@ -55,7 +53,7 @@ void index(FuzzedHost& host) {
     tPGLot* all_lots = host.returned(lots(host, places, count));
     const std::int32_t named = host.size_of(places);
     std::int32_t* defect_count = host.record(-7);
-    auto* defects = host.returned<tPGDefect>(most_defects);
+    auto* defects = host.returned<tPGDefect>(vialto_i_PG_maxdefects);
     const std::int32_t bump_places = host.choice(4);
     const std::int32_t* bump_count = host.given(host.size_of(bump_places));
     const std::int32_t elsewhere = host.integer(0, count);

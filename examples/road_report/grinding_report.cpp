@@ -16,9 +16,6 @@ constexpr tGrinderSetup grinder{.WheelBase = 5.5F,
                                 .ShortWavelength = 0.3F,
                                 .MaxGrindingDepth_mm = 8.0F};
 
-constexpr std::int32_t not_ground = 1;
-constexpr std::int32_t ground_deeper = 3;
-
 std::vector<std::int32_t> must_grind(const Road& road, const Track& track) {
     tMustGrindCfg settings{};
     settings.iRideIndexType = idx_ridests_IRI;
@@ -41,11 +38,11 @@ std::vector<tGrindSpot> spots_of(const std::vector<std::int32_t>& flags) {
     std::vector<tGrindSpot> spots;
     bool inside = false;
     for (std::size_t i = 0; i < flags.size(); ++i) {
-        const bool flagged = flags[i] != not_ground;
+        const bool flagged = flags[i] != idx_grindflag_none;
         if (flagged && !inside) {
             tGrindSpot spot{};
             spot.iNumPasses = 1;
-            spot.iDirection[0] = 1;
+            spot.iDirection[0] = idx_grinddir_higher;
             spot.iStart = static_cast<std::int32_t>(i);
             spots.push_back(spot);
         }
@@ -69,7 +66,7 @@ Track grind(const Road& road, Track track, const std::vector<tGrindSpot>& spots,
 
 bool cut_too_deep(const tGrindSpot& spot, const std::vector<std::int32_t>& flags) {
     for (std::int32_t i = spot.iStart; i <= spot.iEnd; ++i) {
-        if (flags[static_cast<std::size_t>(i)] == ground_deeper) {
+        if (flags[static_cast<std::size_t>(i)] == idx_grindflag_deeper) {
             return true;
         }
     }

@@ -11,11 +11,10 @@
 namespace {
 
 constexpr float joint_window = 100.0F; // mm to either side of a joint that belong to no slab
-constexpr std::int32_t crack = 2;
 
 // The features of one track; `fault` is not a number where one lies too near an end of the road.
 struct Features {
-    std::vector<std::int32_t> type; // 1 a joint, 2 a crack, 0 past the last feature
+    std::vector<std::int32_t> type; // idx_jnttyp_...
     std::vector<double> location;   // m
     std::vector<float> fault;       // mm
 
@@ -25,7 +24,7 @@ struct Features {
 
 // Cuts the arrays off behind the last feature.
 void drop_unused(Features& features) {
-    const auto last = std::find(features.type.begin(), features.type.end(), 0);
+    const auto last = std::find(features.type.begin(), features.type.end(), idx_jnttyp_none);
     features.location.resize(static_cast<std::size_t>(last - features.type.begin()));
     features.type.resize(features.location.size());
 }
@@ -45,14 +44,14 @@ void measure_faults(const Road& road, const Track& track, Features& features) {
 }
 
 void print_features(const Track& track, const Features& features) {
-    const auto cracks = std::count(features.type.begin(), features.type.end(), crack);
+    const auto cracks = std::count(features.type.begin(), features.type.end(), idx_jnttyp_crack);
     std::printf("  %s: %d joints, %d cracks\n", track.name.c_str(),
                 static_cast<int>(features.type.size()) - static_cast<int>(cracks),
                 static_cast<int>(cracks));
     std::printf("         at m   feature   fault mm\n");
     for (std::size_t k = 0; k < features.type.size(); ++k) {
         std::printf("    %9.3f   %-7s", features.location[k],
-                    features.type[k] == crack ? "crack" : "joint");
+                    features.type[k] == idx_jnttyp_crack ? "crack" : "joint");
         if (std::isnan(features.fault[k])) {
             std::printf("   %8s\n", "near end");
         } else {

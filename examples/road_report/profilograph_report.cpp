@@ -10,10 +10,11 @@
 namespace {
 
 constexpr double inches_per_mile_at_mm_per_km = 0.06336;
-constexpr float lot_length = 100.0F;     // m
-constexpr float band_tenth_inch = 2.54F; // mm
-constexpr float must_correct = 7.62F;    // mm; 0.3 inch
-constexpr std::size_t most_defects = 5000;
+constexpr float lot_length = 100.0F;      // m
+constexpr float band_tenth_inch = 2.54F;  // mm
+constexpr float must_correct = 7.62F;     // mm; 0.3 inch
+constexpr float narrowest_scallop = 0.6F; // m
+constexpr float rounding_step = 1.27F;    // mm; 0.05 inch
 
 // Twelve wheels, in two groups at the ends of a beam of 25 feet; distances from its middle in m.
 constexpr std::array<float, 6> wheel_offsets{1.905F, 2.286F, 2.667F, 3.048F, 3.429F, 3.81F};
@@ -61,8 +62,12 @@ std::vector<tPGLot> divide(const Trace& trace, float interval) {
 
 // Scallops of 0.6 m (2 ft) and more, in steps of 1.27 mm (0.05 inch).
 ProfileIndex evaluate(const Trace& trace, float interval, float band, float lowest_scallop) {
-    const std::array<float, 6> settings{band, 0.6F, lowest_scallop, 1.27F, 0.0F, 0.0F};
-    ProfileIndex result{divide(trace, interval), std::vector<tPGDefect>(most_defects)};
+    std::array<float, idx_pgset_count> settings{};
+    settings[idx_pgset_BlankingBand] = band;
+    settings[idx_pgset_MinScallopWidth] = narrowest_scallop;
+    settings[idx_pgset_MinScallopHeight] = lowest_scallop;
+    settings[idx_pgset_ScallopRound] = rounding_step;
+    ProfileIndex result{divide(trace, interval), std::vector<tPGDefect>(vialto_i_PG_maxdefects)};
     std::int32_t defects = 0;
     const std::int32_t no_bumps = 0;
     tEvent event;
@@ -107,7 +112,7 @@ void report_must_correct(const Trace& trace, float interval) {
     for (const tPGDefect& defect : high.defects) {
         std::printf("  %8.2f %8.2f  %8.2f  %s\n", static_cast<double>(defect.BeginX),
                     static_cast<double>(defect.EndX), static_cast<double>(defect.MxHts),
-                    defect.Type == 1 ? "bump" : "dip");
+                    defect.Type == idx_pgdefect_above ? "bump" : "dip");
     }
 }
 

@@ -8,7 +8,7 @@ namespace {
 
 constexpr float longest_smoothed_interval = 0.167F; // m
 
-std::string unpadded(const char (&text)[256]) {
+std::string unpadded(const char (&text)[vialto_text_length]) {
     const std::string padded(text, sizeof text);
     return padded.substr(0, padded.find_last_not_of(' ') + 1);
 }

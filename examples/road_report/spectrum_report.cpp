@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr std::int32_t psd_of_slope = 2;
-constexpr std::int32_t octave_bands = 1;
 constexpr std::int32_t points_per_octave = 12;
 
 Curve slope_spectrum(const Road& road, const Track& track) {
@@ -20,8 +18,8 @@ Curve slope_spectrum(const Road& road, const Track& track) {
     std::int32_t first = 0;
     std::int32_t last = 0;
     tEvent event;
-    require_success(psd_dll(0, samples - 1, psd_of_slope, octave_bands, points_per_octave, 0.0F,
-                            samples, road.interval, track.elevation.data(), spectrum.x.data(),
+    require_success(psd_dll(0, samples - 1, idx_psdtyp_slope, idx_psdband_octave, points_per_octave,
+                            0.0F, samples, road.interval, track.elevation.data(), spectrum.x.data(),
                             spectrum.y.data(), &first, &last, &event),
                     event);
     for (std::vector<float>* column : {&spectrum.x, &spectrum.y}) {

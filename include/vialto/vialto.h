@@ -3,8 +3,8 @@
  *
  * A profile is a contiguous array of 32-bit floats: elevations along a wheel track, taken at one
  * constant sample interval. A host calls one function per analysis with its own arrays and records
- * and gets numbers, flags and a return code. This header is the whole interface; it serves C99 and
- * C++ alike.
+ * and gets numbers, flags and a return code. This header is the whole interface; it serves C from
+ * C89 (with stdint.h) and C++ from C++11.
  *
  * What all functions have in common:
  *
@@ -46,10 +46,10 @@
 #define VIALTO_VERSION                                                                             \
     (VIALTO_VERSION_MAJOR * 10000 + VIALTO_VERSION_MINOR * 100 + VIALTO_VERSION_PATCH)
 
-#if defined(_WIN32)
-#define VIALTO_API /* the export list of the library says it all */
-#else
+#if defined(__GNUC__) && !defined(_WIN32)
 #define VIALTO_API __attribute__((visibility("default")))
+#else
+#define VIALTO_API /* the export list of the library says it all */
 #endif
 
 /* stdcall (with undecorated names) on 32-bit Windows, the platform's own convention elsewhere. */
@@ -57,6 +57,16 @@
 #define VIALTO_CALL __stdcall
 #else
 #define VIALTO_CALL
+#endif
+
+#if defined(__cplusplus) || (defined(__STDC_VERSION__) && __STDC_VERSION__ >= 199901L)
+#define VIALTO_INLINE inline
+#elif defined(__GNUC__) || defined(__clang__)
+#define VIALTO_INLINE __inline__
+#elif defined(_MSC_VER)
+#define VIALTO_INLINE __inline
+#else
+#define VIALTO_INLINE
 #endif
 
 #ifdef __cplusplus
@@ -69,6 +79,20 @@ extern "C" {
 
 /* Results of every function. */
 enum { vialto_success = 1, vialto_failure = 3 };
+
+/* tEvent.error_code */
+enum {
+    vialto_code_request = 100,  /* the request cannot be served */
+    vialto_code_analysis = 101, /* a selector out of range, a numerical failure or a limit */
+    vialto_code_file = 102      /* a file could not be opened */
+};
+
+/* tEvent.error_type */
+enum {
+    vialto_type_fatal = 1,
+    vialto_type_some_failure = 2, /* recoverable with some failure */
+    vialto_type_no_failure = 3    /* recoverable without failure */
+};
 
 /* Ride-index selector. A contract says which of them the function takes. */
 enum {
@@ -110,6 +134,54 @@ enum { idx_filtouttyp_elevation = 1, idx_filtouttyp_slope = 2 };
  * contract says otherwise. */
 enum { vialto_yes = 1, vialto_no = 2 };
 
+/* psd_dll, iPSDType */
+enum { idx_psdtyp_elevation = 1, idx_psdtyp_slope = 2 };
+
+/* psd_dll, iOctaveBands */
+enum { idx_psdband_octave = 1, idx_psdband_even = 2 };
+
+/* Places of xPGSettings. The contract of pgindex_dll tells what stands there. */
+enum {
+    idx_pgset_BlankingBand = 0,
+    idx_pgset_MinScallopWidth = 1,
+    idx_pgset_MinScallopHeight = 2,
+    idx_pgset_ScallopRound = 3,
+    idx_pgset_BumpCutoffHeight = 4,
+    idx_pgset_BumpChordlength = 5,
+    idx_pgset_count = 6 /* the length of the array */
+};
+
+/* tPGDefect.Type: side of the blanking band */
+enum { idx_pgdefect_above = 1, idx_pgdefect_below = 2 };
+
+/* tGrindSpot.iDirection: towards higher or lower sample numbers */
+enum { idx_grinddir_higher = 1, idx_grinddir_lower = 2 };
+
+/* iGrindFlags */
+enum {
+    idx_grindflag_none = 1,   /* not ground, or not to be ground */
+    idx_grindflag_within = 2, /* ground no deeper than MaxGrindingDepth_mm */
+    idx_grindflag_deeper = 3  /* ground deeper */
+};
+
+/* iLeftTypes, iRightTypes of joint_id_dlldrv */
+enum { idx_jnttyp_none = 0, idx_jnttyp_joint = 1, idx_jnttyp_crack = 2 };
+
+/* Lengths that are fixed, and limits: a contract says what lies beyond them. */
+enum {
+    vialto_text_length = 256,          /* characters of a text of tEvent */
+    vialto_mxPasses = 10,              /* passes of a tGrindSpot */
+    vialto_i_PG_maxdefects = 5000,     /* records that tPGDefects must have room for */
+    vialto_mxScallops = 1000,          /* whole scallops of a lot */
+    vialto_i_maxspots = 100000,        /* spots of a must-grind analysis */
+    vialto_mxProfile = 10000000,       /* points of a spectrum's stretch */
+    vialto_mxFreq = 100000,            /* points of its grid */
+    vialto_mxWIM = 50000,              /* samples of a WIM error index */
+    vialto_mxbase = 1000,              /* samples of the bridge filter's window */
+    vialto_repeatability_runs = 10,    /* of pcbia_dlldrv */
+    vialto_repeatability_points = 1057 /* of each of these runs */
+};
+
 /* ------------------------------------------------------------------------------------------------
  * Records
  * --------------------------------------------------------------------------------------------- */
@@ -118,10 +190,24 @@ enum { vialto_yes = 1, vialto_no = 2 };
 typedef struct tEvent {
     char description[256]; /* in words */
     char routine[256];     /* where: the innermost routine first, its callers behind slashes */
-    int32_t error_code;    /* 100 the request cannot be served, 101 a selector out of range, a
-                              numerical failure or a limit, 102 a file could not be opened */
-    int32_t error_type;    /* 1 fatal, 2 recoverable with some failure, 3 recoverable without */
+    int32_t error_code;    /* vialto_code_... */
+    int32_t error_type;    /* vialto_type_... */
 } tEvent;
+
+/* The text of a tEvent without its padding, as a C string: written to `text`, which is returned. */
+static VIALTO_INLINE char* vialto_c_string(const char padded[vialto_text_length],
+                                           char text[vialto_text_length + 1]) {
+    int length = vialto_text_length;
+    int i;
+    while (length > 0 && padded[length - 1] == ' ') {
+        --length;
+    }
+    for (i = 0; i < length; ++i) {
+        text[i] = padded[i];
+    }
+    text[length] = '\0';
+    return text;
+}
 
 /* Settings of a filter, and the valid range of its result. */
 typedef struct tFiltCon {
@@ -159,7 +245,7 @@ typedef struct tPGDefect {
     float EndX;     /* m; distance of its end */
     float EndY;     /* height of the blanking band there */
     float MxHts;    /* height above or below the band */
-    int32_t Type;   /* 1 above the band, 2 below it */
+    int32_t Type;   /* idx_pgdefect_... */
 } tPGDefect;
 
 /* A diamond grinder. */
@@ -174,7 +260,7 @@ typedef struct tGrinderSetup {
 /* One stretch to grind. */
 typedef struct tGrindSpot {
     int32_t iNumPasses;     /* 0 to 10 */
-    int32_t iDirection[10]; /* of each pass: 1 towards higher sample numbers, 2 towards lower */
+    int32_t iDirection[10]; /* idx_grinddir_... of each pass */
     float xDepth_mm[10];    /* mm; cutting level of each pass above the plane of the wheels */
     int32_t iStart;         /* first sample, from 0 */
     int32_t iEnd;           /* last sample, inclusive */
@@ -557,9 +643,10 @@ VIALTO_API int32_t VIALTO_CALL wimindex_dlldrv(int32_t iBridgingFilter, float xS
  * Given:
  *   iBeginElemIdx      first sample of the stretch, from 0
  *   iEndElemIdx        last sample of the stretch, inclusive
- *   iPSDType           1 density of elevation, m^3 (m^2 per cycle/m), 2 density of slope, m
- *   iOctaveBands       1 a grid of frequencies with iPointsPerOctave points per octave, 2 an evenly
- *                      spaced one
+ *   iPSDType           idx_psdtyp_elevation: density of elevation, m^3 (m^2 per cycle/m);
+ *                      idx_psdtyp_slope: density of slope, m
+ *   iOctaveBands       idx_psdband_octave: a grid of frequencies with iPointsPerOctave points per
+ *                      octave; idx_psdband_even: an evenly spaced one
  *   iPointsPerOctave   points per octave; below 1 stands for 6
  *   xFreqInterval      cycles/m; spacing of the even grid. Below the lowest frequency that the
  *                      stretch allows, and for a NaN, it is that frequency.
@@ -712,7 +799,7 @@ VIALTO_API int32_t VIALTO_CALL pgfilt_dll(int32_t iStartIndex, int32_t iEndIndex
  *   iStartIndex   first trace sample to use, from 0
  *   iEndIndex     last trace sample to use, inclusive; before iStartIndex, the stretch is empty
  *   xStepSize     sample interval, m
- *   xPGSettings   [6] in this order, heights in the unit of the trace:
+ *   xPGSettings   [idx_pgset_count] in the order of idx_pgset_..., heights in the unit of the trace:
  *                   BlankingBand      full width of the band about the trend line
  *                   MinScallopWidth   m; narrowest scallop that counts
  *                   MinScallopHeight  lowest scallop that counts
@@ -731,7 +818,7 @@ VIALTO_API int32_t VIALTO_CALL pgfilt_dll(int32_t iStartIndex, int32_t iEndIndex
  * Returned:
  *   tPGLots       [iNumLots] the band and the two indexes of each lot; iStart and iEnd stay
  *   iNumDefects   number of records written to tPGDefects
- *   tPGDefects    [5000] the scallops: lot by lot, the partial one in which the lot starts, the
+ *   tPGDefects    [vialto_i_PG_maxdefects] the scallops: lot by lot, the partial one in which the lot starts, the
  *                 whole ones in the order in which they close, the partial one in which it ends
  *   tPGBumps      [iNumBumps] the host's own records, moved by iStartIndex: iStart and iEnd by as
  *                 many samples (saturating at the ends of int32), BeginX and EndX by
@@ -809,7 +896,8 @@ VIALTO_API int32_t VIALTO_CALL pgindex_dll(int32_t iStartIndex, int32_t iEndInde
  *   xProfile        [N] elevations, m
  * Returned:
  *   xProfile        [N] the ground profile, m
- *   iGrindFlags     [N] 1 not ground, 2 ground no deeper than MaxGrindingDepth_mm, 3 ground deeper
+ *   iGrindFlags     [N] idx_grindflag_...: 1 not ground, 2 ground no deeper than
+ *                   MaxGrindingDepth_mm, 3 ground deeper
  *
  * Failures:
  *   100  "tGrindSpots holds a spot with more than ten passes"          grindsimu_dlldrv
@@ -884,7 +972,8 @@ VIALTO_API int32_t VIALTO_CALL grindsimu_2chan_dlldrv(float xStepSize, int32_t i
  *   xProfile     [N] elevations, m; not changed
  * Returned:
  *   cfg          iRideIndexType is rewritten from idx_ridests_HRI to idx_ridests_IRI
- *   iGrindFlags  [N] 1 leave, 2 grind, no deeper than MaxGrindingDepth_mm, 3 grind deeper
+ *   iGrindFlags  [N] idx_grindflag_...: 1 leave, 2 grind, no deeper than MaxGrindingDepth_mm,
+ *                3 grind deeper
  *
  * Failures (the routine of the first two is "mustgrind_dlldrv", with iGrindFlags untouched; they
  * stand ahead of every refusal but that of a null cfg):
@@ -1130,8 +1219,8 @@ enum {
  *   xLeftProfile       [N] elevations, m
  *   xRightProfile      [N] elevations, m
  * Returned, for each track:
- *   iLeftTypes, iRightTypes          [N] 1 a joint, 2 a crack, 0 past the last feature: count the
- *                                    entries up to the first 0
+ *   iLeftTypes, iRightTypes          [N] idx_jnttyp_...: 1 a joint, 2 a crack, 0 past the last
+ *                                    feature: count the entries up to the first 0
  *   xLeftLocations, xRightLocations  [N] m from the start of the profile, ascending. Past the last
  *                                    feature they hold what the host gave them, -1.0, or the
  *                                    position of a detection of this or an earlier pass.
@@ -1323,7 +1412,7 @@ VIALTO_API int32_t VIALTO_CALL histgrm_dlldrv(int32_t ifExcludeLeaveout, int32_t
 #endif
 
 VIALTO_LAYOUT(sizeof(tEvent) == 520);
-VIALTO_LAYOUT(offsetof(tEvent, routine) == 256);
+VIALTO_LAYOUT(offsetof(tEvent, routine) == vialto_text_length);
 VIALTO_LAYOUT(offsetof(tEvent, error_code) == 512);
 VIALTO_LAYOUT(offsetof(tEvent, error_type) == 516);
 VIALTO_LAYOUT(sizeof(tFiltCon) == 44);
@@ -1339,7 +1428,7 @@ VIALTO_LAYOUT(offsetof(tPGDefect, Type) == 28);
 VIALTO_LAYOUT(sizeof(tGrinderSetup) == 20);
 VIALTO_LAYOUT(offsetof(tGrinderSetup, MaxGrindingDepth_mm) == 16);
 VIALTO_LAYOUT(sizeof(tGrindSpot) == 92);
-VIALTO_LAYOUT(offsetof(tGrindSpot, xDepth_mm) == 44);
+VIALTO_LAYOUT(offsetof(tGrindSpot, xDepth_mm) == 4 + 4 * vialto_mxPasses);
 VIALTO_LAYOUT(offsetof(tGrindSpot, iEnd) == 88);
 VIALTO_LAYOUT(sizeof(tMustGrindCfg) == 40);
 VIALTO_LAYOUT(offsetof(tMustGrindCfg, ib_grindopt) == 16);

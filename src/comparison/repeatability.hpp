@@ -6,11 +6,12 @@
 #include <span>
 
 #include "frame/event.hpp"
+#include "vialto/vialto.h"
 
 namespace vialto {
 
-inline constexpr std::int32_t repeatability_runs = 10;
-inline constexpr std::int32_t repeatability_points = 1057; // of each run
+inline constexpr std::int32_t repeatability_runs = vialto_repeatability_runs;
+inline constexpr std::int32_t repeatability_points = vialto_repeatability_points; // of each run
 
 struct Repeatability {
     float xPrecision = 0.0F; // mm; mean over the points of the standard deviation between the runs

@@ -8,15 +8,16 @@
 
 #include "filters/slope.hpp"
 #include "numeric/rounding.hpp"
+#include "vialto/vialto.h"
 
 namespace vialto {
 
 namespace {
 
-constexpr std::int32_t mxbase = 1000;      // samples of a window
-constexpr std::int32_t mxiter = 1000;      // iterations for a level
-constexpr float bridge_tolerance = 0.001F; // m; xTol
-constexpr float convergence = 0.001F;      // of the mean height, relative to xTol
+constexpr std::int32_t mxbase = vialto_mxbase; // samples of a window
+constexpr std::int32_t mxiter = 1000;          // iterations for a level
+constexpr float bridge_tolerance = 0.001F;     // m; xTol
+constexpr float convergence = 0.001F;          // of the mean height, relative to xTol
 constexpr float below_every_road = -10'000'000.0F;
 
 // The levels of neighbouring windows are sought side by side, one in each lane. Sample j of lane k

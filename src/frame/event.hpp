@@ -16,9 +16,11 @@ using ReturnCode = std::int32_t;
 inline constexpr ReturnCode success = vialto_success;
 inline constexpr ReturnCode failure = vialto_failure;
 
-inline constexpr std::int32_t error_code_request = 100;  // the request cannot be served
-inline constexpr std::int32_t error_code_analysis = 101; // selector, numerical failure, limit
-inline constexpr std::int32_t error_code_file = 102;     // a file could not be opened
+inline constexpr std::int32_t error_code_request =
+    vialto_code_request; // the request cannot be served
+inline constexpr std::int32_t error_code_analysis =
+    vialto_code_analysis; // selector, numerical failure, limit
+inline constexpr std::int32_t error_code_file = vialto_code_file; // a file could not be opened
 
 // Severities inside the library. The host's scale runs the other way round, deliberately.
 inline constexpr std::int32_t no_event = 0;

@@ -10,10 +10,11 @@
 #include <vector>
 
 #include "frame/event.hpp"
+#include "vialto/vialto.h"
 
 namespace vialto {
 
-inline constexpr std::size_t i_maxspots = 100000; // of one list
+inline constexpr std::size_t i_maxspots = vialto_i_maxspots; // of one list
 
 inline constexpr std::int32_t spot_active = 1;
 inline constexpr std::int32_t spot_dropped = 2;

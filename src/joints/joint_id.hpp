@@ -10,9 +10,9 @@
 namespace vialto {
 
 // Feature types.
-inline constexpr std::int32_t feature_none = 0;
-inline constexpr std::int32_t feature_joint = 1;
-inline constexpr std::int32_t feature_crack = 2;
+inline constexpr std::int32_t feature_none = idx_jnttyp_none;
+inline constexpr std::int32_t feature_joint = idx_jnttyp_joint;
+inline constexpr std::int32_t feature_crack = idx_jnttyp_crack;
 
 // One wheel track with its output arrays, which are as long as the profile.
 struct JointTrack {

@@ -104,8 +104,12 @@ void log_defects(DiagnosticText& text, std::span<const tPGDefect> defects) {
 
 // In the order in which the host passes them.
 PGSettings settings_of(const float* xPGSettings) {
-    return {xPGSettings[0], xPGSettings[1], xPGSettings[2],
-            xPGSettings[3], xPGSettings[4], xPGSettings[5]};
+    return {.BlankingBand = xPGSettings[idx_pgset_BlankingBand],
+            .MinScallopWidth = xPGSettings[idx_pgset_MinScallopWidth],
+            .MinScallopHeight = xPGSettings[idx_pgset_MinScallopHeight],
+            .ScallopRound = xPGSettings[idx_pgset_ScallopRound],
+            .BumpCutoffHeight = xPGSettings[idx_pgset_BumpCutoffHeight],
+            .BumpChordlength = xPGSettings[idx_pgset_BumpChordlength]};
 }
 
 std::vector<TraceLot> local_lots(std::span<const tPGLot> lots, std::int32_t iStartIndex) {

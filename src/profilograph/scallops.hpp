@@ -9,16 +9,17 @@
 #include <vector>
 
 #include "frame/event.hpp"
+#include "vialto/vialto.h"
 
 namespace vialto {
 
 // Type of a scallop.
 inline constexpr std::int32_t no_scallop = 0;
-inline constexpr std::int32_t scallop_above = 1;
-inline constexpr std::int32_t scallop_below = 2;
+inline constexpr std::int32_t scallop_above = idx_pgdefect_above;
+inline constexpr std::int32_t scallop_below = idx_pgdefect_below;
 
 // Whole scallops that a lot may hold.
-inline constexpr std::size_t max_scallops = 1000;
+inline constexpr std::size_t max_scallops = vialto_mxScallops;
 
 struct ScallopRules {
     float BlankingBand;     // full width of the band about 0.0

@@ -9,16 +9,17 @@
 #include "filters/filtcon.hpp"
 #include "ride/continuous_statistic.hpp"
 #include "ride/shroud.hpp"
+#include "vialto/vialto.h"
 
 namespace vialto {
 
 namespace {
 
 constexpr std::string_view name = "compute_wimindex";
-constexpr std::size_t longest_profile = 50000; // samples
-constexpr float bridging_base_length = 0.25F;  // m
-constexpr float longest_wavelength = 16.45F;   // m
-constexpr float shortest_wavelength = 1.07F;   // m
+constexpr std::size_t longest_profile = vialto_mxWIM; // samples
+constexpr float bridging_base_length = 0.25F;         // m
+constexpr float longest_wavelength = 16.45F;          // m
+constexpr float shortest_wavelength = 1.07F;          // m
 constexpr float weighting_power = 2.0F;
 constexpr float back_shroud_distance = 15.24F; // m; weighs samples that lie before
 constexpr float fore_shroud_distance = 1.524F; // m; weighs samples that come after

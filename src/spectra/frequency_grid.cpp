@@ -6,12 +6,13 @@
 #include <cstddef>
 
 #include "numeric/rounding.hpp"
+#include "vialto/vialto.h"
 
 namespace vialto {
 
 namespace {
 
-constexpr std::int32_t mxFreq = 100000;
+constexpr std::int32_t mxFreq = vialto_mxFreq;
 constexpr float points_per_octave = 6.0F; // unless the host asks for others
 
 std::vector<float> linear_grid(float df, float fmax) {

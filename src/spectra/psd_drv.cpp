@@ -14,7 +14,7 @@ namespace vialto {
 
 namespace {
 
-constexpr std::int32_t mxProfile = 10000000;
+constexpr std::int32_t mxProfile = vialto_mxProfile;
 constexpr float ln_2 = 0.6931472F;
 constexpr float pi = 3.14159265F;
 

@@ -10,13 +10,14 @@
 #include <span>
 
 #include "frame/event.hpp"
+#include "vialto/vialto.h"
 
 namespace vialto {
 
-inline constexpr std::int32_t psd_of_elevation = 1;
-inline constexpr std::int32_t psd_of_slope = 2;
-inline constexpr std::int32_t octave_bands = 1;
-inline constexpr std::int32_t evenly_spaced_bands = 2;
+inline constexpr std::int32_t psd_of_elevation = idx_psdtyp_elevation;
+inline constexpr std::int32_t psd_of_slope = idx_psdtyp_slope;
+inline constexpr std::int32_t octave_bands = idx_psdband_octave;
+inline constexpr std::int32_t evenly_spaced_bands = idx_psdband_even;
 
 struct tPSDCon {
     std::int32_t iPSDType;         // psd_of_...
