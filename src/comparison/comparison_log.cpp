@@ -30,15 +30,19 @@ void log_profile(DiagnosticText& text, std::string_view title, const tProfinfo& 
 
 } // namespace
 
-void log_comparison_inputs(DiagnosticText& text, const tProfAnalysis& analysis,
-                           const tProfinfo& reference, const tProfinfo& test) {
-    text.record("if_outputfilt        :", analysis.if_outputfilt);
-    text.record("if_padding           :", analysis.if_padding);
-    text.record("if_upsampling        :", analysis.if_upsampling);
-    text.record("x_normsampleinterval :", analysis.x_normsampleinterval);
-    text.record("x_offset_max         :", analysis.x_offset_max);
-    log_profile(text, "reference profile", reference);
-    log_profile(text, "test profile", test);
+void log_comparison_inputs(DiagnosticText& text, const tProfAnalysis* analysis,
+                           const tProfinfo* ptrProfinfo) {
+    if (analysis != nullptr) {
+        text.record("if_outputfilt        :", analysis->if_outputfilt);
+        text.record("if_padding           :", analysis->if_padding);
+        text.record("if_upsampling        :", analysis->if_upsampling);
+        text.record("x_normsampleinterval :", analysis->x_normsampleinterval);
+        text.record("x_offset_max         :", analysis->x_offset_max);
+    }
+    if (ptrProfinfo != nullptr) {
+        log_profile(text, "reference profile", ptrProfinfo[0]);
+        log_profile(text, "test profile", ptrProfinfo[1]);
+    }
 }
 
 void log_comparison_results(DiagnosticText& text, const tProfAnalysis& analysis,

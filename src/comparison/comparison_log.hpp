@@ -7,9 +7,9 @@
 
 namespace vialto {
 
-// The settings of an analysis record and of the two profile records.
-void log_comparison_inputs(DiagnosticText& text, const tProfAnalysis& analysis,
-                           const tProfinfo& reference, const tProfinfo& test);
+// The settings of an analysis record and of the two profile records; nothing of a null pointer's.
+void log_comparison_inputs(DiagnosticText& text, const tProfAnalysis* analysis,
+                           const tProfinfo* ptrProfinfo);
 
 // The results in the analysis record, and a table with one line per offset.
 void log_comparison_results(DiagnosticText& text, const tProfAnalysis& analysis,

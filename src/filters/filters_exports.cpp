@@ -38,31 +38,34 @@ int32_t VIALTO_CALL antismth_dlldrv(float xStepSize, float xBaseLength, int32_t 
     const std::span<float> profile = host_array(xProfile, iSizeDataArray);
     tFiltCon settings = antismooth_settings(xBaseLength);
     std::vector<float> filtered;
+    const auto check_arguments = [&](ArgumentCheck& check) {
+        check.sample_interval("xStepSize", xStepSize);
+        // Just below 0.0 the half that the window adds rounds to 0.5, as for 0.0 itself.
+        if (!(xBaseLength / xStepSize + 0.5F >= 0.5F)) {
+            check.refuse("xBaseLength", " is negative or not a number");
+        }
+        check.array("xProfile", xProfile, iSizeDataArray);
+        check.address("iBeginElemIdx", iBeginElemIdx);
+        check.address("iEndElemIdx", iEndElemIdx);
+    };
+    const auto drive = [&] {
+        filtered.resize(profile.size());
+        return filtcon_drv(profile, xStepSize, settings, filtered);
+    };
+    const auto log_results = [&](DiagnosticText& text) {
+        list_profiles(text, settings, xStepSize, profile, filtered);
+    };
+    const auto hand_over = [&] {
+        for (std::size_t i = 0; i < profile.size(); ++i) {
+            profile[i] = std::fabs(filtered[i]);
+        }
+        *iBeginElemIdx = settings.iBeginElemIdx;
+        *iEndElemIdx = settings.iEndElemIdx;
+    };
     return run_export(
         {.name = "antismth_dlldrv", .diagnostic_file = DiagnosticFile::opened_after_success}, event,
-        [&](ArgumentCheck& check) {
-            check.sample_interval("xStepSize", xStepSize);
-            // Just below 0.0 the half that the window adds rounds to 0.5, as for 0.0 itself.
-            if (!(xBaseLength / xStepSize + 0.5F >= 0.5F)) {
-                check.refuse("xBaseLength", " is negative or not a number");
-            }
-            check.array("xProfile", xProfile, iSizeDataArray);
-            check.address("iBeginElemIdx", iBeginElemIdx);
-            check.address("iEndElemIdx", iEndElemIdx);
-        },
-        [](DiagnosticText&) {},
-        [&] {
-            filtered.resize(profile.size());
-            return filtcon_drv(profile, xStepSize, settings, filtered);
-        },
-        [&](DiagnosticText& text) {
-            list_profiles(text, settings, xStepSize, profile, filtered);
-            // The host's array still holds the profile up to here, so that a file that cannot be
-            // opened leaves it untouched.
-            for (std::size_t i = 0; i < profile.size(); ++i) {
-                profile[i] = std::fabs(filtered[i]);
-            }
-            *iBeginElemIdx = settings.iBeginElemIdx;
-            *iEndElemIdx = settings.iEndElemIdx;
-        });
+        {.check_arguments = check_arguments,
+         .drive = drive,
+         .log_results = log_results,
+         .hand_over = hand_over});
 }

@@ -1,10 +1,93 @@
 #include "frame/analysis_frame.hpp"
 
 #include <cmath>
+#include <new>
+#include <stdexcept>
 
 #include "frame/file_units.hpp"
+#include "frame/fixed_text.hpp"
 
 namespace vialto {
+
+namespace {
+
+// The diagnostic file of one call.
+class CallFile {
+public:
+    explicit CallFile(const ExportFrame& frame) : frame_(frame) {}
+    ~CallFile() { close_unit(unit_); }
+    CallFile(const CallFile&) = delete;
+    CallFile& operator=(const CallFile&) = delete;
+
+    [[nodiscard]] std::int32_t unit() const { return unit_; }
+
+    [[nodiscard]] ReturnCode open() {
+        FixedText<64> file_name;
+        file_name.append(frame_.name);
+        file_name.append(frame_.file_ending);
+        unit_ = io_tmp_file(file_name.trimmed());
+        return event_is_fatal() ? pass_failure(frame_.name) : success;
+    }
+
+    template <class Result>
+    Result run(const Step<Result, DiagnosticText>& step) const {
+        DiagnosticText text(unit_);
+        return step(text);
+    }
+
+private:
+    const ExportFrame& frame_;
+    std::int32_t unit_ = -1;
+};
+
+ReturnCode pass_driver_failure(const ExportFrame& frame) {
+    if (frame.failed_routine == FailedRoutine::export_alone) {
+        current_event().routine.clear();
+    }
+    return pass_failure(frame.name);
+}
+
+ReturnCode run_steps(const ExportFrame& frame, CallFile& file, const ExportSteps& steps) {
+    if (frame.diagnostic_file == DiagnosticFile::opened_first && file.open() != success) {
+        return failure;
+    }
+    file.run(steps.log_scalars);
+    ArgumentCheck check;
+    steps.check_arguments(check);
+    if (check.refused()) {
+        return pass_failure(frame.name);
+    }
+    file.run(steps.log_arrays);
+    const ReturnCode code = file.run(steps.drive);
+    if (event_is_fatal()) {
+        return pass_driver_failure(frame);
+    }
+    if (code != success) {
+        return raise_failure("internal error", frame.name);
+    }
+    if (frame.diagnostic_file == DiagnosticFile::opened_after_success && file.open() != success) {
+        return failure;
+    }
+    file.run(steps.log_results);
+    file.run(steps.hand_over);
+    return success;
+}
+
+ReturnCode run_without_exceptions(const ExportFrame& frame, CallFile& file,
+                                  const ExportSteps& steps) {
+    constexpr std::string_view no_memory = "not enough memory for the analysis";
+    try {
+        return run_steps(frame, file, steps);
+    } catch (const std::bad_alloc&) {
+        return raise_failure(no_memory, frame.name, error_code_request);
+    } catch (const std::length_error&) { // more than any memory holds
+        return raise_failure(no_memory, frame.name, error_code_request);
+    } catch (...) {
+        return raise_failure("internal error", frame.name);
+    }
+}
+
+} // namespace
 
 void ArgumentCheck::sample_interval(std::string_view name, float interval) {
     if (!(std::isfinite(interval) && interval > 0.0F)) {
@@ -14,66 +97,23 @@ void ArgumentCheck::sample_interval(std::string_view name, float interval) {
 
 void ArgumentCheck::refuse(std::string_view name, std::string_view problem) {
     if (!refused()) {
-        refusal_.append(name);
-        refusal_.append(problem);
+        raise_event(name, routine_of_export, error_code_request, recoverable_with_failure);
+        current_event().description.append(problem);
     }
 }
 
-ExportCall::ExportCall(const ExportFrame& frame, tEvent* host_event)
-    : frame_(frame), host_event_(host_event) {
+ReturnCode run_export(const ExportFrame& frame, tEvent* host_event, const ExportSteps& steps) {
     reset_event();
-}
-
-ExportCall::~ExportCall() {
-    close_unit(unit_);
-}
-
-bool ExportCall::opens_diagnostic_file(DiagnosticFile when) {
-    if (frame_.diagnostic_file == when) {
-        FixedText<64> file_name;
-        file_name.append(frame_.name);
-        file_name.append(frame_.file_ending);
-        unit_ = io_tmp_file(file_name.trimmed());
+    CallFile file(frame);
+    if (run_without_exceptions(frame, file, steps) == success) {
+        current_event().outcome = outcome_success;
+        return success;
     }
-    return !event_is_fatal();
-}
-
-ReturnCode ExportCall::fail_opening() {
-    extend_routine(frame_.name);
-    return report_failure();
-}
-
-ReturnCode ExportCall::fail_arguments(std::string_view refusal) {
-    raise_event(refusal, frame_.name, error_code_request, recoverable_with_failure);
-    return report_failure();
-}
-
-ReturnCode ExportCall::fail_driver() {
-    // An export that raised the event itself does not add its own name once more.
-    FixedText<256>& routine = current_event().routine;
-    if (frame_.failed_routine == FailedRoutine::export_alone) {
-        routine.assign(frame_.name);
-    } else if (routine.trimmed() != frame_.name) {
-        extend_routine(frame_.name);
-    }
-    return report_failure();
-}
-
-ReturnCode ExportCall::fail_memory() {
-    return fail_arguments("not enough memory for the analysis");
-}
-
-ReturnCode ExportCall::succeed() {
-    current_event().outcome = outcome_success;
-    return success;
-}
-
-ReturnCode ExportCall::report_failure() {
     current_event().outcome = outcome_failure;
-    if (host_event_ != nullptr) {
-        set_event(current_event(), *host_event_);
+    if (host_event != nullptr) {
+        set_event(current_event(), *host_event);
     }
-    print_event(unit_);
+    print_event(file.unit());
     return failure;
 }
 

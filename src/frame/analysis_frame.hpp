@@ -1,7 +1,7 @@
 // The frame that every exported function runs in: clear the current event, open the diagnostic
-// file, check and log the inputs, call the driver, then either report the failure to the host and
-// return 3 or log the results and return 1. No exception leaves it, and no unit stays open behind
-// it.
+// file, log the scalar inputs, check the arguments, log the arrays, call the driver, then either
+// report the failure to the host and return 3 or log the results and return 1. No exception leaves
+// it, and no unit stays open behind it.
 #pragma once
 
 #include <algorithm>
@@ -13,7 +13,6 @@
 
 #include "frame/diagnostic_text.hpp"
 #include "frame/event.hpp"
-#include "frame/fixed_text.hpp"
 #include "vialto/vialto.h"
 
 namespace vialto {
@@ -39,7 +38,8 @@ template <class Element>
                                     : static_cast<std::size_t>(std::max(size, std::int32_t{0}))};
 }
 
-// What no analysis can serve. The first refusal stands.
+// Raises the event of what no analysis can serve, and leaves the routine to the frame. The first
+// refusal stands.
 class ArgumentCheck {
 public:
     void array(std::string_view name, const void* first, std::int32_t size) {
@@ -52,87 +52,54 @@ public:
     // The text that the host reads is the name followed by the problem.
     void refuse(std::string_view name, std::string_view problem);
 
-    [[nodiscard]] bool refused() const { return !refusal().empty(); }
-    [[nodiscard]] std::string_view refusal() const { return refusal_.trimmed(); }
-
-private:
-    FixedText<256> refusal_;
+    [[nodiscard]] bool refused() const { return event_is_fatal(); }
 };
 
-// The steps of the frame around one call. run_export, below, puts them in order.
-class ExportCall {
+// A step of an export: refers to a callable that outlives the call, and does nothing without one.
+// The callable may leave the argument out.
+template <class Result, class Argument>
+class Step {
 public:
-    ExportCall(const ExportFrame& frame, tEvent* host_event);
-    ~ExportCall();
-    ExportCall(const ExportCall&) = delete;
-    ExportCall& operator=(const ExportCall&) = delete;
+    Step() = default;
+    template <class Callable>
+    Step(const Callable& callable) // NOLINT: a lambda stands for the step
+        : callable_(&callable), run_([](const void* address, Argument& argument) -> Result {
+              const Callable& step = *static_cast<const Callable*>(address);
+              if constexpr (std::is_invocable_v<const Callable&, Argument&>) {
+                  return step(argument);
+              } else {
+                  return step();
+              }
+          }) {}
 
-    [[nodiscard]] bool opens_diagnostic_file(DiagnosticFile when);
-
-    template <class Log>
-    void write(const Log& log) {
-        DiagnosticText text(unit_);
-        log(text);
+    Result operator()(Argument& argument) const {
+        return run_ == nullptr ? Result() : run_(callable_, argument);
     }
-
-    // The ways out of a failed call; each fills the host's record, prints the event and returns 3.
-    [[nodiscard]] ReturnCode fail_opening();
-    [[nodiscard]] ReturnCode fail_arguments(std::string_view refusal);
-    [[nodiscard]] ReturnCode fail_driver();
-    // The standard library throws in an analysis for want of memory alone.
-    [[nodiscard]] ReturnCode fail_memory();
-
-    [[nodiscard]] ReturnCode succeed();
 
 private:
-    [[nodiscard]] ReturnCode report_failure();
-
-    const ExportFrame& frame_;
-    tEvent* host_event_;
-    std::int32_t unit_ = -1;
+    const void* callable_ = nullptr;
+    Result (*run_)(const void*, Argument&) = nullptr;
 };
 
-// Runs one export:
-//   check_arguments(ArgumentCheck&)   before anything is read through a pointer of the host's
-//   log_inputs(DiagnosticText&)       ahead of the driver, if the file is opened first
-//   drive()                           the analysis; work arrays are made in here
-//   log_results(DiagnosticText&)      after a success
-template <class CheckArguments, class LogInputs, class Drive, class LogResults>
-[[nodiscard]] ReturnCode
-run_export(const ExportFrame& frame, tEvent* host_event, const CheckArguments& check_arguments,
-           const LogInputs& log_inputs, const Drive& drive, const LogResults& log_results) {
-    ExportCall call(frame, host_event);
-    try {
-        if (!call.opens_diagnostic_file(DiagnosticFile::opened_first)) {
-            return call.fail_opening();
-        }
-        ArgumentCheck check;
-        check_arguments(check);
-        if (check.refused()) {
-            return call.fail_arguments(check.refusal());
-        }
-        call.write(log_inputs);
-        drive();
-        if (event_is_fatal()) {
-            return call.fail_driver();
-        }
-        if (!call.opens_diagnostic_file(DiagnosticFile::opened_after_success)) {
-            return call.fail_opening();
-        }
-        call.write(log_results);
-        return call.succeed();
-    } catch (...) {
-        return call.fail_memory();
-    }
-}
+// What an export does, in the order in which it is done. A diagnostic file that opens only after a
+// success takes nothing ahead of `log_results`.
+struct ExportSteps {
+    // The numbers that the host passes, so that the file of a refused call shows what was refused.
+    // A record's are logged if its pointer is not null.
+    Step<void, DiagnosticText> log_scalars{};
+    // Before any array of the host's is read.
+    Step<void, ArgumentCheck> check_arguments{};
+    Step<void, DiagnosticText> log_arrays{};
+    // The analysis; work arrays are made in here. What it writes to the text is in the file even if
+    // it then fails.
+    Step<ReturnCode, DiagnosticText> drive{};
+    Step<void, DiagnosticText> log_results{};
+    // Outputs that a diagnostic file which cannot be opened after the success must leave alone.
+    Step<void, DiagnosticText> hand_over{};
+};
 
-// The same for an export without a diagnostic file.
-template <class CheckArguments, class Drive>
 [[nodiscard]] ReturnCode run_export(const ExportFrame& frame, tEvent* host_event,
-                                    const CheckArguments& check_arguments, const Drive& drive) {
-    const auto log_nothing = [](DiagnosticText&) {};
-    return run_export(frame, host_event, check_arguments, log_nothing, drive, log_nothing);
-}
+                                    const ExportSteps& steps);
 
 // The elements of an array as one table column of the diagnostic file: rows beyond its end show 0.
 template <class Element>

@@ -67,7 +67,9 @@ bool event_is_fatal() {
 
 void extend_routine(std::string_view routine) {
     FixedText<256>& path = current_event().routine;
-    path.append("/");
+    if (!path.trimmed().empty()) {
+        path.append("/");
+    }
     path.append(routine);
 }
 

@@ -34,6 +34,9 @@ inline constexpr std::int32_t outcome_no_severity = 2;
 inline constexpr std::int32_t outcome_failure = 3;
 inline constexpr std::int32_t outcome_some_failure = 5;
 
+// What an export names as the routine of an event that it raises itself: the frame adds its name.
+inline constexpr std::string_view routine_of_export{};
+
 // The library holds exactly one.
 struct CurrentEvent {
     FixedText<256> description;
@@ -55,7 +58,8 @@ void raise_event(std::string_view description, std::string_view routine, std::in
 // True when the current event is a failure: severity 2 or 3.
 [[nodiscard]] bool event_is_fatal();
 
-// Extends the routine path of the current event by "/" and the name.
+// Extends the routine path of the current event by "/" and the name. An empty path begins with
+// the name.
 void extend_routine(std::string_view routine);
 
 // Copies `current` to the host's record, with the severity turned round, as `current.outcome`

@@ -62,7 +62,7 @@ ReturnCode run_steps(const MustGrindRequest& request, std::span<std::int32_t> iG
 } // namespace
 
 ReturnCode admit_selector(std::int32_t iRideIndexType, std::int32_t& admitted) {
-    constexpr std::string_view name = "mustgrind_dlldrv";
+    constexpr std::string_view name = routine_of_export;
     admitted = iRideIndexType;
     switch (iRideIndexType) {
     case idx_ridests_None:
@@ -81,7 +81,7 @@ ReturnCode admit_selector(std::int32_t iRideIndexType, std::int32_t& admitted) {
 }
 
 ReturnCode admit_selector_2chan(std::int32_t iRideIndexType, std::int32_t& admitted) {
-    constexpr std::string_view name = "mustgrind_2chan_dlldrv";
+    constexpr std::string_view name = routine_of_export;
     admitted = iRideIndexType;
     switch (iRideIndexType) {
     case idx_ridests_None:

@@ -14,35 +14,42 @@ int32_t VIALTO_CALL joint_id_dlldrv(const tJointIDCfg* settings, float xStepSize
                                     const float* xRightProfile, int32_t* iLeftTypes,
                                     int32_t* iRightTypes, double* xLeftLocations,
                                     double* xRightLocations, tEvent* event) {
-    return run_export(
-        {.name = "joint_id_dlldrv"}, event,
-        [&](ArgumentCheck& check) {
-            check.address("settings", settings);
-            check.sample_interval("xStepSize", xStepSize);
-            check.array("xLeftProfile", xLeftProfile, iSizeDataArray);
-            check.array("xRightProfile", xRightProfile, iSizeDataArray);
-            check.array("iLeftTypes", iLeftTypes, iSizeDataArray);
-            check.array("iRightTypes", iRightTypes, iSizeDataArray);
-            check.array("xLeftLocations", xLeftLocations, iSizeDataArray);
-            check.array("xRightLocations", xRightLocations, iSizeDataArray);
-        },
-        [&](DiagnosticText& text) {
-            text.record("Joint ID Analysis");
+    const auto log_scalars = [&](DiagnosticText& text) {
+        text.record("Joint ID Analysis");
+        if (settings != nullptr) {
             text.record("Joint ID method          : ", settings->i_jntid_method);
             text.record("If skewed joints         : ", settings->if_skewed);
             text.record("Dominating joint spacing : ", settings->xDomJointSpacing);
-            text.record("Sample Interval (m)  : ", xStepSize);
-            text.record("Num profile Points       : ", iSizeDataArray);
-        },
-        [&] {
-            return joint_id(
-                *settings, xStepSize,
-                {host_array(xLeftProfile, iSizeDataArray), host_array(iLeftTypes, iSizeDataArray),
-                 host_array(xLeftLocations, iSizeDataArray)},
-                {host_array(xRightProfile, iSizeDataArray), host_array(iRightTypes, iSizeDataArray),
-                 host_array(xRightLocations, iSizeDataArray)});
-        },
-        [&](DiagnosticText& text) { text.record("done with the joint_id call"); });
+        }
+        text.record("Sample Interval (m)  : ", xStepSize);
+        text.record("Num profile Points       : ", iSizeDataArray);
+    };
+    const auto check_arguments = [&](ArgumentCheck& check) {
+        check.address("settings", settings);
+        check.sample_interval("xStepSize", xStepSize);
+        check.array("xLeftProfile", xLeftProfile, iSizeDataArray);
+        check.array("xRightProfile", xRightProfile, iSizeDataArray);
+        check.array("iLeftTypes", iLeftTypes, iSizeDataArray);
+        check.array("iRightTypes", iRightTypes, iSizeDataArray);
+        check.array("xLeftLocations", xLeftLocations, iSizeDataArray);
+        check.array("xRightLocations", xRightLocations, iSizeDataArray);
+    };
+    const auto drive = [&] {
+        return joint_id(
+            *settings, xStepSize,
+            {host_array(xLeftProfile, iSizeDataArray), host_array(iLeftTypes, iSizeDataArray),
+             host_array(xLeftLocations, iSizeDataArray)},
+            {host_array(xRightProfile, iSizeDataArray), host_array(iRightTypes, iSizeDataArray),
+             host_array(xRightLocations, iSizeDataArray)});
+    };
+    const auto log_results = [&](DiagnosticText& text) {
+        text.record("done with the joint_id call");
+    };
+    return run_export({.name = "joint_id_dlldrv"}, event,
+                      {.log_scalars = log_scalars,
+                       .check_arguments = check_arguments,
+                       .drive = drive,
+                       .log_results = log_results});
 }
 
 namespace {
@@ -67,30 +74,33 @@ int32_t VIALTO_CALL joint_fault_dlldrv(int32_t iSizeDataArray, int32_t iNumJoint
                                        float xJointWindow, const float* xProfile,
                                        const double* xJointLoc, float* xFault, tEvent* event) {
     std::vector<JointFault> results;
-    return run_export(
-        {.name = "joint_fault_dlldrv"}, event,
-        [&](ArgumentCheck& check) {
-            if (iNumJoints < 1) {
-                return;
-            }
-            check.sample_interval("xStepSize", xStepSize);
-            check.array("xProfile", xProfile, iSizeDataArray);
-            check.array("xJointLoc", xJointLoc, iNumJoints);
-            check.array("xFault", xFault, iNumJoints);
-        },
-        [&](DiagnosticText& text) {
-            text.record("Num profile Points       : ", iSizeDataArray);
-            text.record("Num Joints               : ", iNumJoints);
-            text.record("Sample Interval (m)      : ", xStepSize);
-            text.record("Joint Window (mm)        : ", xJointWindow);
-        },
-        [&] {
-            return jntfault_drv(
-                xStepSize, xJointWindow, joint_fault_reach, host_array(xProfile, iSizeDataArray),
-                host_array(xJointLoc, iNumJoints), host_array(xFault, iNumJoints), results);
-        },
-        [&](DiagnosticText& text) {
-            text.record("done with the jntfault_drv call");
-            log_faults(text, results);
-        });
+    const auto log_scalars = [&](DiagnosticText& text) {
+        text.record("Num profile Points       : ", iSizeDataArray);
+        text.record("Num Joints               : ", iNumJoints);
+        text.record("Sample Interval (m)      : ", xStepSize);
+        text.record("Joint Window (mm)        : ", xJointWindow);
+    };
+    const auto check_arguments = [&](ArgumentCheck& check) {
+        if (iNumJoints < 1) {
+            return;
+        }
+        check.sample_interval("xStepSize", xStepSize);
+        check.array("xProfile", xProfile, iSizeDataArray);
+        check.array("xJointLoc", xJointLoc, iNumJoints);
+        check.array("xFault", xFault, iNumJoints);
+    };
+    const auto drive = [&] {
+        return jntfault_drv(xStepSize, xJointWindow, joint_fault_reach,
+                            host_array(xProfile, iSizeDataArray), host_array(xJointLoc, iNumJoints),
+                            host_array(xFault, iNumJoints), results);
+    };
+    const auto log_results = [&](DiagnosticText& text) {
+        text.record("done with the jntfault_drv call");
+        log_faults(text, results);
+    };
+    return run_export({.name = "joint_fault_dlldrv"}, event,
+                      {.log_scalars = log_scalars,
+                       .check_arguments = check_arguments,
+                       .drive = drive,
+                       .log_results = log_results});
 }

@@ -69,7 +69,6 @@ void log_stretch(DiagnosticText& text, std::int32_t iNumPoints, std::int32_t iSt
 }
 
 void log_wheel_offsets(DiagnosticText& text, std::span<const float> xWheelOffsets) {
-    text.record("Wheel Offsets         :", static_cast<std::int32_t>(xWheelOffsets.size()));
     text.record("Wheel Offsets (m)     :");
     for (std::int32_t i = 1; i <= wheel_offset_lines; ++i) {
         text.record(i, element_or_zero(xWheelOffsets, static_cast<std::size_t>(i - 1)));
@@ -153,49 +152,56 @@ int32_t VIALTO_CALL pgfilt_dll(int32_t iStartIndex, int32_t iEndIndex, float xSt
     // Copies of the stretch: the host's trace may take the place of its profile.
     std::vector<float> profile;
     std::vector<float> trace;
-    return run_export(
-        {.name = "pgfilt_dll"}, event,
-        [&](ArgumentCheck& check) {
-            check.sample_interval("xStepSize", xStepSize);
-            check_wheel_offsets(check, iNumWheelOffsets, xWheelOffsets);
-            // A reversed pair is the trace's own failure.
-            if (iStartIndex <= iEndIndex) {
-                check_stretch(check, iStartIndex, iEndIndex);
-                check.address("xProfile", xProfile);
-                check.address("xPGTrace", xPGTrace);
-            }
-            check.address("BeginElemIdx", BeginElemIdx);
-            check.address("EndElemIdx", EndElemIdx);
-        },
-        [&](DiagnosticText& text) {
-            text.record("*** Profilogragh Filter ***");
-            log_stretch(text, iNumPoints, iStartIndex, iEndIndex, xStepSize);
-            log_wheel_offsets(text, host_array(xWheelOffsets, iNumWheelOffsets));
-        },
-        [&] {
-            const auto stretch = stretch_of(xProfile, iStartIndex, iEndIndex);
-            profile.assign(stretch.begin(), stretch.end());
-            trace.resize(stretch.size());
-            std::int32_t iBeginElem = 0;
-            std::int32_t iEndElem = 0;
-            if (pgfilter(xStepSize, host_array(xWheelOffsets, iNumWheelOffsets), profile, trace,
-                         iBeginElem, iEndElem) != success) {
-                return failure;
-            }
-            std::copy(trace.begin() + iBeginElem, trace.begin() + iEndElem + 1,
-                      xPGTrace + iStartIndex + iBeginElem);
-            *BeginElemIdx = iBeginElem + iStartIndex;
-            *EndElemIdx = iEndElem + iStartIndex;
-            return success;
-        },
-        [&](DiagnosticText& text) {
-            text.record("BeginElemIdx(0-based) :", *BeginElemIdx);
-            text.record("EndElemIdx            :", *EndElemIdx);
-            text.record("Profile   PG_Trace");
-            for (std::size_t i = 0; i < profile.size(); ++i) {
-                text.record(profile[i], trace[i]);
-            }
-        });
+    const auto log_scalars = [&](DiagnosticText& text) {
+        text.record("*** Profilogragh Filter ***");
+        log_stretch(text, iNumPoints, iStartIndex, iEndIndex, xStepSize);
+        text.record("Wheel Offsets         :", iNumWheelOffsets);
+    };
+    const auto check_arguments = [&](ArgumentCheck& check) {
+        check.sample_interval("xStepSize", xStepSize);
+        check_wheel_offsets(check, iNumWheelOffsets, xWheelOffsets);
+        // A reversed pair is the trace's own failure.
+        if (iStartIndex <= iEndIndex) {
+            check_stretch(check, iStartIndex, iEndIndex);
+            check.address("xProfile", xProfile);
+            check.address("xPGTrace", xPGTrace);
+        }
+        check.address("BeginElemIdx", BeginElemIdx);
+        check.address("EndElemIdx", EndElemIdx);
+    };
+    const auto log_arrays = [&](DiagnosticText& text) {
+        log_wheel_offsets(text, host_array(xWheelOffsets, iNumWheelOffsets));
+    };
+    const auto drive = [&] {
+        const auto stretch = stretch_of(xProfile, iStartIndex, iEndIndex);
+        profile.assign(stretch.begin(), stretch.end());
+        trace.resize(stretch.size());
+        std::int32_t iBeginElem = 0;
+        std::int32_t iEndElem = 0;
+        if (pgfilter(xStepSize, host_array(xWheelOffsets, iNumWheelOffsets), profile, trace,
+                     iBeginElem, iEndElem) != success) {
+            return failure;
+        }
+        std::copy(trace.begin() + iBeginElem, trace.begin() + iEndElem + 1,
+                  xPGTrace + iStartIndex + iBeginElem);
+        *BeginElemIdx = iBeginElem + iStartIndex;
+        *EndElemIdx = iEndElem + iStartIndex;
+        return success;
+    };
+    const auto log_results = [&](DiagnosticText& text) {
+        text.record("BeginElemIdx(0-based) :", *BeginElemIdx);
+        text.record("EndElemIdx            :", *EndElemIdx);
+        text.record("Profile   PG_Trace");
+        for (std::size_t i = 0; i < profile.size(); ++i) {
+            text.record(profile[i], trace[i]);
+        }
+    };
+    return run_export({.name = "pgfilt_dll"}, event,
+                      {.log_scalars = log_scalars,
+                       .check_arguments = check_arguments,
+                       .log_arrays = log_arrays,
+                       .drive = drive,
+                       .log_results = log_results});
 }
 
 int32_t VIALTO_CALL pgindex_dll(int32_t iStartIndex, int32_t iEndIndex, float xStepSize,
@@ -209,50 +215,55 @@ int32_t VIALTO_CALL pgindex_dll(int32_t iStartIndex, int32_t iEndIndex, float xS
     const bool reads_trace = iStartIndex <= iEndIndex &&
                              std::any_of(host_lots.begin(), host_lots.end(),
                                          [](const tPGLot& lot) { return lot.iStart < lot.iEnd; });
-    return run_export(
-        {.name = "pgindex_dll"}, event,
-        [&](ArgumentCheck& check) {
-            check.sample_interval("xStepSize", xStepSize);
-            check.address("xPGSettings", xPGSettings);
-            check.array("tPGLots", tPGLots, iNumLots);
-            if (reads_trace) {
-                check_stretch(check, iStartIndex, iEndIndex);
-                check.address("xPGTrace", xPGTrace);
-                check.address("tPGDefects", tPGDefects);
-            }
-            check.address("iNumDefects", iNumDefects);
-            check.address("iNumBumps", iNumBumps);
-            if (iNumBumps != nullptr) {
-                check.array("tPGBumps", tPGBumps, bump_count());
-            }
-        },
-        [&](DiagnosticText& text) {
-            text.record("*** Profilogragh Index and Defective Segments ***");
-            log_stretch(text, iNumPoints, iStartIndex, iEndIndex, xStepSize);
+    const auto log_scalars = [&](DiagnosticText& text) {
+        text.record("*** Profilogragh Index and Defective Segments ***");
+        log_stretch(text, iNumPoints, iStartIndex, iEndIndex, xStepSize);
+        if (xPGSettings != nullptr) {
             log_settings(text, settings_of(xPGSettings));
-            text.record("Number of Lots        :", iNumLots);
-        },
-        [&] {
-            const auto stretch = reads_trace ? stretch_of(xPGTrace, iStartIndex, iEndIndex)
-                                             : std::span<const float>();
-            std::vector<TraceLot> lots = local_lots(host_lots, iStartIndex);
-            if (pgindex(xStepSize, settings_of(xPGSettings), stretch, lots, *iNumDefects,
-                        host_array(tPGDefects, i_PG_maxdefects)) != success) {
-                return failure;
-            }
-            // pgindex has stopped at the limit; the test stands all the same.
-            if (*iNumDefects > i_PG_maxdefects) {
-                return raise_failure("iNumDefects > i_PG_maxdefects", "pgindex_dll");
-            }
-            for (std::size_t k = 0; k < lots.size(); ++k) {
-                hand_back(lots[k].result, host_lots[k]);
-            }
-            move_records(host_array(tPGDefects, *iNumDefects), iStartIndex, xStepSize);
-            move_records(host_array(tPGBumps, bump_count()), iStartIndex, xStepSize);
-            return success;
-        },
-        [&](DiagnosticText& text) {
-            log_lots(text, host_lots);
-            log_defects(text, host_array(tPGDefects, *iNumDefects));
-        });
+        }
+        text.record("Number of Lots        :", iNumLots);
+    };
+    const auto check_arguments = [&](ArgumentCheck& check) {
+        check.sample_interval("xStepSize", xStepSize);
+        check.address("xPGSettings", xPGSettings);
+        check.array("tPGLots", tPGLots, iNumLots);
+        if (reads_trace) {
+            check_stretch(check, iStartIndex, iEndIndex);
+            check.address("xPGTrace", xPGTrace);
+            check.address("tPGDefects", tPGDefects);
+        }
+        check.address("iNumDefects", iNumDefects);
+        check.address("iNumBumps", iNumBumps);
+        if (iNumBumps != nullptr) {
+            check.array("tPGBumps", tPGBumps, bump_count());
+        }
+    };
+    const auto drive = [&] {
+        const auto stretch =
+            reads_trace ? stretch_of(xPGTrace, iStartIndex, iEndIndex) : std::span<const float>();
+        std::vector<TraceLot> lots = local_lots(host_lots, iStartIndex);
+        if (pgindex(xStepSize, settings_of(xPGSettings), stretch, lots, *iNumDefects,
+                    host_array(tPGDefects, i_PG_maxdefects)) != success) {
+            return failure;
+        }
+        // pgindex has stopped at the limit; the test stands all the same.
+        if (*iNumDefects > i_PG_maxdefects) {
+            return raise_failure("iNumDefects > i_PG_maxdefects", routine_of_export);
+        }
+        for (std::size_t k = 0; k < lots.size(); ++k) {
+            hand_back(lots[k].result, host_lots[k]);
+        }
+        move_records(host_array(tPGDefects, *iNumDefects), iStartIndex, xStepSize);
+        move_records(host_array(tPGBumps, bump_count()), iStartIndex, xStepSize);
+        return success;
+    };
+    const auto log_results = [&](DiagnosticText& text) {
+        log_lots(text, host_lots);
+        log_defects(text, host_array(tPGDefects, *iNumDefects));
+    };
+    return run_export({.name = "pgindex_dll"}, event,
+                      {.log_scalars = log_scalars,
+                       .check_arguments = check_arguments,
+                       .drive = drive,
+                       .log_results = log_results});
 }

@@ -31,22 +31,21 @@ int32_t VIALTO_CALL histgrm_dlldrv(int32_t ifExcludeLeaveout, int32_t iNumClasse
                                    const int32_t* iMaskArray, float* xHistogram,
                                    float* xAboveThreshold, tEvent* event) {
     const bool masked = ifExcludeLeaveout == vialto_yes;
-    return run_export(
-        {.name = "histgrm_dlldrv", .diagnostic_file = DiagnosticFile::none}, event,
-        [&](ArgumentCheck& check) {
-            check.array("xDataArray", xDataArray, iSizeDataArray);
-            if (masked) {
-                check.array("iMaskArray", iMaskArray, iSizeDataArray);
-            }
-            check.array("xHistogram", xHistogram, iNumClasses);
-            check.address("xAboveThreshold", xAboveThreshold);
-        },
-        [&] {
-            const std::span<const float> all = host_array(xDataArray, iSizeDataArray);
-            const std::vector<float> kept =
-                masked ? unmasked(all, host_array(iMaskArray, iSizeDataArray))
-                       : std::vector<float>{};
-            return histgrm_drv({iNumClasses, xLow, xHigh, xStep}, xThreshold, masked ? kept : all,
-                               host_array(xHistogram, iNumClasses), *xAboveThreshold);
-        });
+    const auto check_arguments = [&](ArgumentCheck& check) {
+        check.array("xDataArray", xDataArray, iSizeDataArray);
+        if (masked) {
+            check.array("iMaskArray", iMaskArray, iSizeDataArray);
+        }
+        check.array("xHistogram", xHistogram, iNumClasses);
+        check.address("xAboveThreshold", xAboveThreshold);
+    };
+    const auto drive = [&] {
+        const std::span<const float> all = host_array(xDataArray, iSizeDataArray);
+        const std::vector<float> kept =
+            masked ? unmasked(all, host_array(iMaskArray, iSizeDataArray)) : std::vector<float>{};
+        return histgrm_drv({iNumClasses, xLow, xHigh, xStep}, xThreshold, masked ? kept : all,
+                           host_array(xHistogram, iNumClasses), *xAboveThreshold);
+    };
+    return run_export({.name = "histgrm_dlldrv", .diagnostic_file = DiagnosticFile::none}, event,
+                      {.check_arguments = check_arguments, .drive = drive});
 }

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <functional>
 #include <new>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -21,28 +22,38 @@ constexpr ExportFrame late{"analysis", DiagnosticFile::opened_after_success};
 constexpr ExportFrame without_file{"analysis", DiagnosticFile::none};
 constexpr ExportFrame other_file{.name = "analysis", .file_ending = "2.txt"};
 
-const auto fail = [] {
+const auto fail = [](DiagnosticText&) {
     (void)raise_failure("it broke", "inner");
     return pass_failure("driver");
 };
 
-const std::string complete_file = " inputs\n results\n";
+const std::string complete_file = " scalars\n arrays\n results\n";
 
 struct Call {
     ExportFrame frame{.name = "analysis"};
     std::function<void(ArgumentCheck&)> check = [](ArgumentCheck&) {};
-    std::function<ReturnCode()> drive = [] { return success; };
+    std::function<ReturnCode(DiagnosticText&)> drive = [](DiagnosticText&) { return success; };
 };
 
-// The returned code and what the event says: "1" is a success that leaves the event alone.
+// The returned code and what the event says: "1" is a success that leaves the event alone. "+" stands
+// for outputs that were handed over.
 std::string outcome(const Call& call) {
     const std::int32_t free_unit = find_free_unit(first_diagnostic_unit);
     test::EventRecord event;
-    const std::string code = std::to_string(run_export(
-        call.frame, event, call.check, [](DiagnosticText& text) { text.record("inputs"); },
-        call.drive, [](DiagnosticText& text) { text.record("results"); }));
+    std::string handed_over;
+    const auto log_scalars = [](DiagnosticText& text) { text.record("scalars"); };
+    const auto log_arrays = [](DiagnosticText& text) { text.record("arrays"); };
+    const auto log_results = [](DiagnosticText& text) { text.record("results"); };
+    const auto hand_over = [&] { handed_over = "+"; };
+    const std::string code = std::to_string(run_export(call.frame, event,
+                                                       {.log_scalars = log_scalars,
+                                                        .check_arguments = call.check,
+                                                        .log_arrays = log_arrays,
+                                                        .drive = call.drive,
+                                                        .log_results = log_results,
+                                                        .hand_over = hand_over}));
     EXPECT_EQ(find_free_unit(first_diagnostic_unit), free_unit) << "a unit stays open";
-    return event.untouched() ? code : code + " " + event.summary();
+    return code + handed_over + (event.untouched() ? "" : " " + event.summary());
 }
 
 std::string printed_event(const std::string& routine, const std::string& description,
@@ -55,8 +66,9 @@ std::string printed_event(const std::string& routine, const std::string& descrip
 
 TEST(AnalysisFrame, VariantsDifferInPathAndInWhenTheFileIsTakenOver) {
     const std::string former(5000, 'x');
-    const auto chain_text = " inputs\n" + printed_event("inner/driver/analysis", "it broke", 101);
-    const auto name_text = " inputs\n" + printed_event("analysis", "it broke", 101);
+    const std::string inputs = " scalars\n arrays\n";
+    const auto chain_text = inputs + printed_event("inner/driver/analysis", "it broke", 101);
+    const auto name_text = inputs + printed_event("analysis", "it broke", 101);
     const std::tuple<ExportFrame, std::string, std::string, std::string> cases[] = {
         {{.name = "analysis"}, "inner/driver/analysis", chain_text, complete_file},
         {other_file, "inner/driver/analysis", chain_text, complete_file},
@@ -71,19 +83,35 @@ TEST(AnalysisFrame, VariantsDifferInPathAndInWhenTheFileIsTakenOver) {
         std::filesystem::create_symlink(directory.path() / "former", file);
         EXPECT_EQ(outcome({.frame = frame, .drive = fail}), "3 101 2 " + routine + ": it broke");
         EXPECT_EQ(directory.text_of("former"), text_of_failure);
-        EXPECT_EQ(outcome({.frame = frame}), "1");
+        EXPECT_EQ(outcome({.frame = frame}), "1+");
         EXPECT_EQ(directory.text_of("former"), text_of_success);
     }
 }
 
-TEST(AnalysisFrame, FatalEventAndMissingMemoryReachTheHost) {
+TEST(AnalysisFrame, EveryWayOutOfTheDriverReachesTheHost) {
+    const std::string memory = "3 100 2 analysis: not enough memory for the analysis";
+    const std::string internal = "3 101 2 analysis: internal error";
+    const std::pair<std::function<ReturnCode()>, std::string> cases[] = {
+        {[] { return raise_failure("worst", "inner", 101, fatal); },
+         "3 101 1 inner/analysis: worst"},
+        {[] { return raise_failure("own", routine_of_export); }, "3 101 2 analysis: own"},
+        {[]() -> ReturnCode { throw std::bad_alloc(); }, memory},
+        {[]() -> ReturnCode { throw std::length_error("vector"); }, memory},
+        {[]() -> ReturnCode { throw std::out_of_range("at"); }, internal},
+        {[]() -> ReturnCode { throw 1; }, internal},
+        {[] { return failure; }, internal},
+    };
     const test::TemporaryDirectory directory;
-    EXPECT_EQ(outcome({.drive = [] { return raise_failure("worst", "analysis", 101, fatal); }}),
-              "3 101 1 analysis: worst");
-    EXPECT_EQ(outcome({.drive = []() -> ReturnCode { throw std::bad_alloc(); }}),
-              "3 100 2 analysis: not enough memory for the analysis");
-    EXPECT_TRUE(directory.text_of("analysis.txt").starts_with(" inputs\n"));
-    EXPECT_EQ(run_export(without_file, nullptr, Call{}.check, fail), 3);
+    for (const auto& [way_out, expected] : cases) {
+        const auto drive = [&](DiagnosticText& text) {
+            text.record("so far");
+            return way_out();
+        };
+        EXPECT_EQ(outcome({.drive = drive}), expected);
+        EXPECT_TRUE(directory.text_of("analysis.txt")
+                        .starts_with(" scalars\n arrays\n so far\n ***** Error Message"));
+    }
+    EXPECT_EQ(run_export(without_file, nullptr, {.drive = [] { return failure; }}), 3);
 }
 
 TEST(AnalysisFrame, FileThatCannotBeOpenedStopsTheAnalysis) {
@@ -100,7 +128,7 @@ TEST(AnalysisFrame, FileThatCannotBeOpenedStopsTheAnalysis) {
         test::set_tmp(path);
         EXPECT_EQ(outcome(call), "3 102 2 io_tmp_file/analysis: error opening a new file - " +
                                      path + "/analysis.txt, iostat = " + status);
-        EXPECT_EQ(outcome({.frame = without_file}), "1");
+        EXPECT_EQ(outcome({.frame = without_file}), "1+");
     }
     test::unset_tmp();
     EXPECT_EQ(outcome({.frame = {.name = "none/a"}}),
@@ -123,7 +151,7 @@ TEST(AnalysisFrame, PathIsTrimmedAndCutAt128Characters) {
     };
     for (const auto& [tmp, file] : cases) {
         test::set_tmp(base + tmp);
-        EXPECT_EQ(outcome({}), "1");
+        EXPECT_EQ(outcome({}), "1+");
         EXPECT_EQ(directory.text_of(file), complete_file) << file;
     }
 }
@@ -136,7 +164,7 @@ TEST(AnalysisFrame, TakesUnits11To99AndFailsWhenAllAreInUse) {
     EXPECT_EQ(outcome({}), "3 101 2 io_tmp_file/analysis: error in finding a free file unit");
     EXPECT_EQ(io_tmp_file("one_more"), 3);
     close_unit(57);
-    EXPECT_EQ(outcome({}), "1");
+    EXPECT_EQ(outcome({}), "1+");
     for (std::int32_t unit = 11; unit <= 99; ++unit) {
         close_unit(unit);
     }
@@ -159,7 +187,7 @@ TEST(AnalysisFrame, RefusesWhatItCannotServeBeforeTheDriver) {
     EXPECT_EQ(outcome({.check = nulls, .drive = fail}),
               "3 100 2 analysis: xRideIndex is a null pointer");
     EXPECT_EQ(directory.text_of("analysis.txt"),
-              printed_event("analysis", "xRideIndex is a null pointer", 100));
+              " scalars\n" + printed_event("analysis", "xRideIndex is a null pointer", 100));
     for (const float interval : {0.0F, -1.0F, std::nanf(""), HUGE_VALF}) {
         const auto bad = [=](ArgumentCheck& check) { check.sample_interval("xStep", interval); };
         EXPECT_EQ(outcome({.check = bad, .drive = fail}),
@@ -171,7 +199,7 @@ TEST(AnalysisFrame, RefusesWhatItCannotServeBeforeTheDriver) {
         check.address("given", &check);
         check.sample_interval("xStepSize", 1e-30F);
     };
-    EXPECT_EQ(outcome({.check = good}), "1");
+    EXPECT_EQ(outcome({.check = good}), "1+");
 }
 
 TEST(PrintEvent, WritesSevenRecordsAndNothingWithoutAFile) {
