@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <vector>
 
 #include "frame/event.hpp"
 #include "vialto/vialto.h"
@@ -31,20 +30,6 @@ namespace vialto {
 
 enum class PassMode : std::int32_t { high_pass = 1, low_pass = 2 };
 
-// One stage, in place (w grows by the extension for the time being): each element of w becomes the
-// mean of a box of iBase samples around it (low-pass) or itself minus that mean (high-pass). The
-// ends are extended by iHalf samples along the least-squares lines through the first and the last
-// iHalf samples. The box of element i, from 1, covers P(i) to P(i + iBase - 1), P being the
-// extended profile, in which w(i) is P(iHalf + i).
-//
-// The mean is updated by the sample that enters and the one that leaves, never summed anew.
-//
-// iBase is less than the length of w, and iHalf the half of it, rounded up or down. With iBase
-// below 1 the box is empty and every mean 0/0, a NaN.
-void mvgavg_pass(std::vector<float>& w, std::int32_t iBase, std::int32_t iHalf, PassMode mode);
-
-// The same stage in pieces, for a caller that runs it anew from the middle of a profile on.
-
 // A stage's box and the extension that it needs at either end, in samples.
 struct Box {
     std::int32_t iBase;
@@ -55,15 +40,31 @@ struct Box {
 // positive for a length below half an interval, or one that is a NaN.
 [[nodiscard]] Box box_of(float base_length, float xStepSize);
 
-// Writes the first and the last `half` elements of p on the lines through the first and the last
-// `half` of those between them, of which there are as many at least.
-void extend_ends(std::span<float> p, std::size_t half);
+// One stage: each element of y becomes the mean of a box of iBase samples around that of x
+// (low-pass) or that sample minus the mean (high-pass). The ends are extended by iHalf samples
+// along the least-squares lines through the first and the last iHalf samples. The box of element i,
+// from 1, covers P(i) to P(i + iBase - 1), P being the extended profile, in which x(i) is
+// P(iHalf + i).
+//
+// The mean is updated by the sample that enters and the one that leaves, never summed anew.
+//
+// y is as long as x and does not overlap it. iBase is less than that length. With iBase below 1 the
+// box is empty and every mean 0/0, a NaN.
+void mvgavg_pass(std::span<const float> x, const Box& box, PassMode mode, std::span<float> y);
 
-// The mean of a box's samples, summed in ascending order; a NaN for an empty box.
-[[nodiscard]] float box_mean(std::span<const float> box);
+// The same stage in pieces, for a caller that runs it anew from the middle of a profile on.
 
-// The means of the boxes of `base` samples that start at p(1), p(2), ... counted from 0, as many as
-// m has room for, by updates of the one that starts at p(0).
-void continue_means(std::span<const float> p, std::size_t base, float mean, std::span<float> m);
+// Extends x: `left` and `right`, equally long and no longer than x, lie on the lines through as many
+// of its first and last samples.
+void extend_ends(std::span<const float> x, std::span<float> left, std::span<float> right);
+
+// The mean of a box's samples, summed in ascending order; a NaN for an empty box. A box may reach
+// from one array into another.
+[[nodiscard]] float box_mean(std::span<const float> left, std::span<const float> right = {});
+
+// The means of the boxes of `base` samples that follow the one whose mean is given, as many as m has
+// room for: element i by the sample leaving[i] that drops out and entering[i] that comes in.
+void continue_means(std::span<const float> leaving, std::span<const float> entering,
+                    std::size_t base, float mean, std::span<float> m);
 
 } // namespace vialto

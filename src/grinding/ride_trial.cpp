@@ -66,22 +66,29 @@ void RideTrial::filter_untouched_road(std::span<const float> xProfile) {
         checkpoints_.push_back(state);
         filter_block(xProfile, first, state, untouched_);
     }
-    extend_ends(untouched_, half_);
+    extend_both_ends(untouched_);
     trial_ = untouched_;
     means_.resize(count);
     means_[0] = box_mean(std::span(untouched_).first(base_));
-    continue_means(untouched_, base_, means_[0], std::span(means_).subspan(1));
+    continue_means(untouched_, std::span(untouched_).subspan(base_), base_, means_[0],
+                   std::span(means_).subspan(1));
 }
 
 void RideTrial::run_lower_means(float margin) {
     lower_means_.resize(means_.size());
     lower_means_[0] = means_[0] - margin;
-    continue_means(untouched_, base_, lower_means_[0], std::span(lower_means_).subspan(1));
+    continue_means(untouched_, std::span(untouched_).subspan(base_), base_, lower_means_[0],
+                   std::span(lower_means_).subspan(1));
     lower_gains_until_ = means_.size();
     while (lower_gains_until_ > 0 &&
            !gains(lower_gains_until_ - 1, lower_means_[lower_gains_until_ - 1])) {
         --lower_gains_until_;
     }
+}
+
+void RideTrial::extend_both_ends(std::span<float> extended) const {
+    extend_ends(extended.subspan(half_, extended.size() - 2 * half_), extended.first(half_),
+                extended.last(half_));
 }
 
 // The slopes from `first` on, a block or what is left of one, into their places in `extended`.
@@ -125,7 +132,7 @@ bool RideTrial::refilter(std::span<const float> ground_profile, PlaceRange cut,
 PlaceRange RideTrial::extend_changed_start(PlaceRange slopes) {
     const bool at_start = slopes.first < half_;
     if (at_start) {
-        extend_ends(trial_, half_);
+        extend_both_ends(trial_);
     }
     return {at_start ? 0 : slopes.first + half_, slopes.end + half_};
 }
@@ -149,7 +156,8 @@ bool RideTrial::gains_anywhere(PlaceRange changed, std::size_t from) const {
             return false;
         }
         const std::span<float> means = std::span(room).first(std::min(block, means_.size() - i));
-        continue_means(std::span(trial_).subspan(i - 1), base_, mean, means);
+        const std::span<const float> leaving = std::span(trial_).subspan(i - 1);
+        continue_means(leaving, leaving.subspan(base_), base_, mean, means);
         if (gains_within(i, means, from)) {
             return true;
         }

@@ -54,6 +54,7 @@ public:
 private:
     void filter_untouched_road(std::span<const float> xProfile);
     void run_lower_means(float margin);
+    void extend_both_ends(std::span<float> extended) const;
 
     void filter_block(std::span<const float> xProfile, std::size_t first, QuarterCarState& state,
                       std::vector<float>& extended) const;
