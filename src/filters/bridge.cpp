@@ -54,10 +54,13 @@ Lanes mean_heights_above(const Stretch& stretch, std::size_t base, const Lanes& 
     return sum;
 }
 
-// Levels of the first `count` windows of a stretch. Returns the number of windows ahead of the
-// first one whose level was not found.
-std::size_t find_levels(const Stretch& stretch, std::size_t base, std::size_t count, float xTol,
-                        Lanes& level) {
+struct Levels {
+    Lanes of_window;
+    std::size_t found; // windows ahead of the first one whose level was not found
+};
+
+// The levels of the first `count` windows of a stretch.
+Levels find_levels(const Stretch& stretch, std::size_t base, std::size_t count, float xTol) {
     Lanes z = largest_samples(stretch, base);
     Lanes v{};
     std::array<std::int32_t, lanes> sought{}; // 1 or 0, as wide as a float for the vector unit
@@ -78,11 +81,13 @@ std::size_t find_levels(const Stretch& stretch, std::size_t base, std::size_t co
             break;
         }
     }
+    Levels levels{};
     for (std::size_t k = 0; k < lanes; ++k) {
-        level[k] = xTol + z[k];
+        levels.of_window[k] = xTol + z[k];
     }
-    return static_cast<std::size_t>(std::find(sought.begin(), sought.begin() + count, 1) -
-                                    sought.begin());
+    levels.found = static_cast<std::size_t>(std::find(sought.begin(), sought.begin() + count, 1) -
+                                            sought.begin());
+    return levels;
 }
 
 } // namespace
@@ -98,22 +103,19 @@ ReturnCode br_filt(std::span<float> y, std::int32_t& iCount, float xStepSize, fl
     const auto base = static_cast<std::size_t>(iBase);
     const auto windows = static_cast<std::size_t>(std::max(iCount, 0));
     Stretch stretch{};
-    Lanes level{};
-    float level_before = 0.0F;
     for (std::size_t first = 0; first < windows; first += lanes) {
         const std::size_t count = std::min(lanes, windows - first);
         // The levels replace the samples of their own windows' starts, which no later window reads.
-        std::copy_n(y.begin() + static_cast<std::ptrdiff_t>(first), count + base - 1,
-                    stretch.begin());
-        const std::size_t found = find_levels(stretch, base, count, xTol, level);
-        std::copy_n(level.begin(), found, y.begin() + static_cast<std::ptrdiff_t>(first));
-        if (found < count) {
-            y[first + found] = found > 0 ? level[found - 1] : level_before;
+        std::copy_n(y.data() + first, count + base - 1, stretch.begin());
+        const Levels levels = find_levels(stretch, base, count, xTol);
+        std::copy_n(levels.of_window.begin(), levels.found, y.data() + first);
+        if (levels.found < count) {
+            const std::size_t failed = first + levels.found;
+            y[failed] = failed > 0 ? y[failed - 1] : 0.0F; // the level of the window before
             (void)raise_failure("iter .gt. mxiter, hung up.", name);
             // Deliberately named twice: the path reads br_filt/br_filt.
             return pass_failure(name);
         }
-        level_before = level[count - 1];
     }
     return success;
 }
