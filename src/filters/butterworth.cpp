@@ -75,8 +75,8 @@ public:
     SecondOrderPass(const Section& opening, const SecondOrderSection& section)
         : opening_(opening), section_(section) {}
 
-    double open(double x0) { return shift(x0, opening_.open(x0)); }
-    double second(double x0) { return shift(x0, opening_.second(x0)); }
+    double open(double x0) { return shift(x0, opening_.opening(x0)); }
+    double second(double x0) { return shift(x0, opening_.step(x0, x1_, y1_)); }
     double next(double x0) {
         const auto [c0, c1, d1, d2] = section_;
         return shift(x0, c1 * x1_ - d1 * y1_ - d2 * y2_ + c0 * (x2_ + x0));
@@ -91,7 +91,7 @@ private:
         return y0;
     }
 
-    FirstOrderPass<Section> opening_;
+    Section opening_;
     SecondOrderSection section_;
     double x1_ = 0.0;
     double x2_ = 0.0;
@@ -133,16 +133,11 @@ Design<LowPassSection> low_pass_design(double dx, double xShortWavelength) {
 }
 
 // A pass and its successor in the same direction share a sweep.
-void run_high_pass(std::span<double> x, const Design<HighPassSection>& high) {
-    run_cascade(x.begin(), x.end(), high.first);
-    run_cascade(x.rbegin(), x.rend(), high.second, high.first);
-    run_cascade(x.begin(), x.end(), high.second);
-}
-
-void run_low_pass(std::span<double> x, const Design<LowPassSection>& low) {
-    run_cascade(x.begin(), x.end(), low.first);
-    run_cascade(x.rbegin(), x.rend(), low.second, low.first);
-    run_cascade(x.begin(), x.end(), low.second);
+template <class Section>
+void run_passes(std::span<double> x, const Design<Section>& design) {
+    run_cascade(x.begin(), x.end(), design.first);
+    run_cascade(x.rbegin(), x.rend(), design.second, design.first);
+    run_cascade(x.begin(), x.end(), design.second);
 }
 
 void run_band_pass(std::span<double> x, const Design<HighPassSection>& high,
@@ -183,9 +178,9 @@ ReturnCode zeb_bwfilter(std::int32_t iBWFilterType, std::int32_t iOutType, float
     if (band_pass) {
         run_band_pass(x, high_pass_design(dx, longest), low_pass_design(dx, shortest));
     } else if (high_pass) {
-        run_high_pass(x, high_pass_design(dx, longest));
+        run_passes(x, high_pass_design(dx, longest));
     } else if (low_pass) {
-        run_low_pass(x, low_pass_design(dx, shortest));
+        run_passes(x, low_pass_design(dx, shortest));
     }
     for (std::size_t i = 0; i < x.size(); ++i) {
         xFiltered[i] = static_cast<float>(x[i]);
