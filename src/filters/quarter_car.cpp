@@ -181,11 +181,10 @@ float start_slope(std::span<const float> profile, float xStepSize, float xInitLe
     if (profile.empty()) {
         return 0.0F;
     }
-    const auto last = static_cast<std::int32_t>(profile.size()) - 1;
-    const std::int32_t intervals = std::min(last, truncate(xInitLength / xStepSize + 0.5F));
-    const float iInit = static_cast<float>(intervals + 1);
-    return (profile[static_cast<std::size_t>(intervals)] - profile[0]) * xSlopeScale /
-           (xStepSize * iInit);
+    const auto beyond_first = static_cast<std::size_t>(truncate(xInitLength / xStepSize + 0.5F));
+    const std::size_t iInit = std::min(profile.size(), beyond_first + 1);
+    return (profile[iInit - 1] - profile[0]) * xSlopeScale /
+           (xStepSize * static_cast<float>(iInit));
 }
 
 } // namespace
@@ -204,11 +203,16 @@ float quarter_car_base_length(std::int32_t if250mmFilter) {
 
 ReturnCode set_up_quarter_car(float xStepSize, float xBase, float xSlopeScale,
                               const tQcarParams& parameters, QuarterCar& car) {
+    constexpr std::string_view name = "qcar_filter"; // whose part this is
+    if (parameters.xInitLength < smallest_ini_length) {
+        return raise_failure("initialization length for IRI/PTRN should not be zero", name);
+    }
     car.iBase = std::max(1, truncate(xBase / xStepSize + 0.5F));
     car.xStepSize = xStepSize;
     car.xSlopeScale = xSlopeScale;
     car.xInitLength = parameters.xInitLength;
-    return setstm(setabc(parameters), xStepSize / (parameters.xSpeed / kmh_per_mps), car);
+    const float dt = xStepSize / (parameters.xSpeed / kmh_per_mps);
+    return setstm(setabc(parameters), dt, car) == success ? success : pass_failure(name);
 }
 
 std::size_t count_slopes(const QuarterCar& car, std::size_t count) {
@@ -229,15 +233,10 @@ void run_quarter_car(const QuarterCar& car, std::span<const float> xProfile, std
 ReturnCode qcar_filter(std::span<const float> xProfile, float xStepSize, float xBase,
                        float xSlopeScale, const tQcarParams& parameters, std::span<float> xFiltered,
                        float& xQcarStat, std::int32_t& iBegin, std::int32_t& iEnd) {
-    constexpr std::string_view name = "qcar_filter";
-    if (parameters.xInitLength < smallest_ini_length) {
-        std::copy(xProfile.begin(), xProfile.end(), xFiltered.begin());
-        return raise_failure("initialization length for IRI/PTRN should not be zero", name);
-    }
     QuarterCar car{};
     if (set_up_quarter_car(xStepSize, xBase, xSlopeScale, parameters, car) != success) {
         std::copy(xProfile.begin(), xProfile.end(), xFiltered.begin());
-        return pass_failure(name);
+        return failure;
     }
     const std::size_t filtered_count = count_slopes(car, xProfile.size());
     const Slope slope = slope_of(car, xProfile);

@@ -76,7 +76,7 @@ struct QuarterCar {
 // Base length of the moving average ahead of the quarter car [m], as if250mmFilter selects it.
 [[nodiscard]] float quarter_car_base_length(std::int32_t if250mmFilter);
 
-// Fails where the system has no inverse.
+// Fails as qcar_filter for an initialization length of 0 or a system that has no inverse.
 [[nodiscard]] ReturnCode set_up_quarter_car(float xStepSize, float xBase, float xSlopeScale,
                                             const tQcarParams& parameters, QuarterCar& car);
 
