@@ -24,35 +24,33 @@ float square(float value) {
     return value * value;
 }
 
-template <class Power>
-float sum_of_powers(std::span<const float> y, const Power& power) {
+// Of the samples y[i] that counts(i) picks.
+template <class Counts, class Power>
+float sum_of_powers(std::span<const float> y, const Counts& counts, const Power& power) {
     PartialSums sums{};
+    const auto add = [&](std::size_t lane, std::size_t i) {
+        sums[lane] += counts(i) ? power(y[i]) : 0.0F;
+    };
     const std::size_t whole = y.size() / lanes * lanes;
     for (std::size_t i = 0; i < whole; i += lanes) {
         for (std::size_t lane = 0; lane < lanes; ++lane) {
-            sums[lane] += power(y[i + lane]);
+            add(lane, i + lane);
         }
     }
     for (std::size_t i = whole; i < y.size(); ++i) {
-        sums[i - whole] += power(y[i]);
+        add(i - whole, i);
     }
     return total(sums);
 }
 
-template <class Power>
-float sum_of_kept_powers(std::span<const float> y, std::span<const std::int32_t> flags,
-                         const Power& power) {
-    PartialSums sums{};
-    for (std::size_t i = 0; i < y.size(); ++i) {
-        sums[i % lanes] += flags[i] == 0 ? power(y[i]) : 0.0F;
-    }
-    return total(sums);
-}
-
-// The p-th root of the mean, p being 1 or 2.
-float root_of_mean(float sum, std::int32_t count, float p) {
-    const float mean = sum / static_cast<float>(count);
-    return p == 1.0F ? mean : std::sqrt(mean);
+// The p-th root of the mean, p being 1 or 2, of the samples that counts(i) picks, `actual` of them.
+template <class Counts>
+StretchStatistic statistic_of(std::span<const float> y, std::size_t actual, float p,
+                              const Counts& counts) {
+    const float sum =
+        p == 1.0F ? sum_of_powers(y, counts, absolute) : sum_of_powers(y, counts, square);
+    const float mean = sum / static_cast<float>(actual);
+    return {p == 1.0F ? mean : std::sqrt(mean), static_cast<std::int32_t>(actual)};
 }
 
 } // namespace
@@ -63,20 +61,15 @@ StretchStatistic postproc_pi(std::span<const float> y, std::span<const std::int3
     const std::size_t count = last < first ? 0 : static_cast<std::size_t>(last - first) + 1;
     const std::span<const float> stretch = y.subspan(static_cast<std::size_t>(first), count);
     if (ifExcludeLeaveout != vialto_yes) {
-        const float sum =
-            p == 1.0F ? sum_of_powers(stretch, absolute) : sum_of_powers(stretch, square);
-        const auto actual = static_cast<std::int32_t>(count);
-        return {root_of_mean(sum, actual, p), actual};
+        return statistic_of(stretch, count, p, [](std::size_t) { return true; });
     }
     const std::span<const std::int32_t> kept =
         flags.subspan(static_cast<std::size_t>(first), count);
-    const auto actual = static_cast<std::int32_t>(std::count(kept.begin(), kept.end(), 0));
+    const auto actual = static_cast<std::size_t>(std::count(kept.begin(), kept.end(), 0));
     if (actual == 0) {
         return {hole_value, 0};
     }
-    const float sum = p == 1.0F ? sum_of_kept_powers(stretch, kept, absolute)
-                                : sum_of_kept_powers(stretch, kept, square);
-    return {root_of_mean(sum, actual, p), actual};
+    return statistic_of(stretch, actual, p, [&](std::size_t i) { return kept[i] == 0; });
 }
 
 void normal_pi(const RideRequest& request, const tFiltCon& settings,
