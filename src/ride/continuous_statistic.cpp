@@ -10,24 +10,19 @@ namespace vialto {
 
 namespace {
 
-// The index fields stay as they are.
-void refill_for_moving_average(tFiltCon& record, float xBaseLength) {
-    const std::int32_t iBeginElemIdx = record.iBeginElemIdx;
-    const std::int32_t iEndElemIdx = record.iEndElemIdx;
-    record = {};
-    record.iMainFilterType = idx_filttyp_mvgavg;
-    record.iSubFilterType = idx_subfilttyp_lowpass;
-    record.iOutType = idx_filtouttyp_elevation;
-    record.if250mmFilter = vialto_yes; // not read by this filter
-    record.xShortWavelength = xBaseLength;
-    record.iBeginElemIdx = iBeginElemIdx;
-    record.iEndElemIdx = iEndElemIdx;
+tFiltCon moving_average_settings(float xBaseLength) {
+    tFiltCon settings{};
+    settings.iMainFilterType = idx_filttyp_mvgavg;
+    settings.iSubFilterType = idx_subfilttyp_lowpass;
+    settings.iOutType = idx_filtouttyp_elevation;
+    settings.if250mmFilter = vialto_yes; // not read by this filter
+    settings.xShortWavelength = xBaseLength;
+    return settings;
 }
 
 } // namespace
 
-ReturnCode moving_statistic(std::span<float> y, float xStepSize, float xBaseLength, float p,
-                            tFiltCon& record, std::span<float> xOutput) {
+void raise_to_power(std::span<float> y, float p) {
     for (float& value : y) {
         value = std::fabs(value);
     }
@@ -36,29 +31,38 @@ ReturnCode moving_statistic(std::span<float> y, float xStepSize, float xBaseLeng
             value = value * value;
         }
     }
-    refill_for_moving_average(record, xBaseLength);
-    const std::int32_t iBase = truncate(xBaseLength / xStepSize);
-    if (iBase > 1) {
-        if (filtcon_drv(y, xStepSize, record, xOutput) != success) {
+}
+
+void take_root(std::span<float> y, float p) {
+    if (p > 1.0F) {
+        for (float& value : y) {
+            value = std::sqrt(value > 0.0F ? value : 0.0F);
+        }
+    }
+}
+
+bool is_smoothed(float xBaseLength, float xStepSize) {
+    return truncate(xBaseLength / xStepSize) > 1;
+}
+
+ReturnCode moving_statistic(std::span<float> y, float xStepSize, float xBaseLength, float p,
+                            std::span<float> xOutput) {
+    raise_to_power(y, p);
+    if (is_smoothed(xBaseLength, xStepSize)) {
+        tFiltCon settings = moving_average_settings(xBaseLength);
+        if (filtcon_drv(y, xStepSize, settings, xOutput) != success) {
             return failure;
         }
     } else {
         std::copy(y.begin(), y.end(), xOutput.begin());
     }
-    if (p > 1.0F) {
-        // The line extensions of the moving average can give values below zero at an end.
-        for (float& value : xOutput) {
-            value = std::sqrt(value > 0.0F ? value : 0.0F);
-        }
-    }
+    take_root(xOutput, p);
     return success;
 }
 
 ReturnCode postproc_conpi(const RideRequest& request, float p, std::span<float> y,
-                          std::span<float> xOutput, std::int32_t iSkipMovingAverage) {
-    tFiltCon record{};
-    const float xBaseLength = iSkipMovingAverage == vialto_yes ? 0.0F : request.xBaseLength;
-    return moving_statistic(y, request.xStepSize, xBaseLength, p, record, xOutput) == success
+                          std::span<float> xOutput) {
+    return moving_statistic(y, request.xStepSize, request.xBaseLength, p, xOutput) == success
                ? success
                : pass_failure("postproc_conpi");
 }

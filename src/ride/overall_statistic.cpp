@@ -73,10 +73,11 @@ StretchStatistic postproc_pi(std::span<const float> y, std::span<const std::int3
 }
 
 void normal_pi(const RideRequest& request, const tFiltCon& settings,
-               std::span<const float> filtered, float& xRideIndex) {
-    xRideIndex = postproc_pi(filtered, request.iExclusionFlags, request.ifExcludeLeaveout,
-                             settings.iBeginElemIdx, settings.iEndElemIdx, settings.xPowerWeighting)
-                     .index;
+               std::span<const float> filtered, const RideOutput& output) {
+    output.xOutput.front() =
+        postproc_pi(filtered, request.iExclusionFlags, request.ifExcludeLeaveout,
+                    settings.iBeginElemIdx, settings.iEndElemIdx, settings.xPowerWeighting)
+            .index;
 }
 
 } // namespace vialto

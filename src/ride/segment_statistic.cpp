@@ -12,7 +12,7 @@ SegmentWalk::SegmentWalk(std::span<const std::int32_t> iNumSegmentPoints, const 
     : counts_(iNumSegmentPoints), position_(filter.iBeginElemIdx), last_valid_(filter.iEndElemIdx),
       array_length_(static_cast<std::int64_t>(array_length)) {}
 
-std::optional<Segment> SegmentWalk::next() {
+Segment SegmentWalk::next() {
     const bool is_last = counts_.size() == 1;
     const std::int64_t count = is_last ? last_valid_ - position_ + 1 : counts_.front();
     counts_ = counts_.subspan(1);
@@ -20,12 +20,13 @@ std::optional<Segment> SegmentWalk::next() {
     const std::int64_t last = position_ + count - 1;
     position_ = last;
     if (last < first) {
-        return Segment{0, -1};
+        return {SegmentKind::hole};
     }
     if (last >= array_length_) {
-        return std::nullopt;
+        return {SegmentKind::beyond_array};
     }
-    return Segment{static_cast<std::int32_t>(first), static_cast<std::int32_t>(last)};
+    return {SegmentKind::of_samples, static_cast<std::int32_t>(first),
+            static_cast<std::int32_t>(last)};
 }
 
 float segment_length(std::int32_t actual, float xStepSize) {
@@ -36,14 +37,14 @@ ReturnCode segmented_pi(const RideRequest& request, const tFiltCon& settings,
                         std::span<const float> filtered, const RideOutput& output) {
     SegmentWalk walk(request.iNumSegmentPoints, settings, filtered.size());
     for (std::size_t k = 0; k < request.iNumSegmentPoints.size(); ++k) {
-        const std::optional<Segment> segment = walk.next();
-        if (!segment) {
+        const Segment segment = walk.next();
+        if (segment.kind == SegmentKind::beyond_array) {
             return raise_failure(segment_beyond_array, "segmented_pi", error_code_request);
         }
         StretchStatistic statistic{hole_value, 0};
-        if (!segment->is_hole()) {
+        if (segment.kind == SegmentKind::of_samples) {
             statistic = postproc_pi(filtered, request.iExclusionFlags, request.ifExcludeLeaveout,
-                                    segment->first, segment->last, settings.xPowerWeighting);
+                                    segment.first, segment.last, settings.xPowerWeighting);
         }
         output.xOutput[k] = statistic.index;
         output.xSegLength[k] = segment_length(statistic.actual, request.xStepSize);

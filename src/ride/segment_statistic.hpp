@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string_view>
 
@@ -12,12 +11,13 @@
 
 namespace vialto {
 
-// The samples of a segment, counted from 0; last below first for a hole, a segment without samples.
-struct Segment {
-    std::int32_t first;
-    std::int32_t last;
+enum class SegmentKind { of_samples, hole, beyond_array };
 
-    [[nodiscard]] bool is_hole() const { return last < first; }
+// A segment; if it is one of samples, the first and the last of them, from 0.
+struct Segment {
+    SegmentKind kind;
+    std::int32_t first = 0;
+    std::int32_t last = 0;
 };
 
 inline constexpr std::string_view segment_beyond_array =
@@ -37,8 +37,8 @@ public:
     SegmentWalk(std::span<const std::int32_t> iNumSegmentPoints, const tFiltCon& filter,
                 std::size_t array_length);
 
-    // Called once per element. Gives nothing when the segment ends beyond the array.
-    [[nodiscard]] std::optional<Segment> next();
+    // Called once per element, as long as no segment ends beyond the array.
+    [[nodiscard]] Segment next();
 
 private:
     std::span<const std::int32_t> counts_; // of the segments still to come

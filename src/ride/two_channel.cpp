@@ -29,16 +29,14 @@ ReturnCode half_car_index(RideRequest request, std::span<const float> right,
 ReturnCode mean_roughness_index(RideRequest request, std::span<const float> right,
                                 const RideOutput& output) {
     request.i_rideindexsel = idx_ridests_IRI;
-    float left_index = 0.0F;
     std::vector<float> left_output(output.xOutput.size());
-    if (ride_stats(request, {left_index, left_output, output.xSegLength}) != success) {
+    if (ride_stats(request, {left_output, output.xSegLength}) != success) {
         return failure;
     }
     request.xDataArray = right;
     if (ride_stats(request, output) != success) {
         return failure;
     }
-    output.xRideIndex = (left_index + output.xRideIndex) * 0.5F;
     for (std::size_t i = 0; i < left_output.size(); ++i) {
         output.xOutput[i] = (left_output[i] + output.xOutput[i]) * 0.5F;
     }
@@ -73,9 +71,14 @@ ReturnCode ride2chan_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mmFil
                          std::span<const float> dataarray2,
                          std::span<const std::int32_t> exclusion_flags, float xStepSize,
                          float& xRideIndex) {
-    const RideRequest request{ifExcludeLeaveout, if250mmFilter,   normal_report, iRideIndex,
-                              dataarray1,        exclusion_flags, xStepSize};
-    return analyse(request, dataarray2, {xRideIndex}, "ride2chan_drv");
+    const RideRequest request{.ifExcludeLeaveout = ifExcludeLeaveout,
+                              .if250mmFilter = if250mmFilter,
+                              .i_reptype = normal_report,
+                              .i_rideindexsel = iRideIndex,
+                              .xDataArray = dataarray1,
+                              .iExclusionFlags = exclusion_flags,
+                              .xStepSize = xStepSize};
+    return analyse(request, dataarray2, {{&xRideIndex, 1}}, "ride2chan_drv");
 }
 
 ReturnCode rideseg2chan_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mmFilter,
@@ -84,20 +87,27 @@ ReturnCode rideseg2chan_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mm
                             std::span<const std::int32_t> exclusion_flags, float xStepSize,
                             std::span<const std::int32_t> iNumSegmentPoints,
                             std::span<float> xOutput, std::span<float> xSegLength) {
-    const RideRequest request{ifExcludeLeaveout, if250mmFilter,  segmented_report,
-                              iRideIndex,        dataarray1,     exclusion_flags,
-                              xStepSize,         no_base_length, iNumSegmentPoints};
-    float scratch_index = 0.0F;
-    return analyse(request, dataarray2, {scratch_index, xOutput, xSegLength}, "rideseg2chan_drv");
+    const RideRequest request{.ifExcludeLeaveout = ifExcludeLeaveout,
+                              .if250mmFilter = if250mmFilter,
+                              .i_reptype = segmented_report,
+                              .i_rideindexsel = iRideIndex,
+                              .xDataArray = dataarray1,
+                              .iExclusionFlags = exclusion_flags,
+                              .xStepSize = xStepSize,
+                              .iNumSegmentPoints = iNumSegmentPoints};
+    return analyse(request, dataarray2, {xOutput, xSegLength}, "rideseg2chan_drv");
 }
 
 ReturnCode ridecon2chan_drv(std::int32_t if250mmFilter, std::int32_t iRideIndex,
                             std::span<const float> dataarray1, std::span<const float> dataarray2,
                             float xStepSize, float xBaseLength, std::span<float> xOutput) {
-    const RideRequest request{vialto_no, if250mmFilter, continuous_report, iRideIndex, dataarray1,
-                              {},        xStepSize,     xBaseLength};
-    float scratch_index = 0.0F;
-    return analyse(request, dataarray2, {scratch_index, xOutput}, "ridecon2chan_drv");
+    const RideRequest request{.if250mmFilter = if250mmFilter,
+                              .i_reptype = continuous_report,
+                              .i_rideindexsel = iRideIndex,
+                              .xDataArray = dataarray1,
+                              .xStepSize = xStepSize,
+                              .xBaseLength = xBaseLength};
+    return analyse(request, dataarray2, {xOutput}, "ridecon2chan_drv");
 }
 
 } // namespace vialto

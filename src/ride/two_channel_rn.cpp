@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <optional>
+#include <iterator>
 #include <string_view>
 #include <vector>
 
@@ -23,7 +23,7 @@ constexpr float ride_number_rate = -160.0F; // per m/m of PTRN
 
 // The filtered slopes of both tracks. One record serves both, as their valid ranges are the same.
 struct FilteredTracks {
-    tFiltCon record;
+    tFiltCon settings;
     std::vector<float> left;
     std::vector<float> right;
 };
@@ -46,7 +46,7 @@ TrackStatistics ptrn_of_stretch(const RideRequest& request, const FilteredTracks
                                 std::int32_t first, std::int32_t last) {
     const auto ptrn = [&](std::span<const float> track) {
         return postproc_pi(track, request.iExclusionFlags, request.ifExcludeLeaveout, first, last,
-                           tracks.record.xPowerWeighting);
+                           tracks.settings.xPowerWeighting);
     };
     const StretchStatistic right = ptrn(tracks.right);
     return {ptrn(tracks.left).index, right.index, right.actual};
@@ -54,28 +54,27 @@ TrackStatistics ptrn_of_stretch(const RideRequest& request, const FilteredTracks
 
 // With all samples left out both tracks are holes, -1.0, and the Ride Number underflows to 0.0:
 // deliberate.
-void normal_2chan_rn(const RideRequest& request, const FilteredTracks& tracks, float& xRideIndex) {
-    const TrackStatistics ptrn =
-        ptrn_of_stretch(request, tracks, tracks.record.iBeginElemIdx, tracks.record.iEndElemIdx);
-    xRideIndex = ride_number(root_mean_square(ptrn.left, ptrn.right));
+void normal_2chan_rn(const RideRequest& request, const FilteredTracks& tracks,
+                     const RideOutput& output) {
+    const TrackStatistics ptrn = ptrn_of_stretch(request, tracks, tracks.settings.iBeginElemIdx,
+                                                 tracks.settings.iEndElemIdx);
+    output.xOutput.front() = ride_number(root_mean_square(ptrn.left, ptrn.right));
 }
 
 // A hole repeats the length of the segment before it, unlike in segmented_pi, and a segment whose
 // PTRN is exactly zero becomes a hole rather than a 5.0: both deliberate.
 ReturnCode segmented_2chan_rn(const RideRequest& request, const FilteredTracks& tracks,
                               const RideOutput& output) {
-    SegmentWalk walk(request.iNumSegmentPoints, tracks.record, tracks.left.size());
+    SegmentWalk walk(request.iNumSegmentPoints, tracks.settings, tracks.left.size());
     TrackStatistics ptrn{};
     for (std::size_t k = 0; k < request.iNumSegmentPoints.size(); ++k) {
-        const std::optional<Segment> segment = walk.next();
-        if (!segment) {
+        const Segment segment = walk.next();
+        if (segment.kind == SegmentKind::beyond_array) {
             return raise_failure(segment_beyond_array, name, error_code_request);
         }
-        if (segment->is_hole()) {
-            ptrn = {0.0F, 0.0F, ptrn.actual};
-        } else {
-            ptrn = ptrn_of_stretch(request, tracks, segment->first, segment->last);
-        }
+        ptrn = segment.kind == SegmentKind::of_samples
+                   ? ptrn_of_stretch(request, tracks, segment.first, segment.last)
+                   : TrackStatistics{0.0F, 0.0F, ptrn.actual};
         output.xOutput[k] = ptrn.left > 0.0F || ptrn.right > 0.0F
                                 ? root_mean_square(ptrn.left, ptrn.right)
                                 : hole_value;
@@ -90,22 +89,20 @@ ReturnCode segmented_2chan_rn(const RideRequest& request, const FilteredTracks& 
 // Both terms of the mean are the left track's: deliberate.
 ReturnCode continuous_2chan_rn(const RideRequest& request, FilteredTracks& tracks,
                                std::span<float> xOutput) {
-    tFiltCon& record = tracks.record;
+    const tFiltCon& settings = tracks.settings;
     if (moving_statistic(tracks.left, request.xStepSize, request.xBaseLength,
-                         record.xPowerWeighting, record, xOutput) != success) {
+                         settings.xPowerWeighting, xOutput) != success) {
         return pass_failure("continuous_2chan_rn");
     }
     for (float& value : xOutput) {
         value = ride_number(root_mean_square(value, value));
     }
-    // The index fields are those of the filter that ran last: behind the moving average they span
-    // the profile, and only the first sample goes; behind the quarter car alone the last ones do,
-    // too.
-    const auto head =
-        xOutput.first(std::min(static_cast<std::size_t>(record.iBeginElemIdx) + 1, xOutput.size()));
-    const auto tail = xOutput.subspan(static_cast<std::size_t>(record.iEndElemIdx) + 1);
-    std::fill(head.begin(), head.end(), 0.0F);
-    std::fill(tail.begin(), tail.end(), 0.0F);
+    // The first sample goes always, and of a statistic that is not smoothed what lies behind the
+    // filtered slopes: deliberate.
+    const bool smoothed = is_smoothed(request.xBaseLength, request.xStepSize);
+    const std::ptrdiff_t valid = smoothed ? std::ssize(xOutput) : settings.iEndElemIdx + 1;
+    std::fill_n(xOutput.begin(), std::min(xOutput.size(), std::size_t{1}), 0.0F);
+    std::fill(xOutput.begin() + valid, xOutput.end(), 0.0F);
     return success;
 }
 
@@ -113,10 +110,11 @@ ReturnCode continuous_2chan_rn(const RideRequest& request, FilteredTracks& track
 
 ReturnCode twochan_rn(const RideRequest& request, std::span<const float> right,
                       const RideOutput& output) {
-    FilteredTracks tracks{.record = quarter_car_settings(idx_ridests_RN, request.if250mmFilter),
+    FilteredTracks tracks{.settings = quarter_car_settings(idx_ridests_RN, request.if250mmFilter),
                           .left = std::vector<float>(request.xDataArray.size()),
                           .right = {}};
-    if (filtcon_drv(request.xDataArray, request.xStepSize, tracks.record, tracks.left) != success) {
+    if (filtcon_drv(request.xDataArray, request.xStepSize, tracks.settings, tracks.left) !=
+        success) {
         return pass_failure(name);
     }
     if (request.i_reptype == continuous_report) {
@@ -126,12 +124,12 @@ ReturnCode twochan_rn(const RideRequest& request, std::span<const float> right,
                                                                                : pass_failure(name);
     }
     tracks.right.resize(right.size());
-    if (filtcon_drv(right, request.xStepSize, tracks.record, tracks.right) != success) {
+    if (filtcon_drv(right, request.xStepSize, tracks.settings, tracks.right) != success) {
         return pass_failure(name);
     }
     switch (request.i_reptype) {
     case normal_report:
-        normal_2chan_rn(request, tracks, output.xRideIndex);
+        normal_2chan_rn(request, tracks, output);
         return success;
     case segmented_report:
         return segmented_2chan_rn(request, tracks, output);

@@ -65,21 +65,21 @@ ReturnCode check_report_type(std::int32_t i_reptype) {
 
 } // namespace
 
-ReturnCode compute_wimindex(const RideRequest& request, const RideOutput& output,
-                            std::span<float> filtered) {
+ReturnCode compute_wimindex(const RideRequest& request, const RideOutput& output) {
     if (request.xDataArray.size() > longest_profile) {
         return raise_failure("Current JQV is not suitable to handle large data set. Sorry for the "
                              "inconvenience",
                              name, error_code_request);
     }
     tFiltCon bridging = bridging_settings(request.if250mmFilter);
-    if (filtcon_drv(request.xDataArray, request.xStepSize, bridging, filtered) != success) {
+    std::vector<float> elevation(request.xDataArray.size());
+    if (filtcon_drv(request.xDataArray, request.xStepSize, bridging, elevation) != success) {
         return pass_failure(name);
     }
     // The valid samples are taken from the start of the array, wherever their range lies in it:
     // deliberate. A window of the bridge filter that is longer than the profile leaves none.
-    const std::int32_t valid = std::max(bridging.iEndElemIdx - bridging.iBeginElemIdx + 1, 0);
-    const std::span<float> elevation = filtered.first(static_cast<std::size_t>(valid));
+    elevation.resize(
+        static_cast<std::size_t>(std::max(bridging.iEndElemIdx - bridging.iBeginElemIdx + 1, 0)));
     std::vector<float> slope(elevation.size());
     tFiltCon band_pass = band_pass_settings();
     if (filtcon_drv(elevation, request.xStepSize, band_pass, slope) != success) {
@@ -88,14 +88,13 @@ ReturnCode compute_wimindex(const RideRequest& request, const RideOutput& output
     if (check_report_type(request.i_reptype) != success) {
         return failure;
     }
-    const std::span<float> rectified = elevation; // whose samples have served
-    if (postproc_conpi(request, band_pass.xPowerWeighting, slope, rectified, vialto_yes) !=
-        success) {
-        return pass_failure(name);
-    }
-    const auto shaded = output.xOutput.first(rectified.size());
-    shroud(rectified, request.xStepSize, shaded, back_shroud_distance, fore_shroud_distance);
-    std::fill(output.xOutput.begin() + valid, output.xOutput.end(), 0.0F);
+    // The statistic of a sample alone. The request's base length smooths nothing: deliberate.
+    raise_to_power(slope, band_pass.xPowerWeighting);
+    take_root(slope, band_pass.xPowerWeighting);
+    shroud(slope, request.xStepSize, output.xOutput.first(slope.size()), back_shroud_distance,
+           fore_shroud_distance);
+    std::fill(output.xOutput.begin() + static_cast<std::ptrdiff_t>(slope.size()),
+              output.xOutput.end(), 0.0F);
     return success;
 }
 

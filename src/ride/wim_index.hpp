@@ -10,15 +10,13 @@
 namespace vialto {
 
 // Works on the request of ride_stats, whose if250mmFilter is the bridging switch here (1 runs the
-// bridge filter first, any other value does not) and whose base length has no effect; `filtered`,
-// as long as the profile, serves as its work array.
+// bridge filter first, any other value does not) and whose base length has no effect.
 //
 // Returned: the index per sample in output.xOutput, in the profile's unit per metre, 0.0 behind the
 // last sample that the bridge filter gives.
 //
 // Fails for a profile of more than 50000 samples, before any filter runs; with the failures of the
 // filters; and, after they have run, for any report but the continuous one.
-[[nodiscard]] ReturnCode compute_wimindex(const RideRequest& request, const RideOutput& output,
-                                          std::span<float> filtered);
+[[nodiscard]] ReturnCode compute_wimindex(const RideRequest& request, const RideOutput& output);
 
 } // namespace vialto

@@ -242,9 +242,12 @@ TEST(SegmentWalk, SharesBoundariesStepsBackBehindHolesAndEndsBeyondTheArray) {
     for (const auto& [exclude, counts, expected] : cases) {
         Floats index(counts.size(), untouched);
         Floats length(counts.size(), untouched);
-        const RideRequest request{exclude, 0, 0, 0, {}, flags, 0.5F, no_base_length, counts};
+        const RideRequest request{.ifExcludeLeaveout = exclude,
+                                  .iExclusionFlags = flags,
+                                  .xStepSize = 0.5F,
+                                  .iNumSegmentPoints = counts};
         const tFiltCon filter{0, 0, 0, 0, 0, 0, 0, 0, 1.0F, 0, 9};
-        const ReturnCode code = segmented_pi(request, filter, slope, {index[0], index, length});
+        const ReturnCode code = segmented_pi(request, filter, slope, {index, length});
         EXPECT_EQ(told(code == success ? "" : "beyond", index) + told("", length), expected);
     }
 }
