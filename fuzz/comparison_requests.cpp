@@ -43,7 +43,15 @@ tProfAnalysis analysis(FuzzedHost& host) {
     return analysis;
 }
 
-void compare(FuzzedHost& host) {
+struct Plan {
+    std::int32_t reference_count;
+    std::int32_t test_count;
+    tProfAnalysis* settings;
+    tProfinfo* infos;
+    std::int32_t* offsets;
+};
+
+Plan plan(FuzzedHost& host) {
     const std::int32_t reference_count = host.length();
     const std::int32_t test_count = host.length();
     tProfAnalysis* settings = host.record(analysis(host));
@@ -51,21 +59,30 @@ void compare(FuzzedHost& host) {
                                                             profile_info(host, test_count)});
     std::int32_t* offsets = host.record(41);
     host.call([&](tEvent* event) { return CC_CoeffArray(offsets, settings, infos, event); });
+    return {reference_count, test_count, settings, infos, offsets};
+}
 
-    const std::int32_t room =
-        offsets == nullptr ? 41 : std::clamp(*offsets, std::int32_t{0}, most_offsets);
+void plan_alone(FuzzedHost& host) {
+    (void)plan(host);
+}
+
+void compare(FuzzedHost& host) {
+    const Plan planned = plan(host);
+    const std::int32_t room = planned.offsets == nullptr
+                                  ? 41
+                                  : std::clamp(*planned.offsets, std::int32_t{0}, most_offsets);
     const std::int32_t named = host.size_of(room);
-    const std::int32_t reference_size = host.size_of(reference_count);
-    const std::int32_t test_size = host.size_of(test_count);
-    const float* reference = host.given(host.profile(reference_count));
-    const float* test = host.given(host.profile(test_count));
+    const std::int32_t reference_size = host.size_of(planned.reference_count);
+    const std::int32_t test_size = host.size_of(planned.test_count);
+    const float* reference = host.given(host.profile(planned.reference_count));
+    const float* test = host.given(host.profile(planned.test_count));
     float* final_cc = host.returned<float>(room);
     float* offset = host.returned<float>(room);
-    float* filtered_reference = host.returned<float>(reference_count);
-    float* filtered_test = host.returned<float>(test_count);
+    float* filtered_reference = host.returned<float>(planned.reference_count);
+    float* filtered_test = host.returned<float>(planned.test_count);
     host.call([&](tEvent* event) {
-        return ccfunc(reference_size, test_size, named, reference, test, settings, infos, final_cc,
-                      offset, filtered_reference, filtered_test, event);
+        return ccfunc(reference_size, test_size, named, reference, test, planned.settings,
+                      planned.infos, final_cc, offset, filtered_reference, filtered_test, event);
     });
 }
 
@@ -86,7 +103,8 @@ void repeatability(FuzzedHost& host) {
 } // namespace
 
 std::span<const Request> comparison_requests() {
-    static constexpr Request requests[] = {{"ccfunc", compare}, {"pcbia_dlldrv", repeatability}};
+    static constexpr Request requests[] = {
+        {"ccfunc", compare}, {"pcbia_dlldrv", repeatability}, {"CC_CoeffArray", plan_alone}};
     return requests;
 }
 

@@ -1,0 +1,33 @@
+# Every function that the header declares stands in each of the lists that are kept by hand: a table
+# that a reader looks into, or a row that tries the function out.
+cmake_minimum_required(VERSION 3.21)
+include(${CMAKE_CURRENT_LIST_DIR}/../cmake/VialtoHeader.cmake)
+cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH root)
+
+# Looks for `entry`, with a name in the place of @, in the files that match `files`.
+set(missing FALSE)
+macro(expect what entry files)
+  file(GLOB paths ${root}/${files})
+  set(text "\n")
+  foreach(path IN LISTS paths)
+    file(READ ${path} content)
+    string(APPEND text "${content}")
+  endforeach()
+  foreach(name IN LISTS VIALTO_FUNCTIONS)
+    string(REPLACE "@" "${name}" looked_for "${entry}")
+    string(FIND "${text}" "${looked_for}" place)
+    if(place EQUAL -1)
+      message("${name} has no ${what} in ${files}")
+      set(missing TRUE)
+    endif()
+  endforeach()
+endmacro()
+
+expect("request" "{\"@\"," "fuzz/*_requests.cpp")
+expect("digest" "\n@ " "tests/library/same_bits.txt")
+expect("benchmark" "->Name(\"@\");" "bench/exports_bench.cpp")
+expect("argument types" "    \"@\": (" "python/vialto/_library.py")
+expect("row in the table of functions" "\n| `@` |" "README.md")
+if(missing)
+  message(FATAL_ERROR "Functions of vialto.h are missing, see above.")
+endif()
