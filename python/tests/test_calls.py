@@ -6,6 +6,7 @@ from concurrent.futures import ThreadPoolExecutor
 
 import numpy as np
 import pytest
+from numpy.typing import NDArray
 
 import vialto
 from roads import INTERVAL, SAMPLES, SLAB, SLABS, WAVE, rough_road
@@ -33,6 +34,8 @@ def test_temporary_directory_that_is_missing(monkeypatch: pytest.MonkeyPatch) ->
     [
         (ValueError, lambda: vialto.ride_index([WAVE], INTERVAL)),
         (ValueError, lambda: vialto.two_track_ride_index(WAVE, WAVE[1:], INTERVAL)),
+        (ValueError, lambda: vialto.ride_index(WAVE, 25.0)),
+        (ValueError, lambda: vialto.comparison_grid(INTERVAL, np.nan)),
         (ValueError, lambda: vialto.ride_index(WAVE, INTERVAL, excluded=[True])),
         (ValueError, lambda: vialto.repeatability(np.zeros((9, 1057)), np.zeros(1057))),
         (ValueError, lambda: vialto.segment_ride_indices(WAVE, INTERVAL, [100.5])),
@@ -49,6 +52,48 @@ def test_arguments_that_do_not_fit_are_refused(
 ) -> None:
     with pytest.raises(error):
         analysis()
+
+
+def with_a_nan() -> NDArray[np.float64]:
+    road = rough_road(12)
+    road[[700, 900]] = np.nan, -np.inf
+    return road
+
+
+@pytest.mark.parametrize(
+    ("name", "analysis"),
+    [
+        ("profile", lambda bad: vialto.ride_index(bad, INTERVAL)),
+        ("profile", lambda bad: vialto.wim_error_index(bad, INTERVAL)),
+        ("right", lambda bad: vialto.two_track_ride_index(WAVE, bad, INTERVAL)),
+        ("left", lambda bad: vialto.find_joints(bad, WAVE, INTERVAL)),
+        ("trace", lambda bad: vialto.profile_index(bad, INTERVAL)),
+        ("test", lambda bad: vialto.compare_profiles(WAVE, bad, INTERVAL)),
+        ("values", lambda bad: vialto.histogram(bad, classes=4, low=0.0, high=1.0)),
+    ],
+)
+def test_samples_that_are_not_finite_are_refused(
+    name: str, analysis: Callable[[object], object]
+) -> None:
+    with pytest.raises(ValueError, match=rf"^{name} holds 2 of 2400 .* first at index 700 \(nan\)"):
+        analysis(with_a_nan())
+
+
+def test_library_answers_for_itself_where_asked() -> None:
+    index = vialto.wim_error_index(
+        with_a_nan(), INTERVAL, bridging_filter=False, allow_nonfinite=True
+    )
+    assert not index.any()
+
+
+def test_units_that_are_surely_wrong_are_warned_of() -> None:
+    road = rough_road(13)
+    with pytest.warns(vialto.UnitWarning, match=r"profile has slopes of .* is it in metres"):
+        vialto.ride_index(1000.0 * road, INTERVAL)
+    with pytest.warns(vialto.UnitWarning, match="is it in millimetres"):
+        vialto.joint_faults(road, INTERVAL, [100.0], window_mm=200.0)
+    with pytest.warns(vialto.UnitWarning, match="left reaches 12.. m, .* subtract a constant"):
+        vialto.two_track_ride_index(road + 1200.0, road, INTERVAL)
 
 
 def test_layout_and_type_make_no_difference() -> None:
@@ -69,7 +114,7 @@ def test_threads_take_turns() -> None:
 def test_no_analysis_changes_what_it_is_given() -> None:
     left = rough_road(10).astype(np.float32)
     right = rough_road(11).astype(np.float32)
-    slabs = SLABS.astype(np.float32)
+    slabs, slabs_mm = SLABS.astype(np.float32), (1000.0 * SLABS).astype(np.float32)
     mask = np.zeros(SAMPLES, np.int32)
     points = np.array([801, 801, 799], np.int32)
     places = SLAB * np.arange(1, 5)
@@ -105,13 +150,15 @@ def test_no_analysis_changes_what_it_is_given() -> None:
         ),
         "pcbia_dlldrv": lambda: vialto.repeatability(runs, runs[0]),
         "joint_id_dlldrv": lambda: vialto.find_joints(slabs, slabs, INTERVAL, spacing=SLAB),
-        "joint_fault_dlldrv": lambda: vialto.joint_faults(slabs, INTERVAL, places, window_mm=200.0),
+        "joint_fault_dlldrv": lambda: vialto.joint_faults(
+            slabs_mm, INTERVAL, places, window_mm=200.0
+        ),
         "antismth_dlldrv": lambda: vialto.anti_smooth(*one),
         "histgrm_dlldrv": lambda: vialto.histogram(
             left, classes=5, low=-0.01, high=0.01, excluded=mask
         ),
     }
-    arrays = [left, right, slabs, mask, points, places, runs]
+    arrays = [left, right, slabs, slabs_mm, mask, points, places, runs]
     before = [array.copy() for array in arrays]
     for name, analysis in analyses.items():
         analysis()

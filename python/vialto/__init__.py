@@ -9,6 +9,7 @@ from importlib.metadata import PackageNotFoundError, version
 
 from ._arrays import ValidRange
 from ._library import VialtoError, load
+from ._profiles import UnitWarning
 from .comparison import (
     Comparison,
     ComparisonGrid,
@@ -43,6 +44,7 @@ from .profilograph import (
     profile_index,
     profilograph_trace,
 )
+from .reading import read_road
 from .ride import (
     RideIndex,
     SegmentIndices,
@@ -54,6 +56,7 @@ from .ride import (
     two_track_segment_ride_indices,
     wim_error_index,
 )
+from .road import Quality, Road, RoadError
 from .spectra import (
     Density,
     Spectrum,
@@ -62,6 +65,7 @@ from .spectra import (
     rolling_straightedge,
 )
 from .statistics import Histogram, histogram
+from .tables import roughness, stretches
 
 __all__ = [
     "TWELVE_WHEELS",
@@ -90,11 +94,15 @@ __all__ = [
     "Pass",
     "ProfileIndex",
     "ProfilographTrace",
+    "Quality",
     "Repeatability",
     "RideIndex",
+    "Road",
+    "RoadError",
     "SegmentIndices",
     "Spectrum",
     "StraightedgeResponse",
+    "UnitWarning",
     "ValidRange",
     "VialtoError",
     "anti_smooth",
@@ -112,10 +120,13 @@ __all__ = [
     "power_spectral_density",
     "profile_index",
     "profilograph_trace",
+    "read_road",
     "repeatability",
     "ride_index",
     "rolling_straightedge",
+    "roughness",
     "segment_ride_indices",
+    "stretches",
     "two_track_continuous_ride_index",
     "two_track_ride_index",
     "two_track_segment_ride_indices",

@@ -39,14 +39,26 @@ def _line(values: ArrayLike, name: str, dtype: type) -> NDArray[Any]:
     return np.ascontiguousarray(array)
 
 
-def reals(values: ArrayLike, name: str) -> Reals:
+def _finite(array: NDArray[Any], name: str, allow_nonfinite: bool) -> NDArray[Any]:
+    """The array, if all of it is finite or need not be."""
+    if allow_nonfinite or np.isfinite(array).all():
+        return array
+    spoilt = np.flatnonzero(~np.isfinite(array))
+    first = spoilt[0]
+    raise ValueError(
+        f"{name} holds {spoilt.size} of {array.size} values that are not finite,"
+        f" the first at index {first} ({array[first]})"
+    )
+
+
+def reals(values: ArrayLike, name: str, allow_nonfinite: bool = False) -> Reals:
     """The values as the library reads them; a copy only where it takes one."""
-    return _line(values, name, np.float32)
+    return _finite(_line(values, name, np.float32), name, allow_nonfinite)
 
 
-def doubles(values: ArrayLike, name: str) -> Doubles:
+def doubles(values: ArrayLike, name: str, allow_nonfinite: bool = False) -> Doubles:
     """The same in 64-bit."""
-    return _line(values, name, np.float64)
+    return _finite(_line(values, name, np.float64), name, allow_nonfinite)
 
 
 def integers(values: ArrayLike, name: str) -> Integers:
@@ -58,14 +70,6 @@ def integers(values: ArrayLike, name: str) -> Integers:
     if array.size > 0 and not (limits.min <= array.min() and array.max() <= limits.max):
         raise OverflowError(f"{name} holds a number that is no 32-bit integer")
     return np.ascontiguousarray(array, dtype=np.int32)
-
-
-def tracks(left: ArrayLike, right: ArrayLike) -> tuple[Reals, Reals]:
-    """The profiles of two wheel tracks, of one length."""
-    pair = reals(left, "left"), reals(right, "right")
-    if pair[0].size != pair[1].size:
-        raise ValueError(f"the tracks have {pair[0].size} and {pair[1].size} samples")
-    return pair
 
 
 def mask(flags: ArrayLike | None, size: int, name: str) -> Integers | None:

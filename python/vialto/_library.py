@@ -286,9 +286,15 @@ def _default_path() -> str:
 
 
 def _open(path: str) -> ctypes.CDLL:
-    if sys.platform == "win32":
-        return ctypes.WinDLL(path)  # stdcall on 32-bit Windows
-    return ctypes.CDLL(path)
+    try:
+        if sys.platform == "win32":
+            return ctypes.WinDLL(path)  # stdcall on 32-bit Windows
+        return ctypes.CDLL(path)
+    except OSError as problem:
+        raise OSError(
+            f"the library cannot be loaded: {problem}; set VIALTO_LIBRARY to its path, or install"
+            " the package, which holds it, with pip"
+        ) from problem
 
 
 def load(path: os.PathLike[str] | str | None = None) -> None:

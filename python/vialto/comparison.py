@@ -14,6 +14,7 @@ from numpy.typing import ArrayLike
 
 from ._arrays import Reals, reals
 from ._library import YES, call, yes_or_no
+from ._profiles import check_interval, profile_in_metres
 from ._records import ProfAnalysis, Profinfo
 from .filters import Filter
 
@@ -68,6 +69,8 @@ def comparison_grid(
     upsampling  brings both profiles to a common finer step; otherwise the step
                 is the reference profile's interval
     """
+    check_interval(reference_interval, "reference_interval")
+    check_interval(test_interval, "test_interval")
     profiles = (Profinfo * 2)(
         Profinfo(x_sampleinterval=reference_interval), Profinfo(x_sampleinterval=test_interval)
     )
@@ -89,6 +92,7 @@ def compare_profiles(
     test_section: tuple[int, int] | None = None,
     padding: bool = True,
     upsampling: bool = True,
+    allow_nonfinite: bool = False,
 ) -> Comparison:
     """Agreement of a test profile with a reference profile, by
     cross-correlation (CC_CoeffArray and ccfunc).
@@ -101,9 +105,10 @@ def compare_profiles(
     padding                 reflects the profiles about their ends for the
                             filter
     """
-    base, other = reals(reference, "reference"), reals(test, "test")
     if test_interval is None:
         test_interval = reference_interval
+    base = profile_in_metres(reference, reference_interval, "reference", allow_nonfinite)
+    other = profile_in_metres(test, test_interval, "test", allow_nonfinite)
     grid = comparison_grid(
         reference_interval, test_interval, max_offset=max_offset, upsampling=upsampling
     )
@@ -150,16 +155,19 @@ def compare_profiles(
     )
 
 
-def repeatability(runs: ArrayLike, reference: ArrayLike) -> Repeatability:
+def repeatability(
+    runs: ArrayLike, reference: ArrayLike, *, allow_nonfinite: bool = False
+) -> Repeatability:
     """Precision and bias of ten runs of 1057 points against the true profile,
     all in metres (pcbia_dlldrv)."""
-    runs = np.ascontiguousarray(runs, np.float32)
-    truth = reals(reference, "reference")
-    if runs.shape != (RUNS, POINTS) or truth.size != POINTS:
+    rows = np.asarray(runs, np.float32)
+    samples = reals(rows.ravel(), "runs", allow_nonfinite)
+    truth = reals(reference, "reference", allow_nonfinite)
+    if rows.shape != (RUNS, POINTS) or truth.size != POINTS:
         raise ValueError(f"{RUNS} runs of {POINTS} points are needed")
     precision, bias = c_float(), c_float()
     precision_class, bias_class = c_int32(), c_int32()
-    call("pcbia_dlldrv", runs.ravel(), truth, precision, bias, precision_class, bias_class)
+    call("pcbia_dlldrv", samples, truth, precision, bias, precision_class, bias_class)
     return Repeatability(precision.value, bias.value, precision_class.value, bias_class.value)
 
 

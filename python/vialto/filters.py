@@ -8,8 +8,9 @@ from enum import IntEnum
 
 from numpy.typing import ArrayLike
 
-from ._arrays import Reals, ValidRange, reals
+from ._arrays import Reals, ValidRange
 from ._library import call, yes_or_no
+from ._profiles import profile_in_metres
 from ._records import FiltCon
 
 
@@ -72,11 +73,17 @@ class AntiSmoothed(ValidRange):
     deviation: Reals  #: m; distance of a sample from the mean about it
 
 
-def anti_smooth(profile: ArrayLike, interval: float, *, base_length: float = 0.25) -> AntiSmoothed:
+def anti_smooth(
+    profile: ArrayLike,
+    interval: float,
+    *,
+    base_length: float = 0.25,
+    allow_nonfinite: bool = False,
+) -> AntiSmoothed:
     """Distance of each sample from the mean of a window around it
     (antismth_dlldrv). Profile, interval and the window's base length are in
     metres."""
-    deviation = reals(profile, "profile").copy()
+    deviation = profile_in_metres(profile, interval, "profile", allow_nonfinite).copy()
     first, last = c_int32(), c_int32()
     call("antismth_dlldrv", interval, base_length, deviation.size, deviation, first, last)
     return AntiSmoothed(first=first.value, last=last.value, deviation=deviation)

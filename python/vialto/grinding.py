@@ -12,8 +12,9 @@ from enum import IntEnum
 import numpy as np
 from numpy.typing import ArrayLike
 
-from ._arrays import Integers, Reals, reals, tracks
+from ._arrays import Integers, Reals
 from ._library import call, yes_or_no
+from ._profiles import profile_in_metres, tracks_in_metres
 from ._records import MOST_PASSES, GrinderSetup, GrindSpotRecord, MustGrindCfg
 from .ride import RideIndex
 
@@ -90,10 +91,15 @@ class MustGrind:
 
 
 def grind(
-    profile: ArrayLike, interval: float, spots: Sequence[GrindSpot], grinder: Grinder = Grinder()
+    profile: ArrayLike,
+    interval: float,
+    spots: Sequence[GrindSpot],
+    grinder: Grinder = Grinder(),
+    *,
+    allow_nonfinite: bool = False,
 ) -> Ground:
     """Grinds spots of one profile, in their order (grindsimu_dlldrv)."""
-    ground = reals(profile, "profile").copy()
+    ground = profile_in_metres(profile, interval, "profile", allow_nonfinite).copy()
     flags = np.zeros(ground.size, np.int32)
     call(
         "grindsimu_dlldrv",
@@ -114,9 +120,11 @@ def grind_two_tracks(
     interval: float,
     spots: Sequence[GrindSpot],
     grinder: Grinder = Grinder(),
+    *,
+    allow_nonfinite: bool = False,
 ) -> GroundTracks:
     """Grinds the same spots of two tracks (grindsimu_2chan_dlldrv)."""
-    pair = tracks(left, right)
+    pair = tracks_in_metres(left, right, interval, allow_nonfinite)
     ground = pair[0].copy(), pair[1].copy()
     flags = np.zeros(ground[0].size, np.int32)
     call(
@@ -137,12 +145,14 @@ def must_grind(
     interval: float,
     settings: MustGrind = MustGrind(),
     grinder: Grinder = Grinder(),
+    *,
+    allow_nonfinite: bool = False,
 ) -> Integers:
     """A GrindFlag for each sample: what must be ground (mustgrind_dlldrv).
 
     The index of the settings is RideIndex.IRI, .RN or .WIM.
     """
-    samples = reals(profile, "profile")
+    samples = profile_in_metres(profile, interval, "profile", allow_nonfinite)
     flags = np.zeros(samples.size, np.int32)
     call(
         "mustgrind_dlldrv",
@@ -162,6 +172,8 @@ def must_grind_two_tracks(
     interval: float,
     settings: MustGrind = MustGrind(index=RideIndex.MRI),
     grinder: Grinder = Grinder(),
+    *,
+    allow_nonfinite: bool = False,
 ) -> Integers:
     """The same for two tracks, of which each is searched for itself: the
     greater GrindFlag of each sample (mustgrind_2chan_dlldrv).
@@ -169,7 +181,7 @@ def must_grind_two_tracks(
     The index of the settings is RideIndex.MRI or .HRI, which run as IRI, .RN,
     or .TWO_RN with a threshold on the Ride Number's scale of 0 to 5.
     """
-    pair = tracks(left, right)
+    pair = tracks_in_metres(left, right, interval, allow_nonfinite)
     flags = np.zeros(pair[0].size, np.int32)
     call(
         "mustgrind_2chan_dlldrv",

@@ -8,8 +8,9 @@ from enum import IntEnum
 import numpy as np
 from numpy.typing import ArrayLike
 
-from ._arrays import Doubles, Integers, Reals, doubles, reals, tracks
+from ._arrays import Doubles, Integers, Reals, doubles
 from ._library import NO, call
+from ._profiles import profile_in_mm, tracks_in_metres
 from ._records import JointIDCfg
 
 
@@ -47,6 +48,7 @@ def find_joints(
     *,
     spacing: float = 4.572,
     method: JointMethod = JointMethod.ANTI_SMOOTHING,
+    allow_nonfinite: bool = False,
 ) -> tuple[Features, Features]:
     """Joints and cracks of the left and the right track (joint_id_dlldrv).
 
@@ -54,7 +56,7 @@ def find_joints(
     track without a detection is a failure, except with JointMethod.STEP, which
     then reports one joint at a location that is not a number.
     """
-    pair = tracks(left, right)
+    pair = tracks_in_metres(left, right, interval, allow_nonfinite)
     size = pair[0].size
     kinds = np.zeros(size, np.int32), np.zeros(size, np.int32)
     locations = np.full(size, np.nan), np.full(size, np.nan)
@@ -64,7 +66,12 @@ def find_joints(
 
 
 def joint_faults(
-    profile_mm: ArrayLike, interval: float, joints: ArrayLike, *, window_mm: float = 100.0
+    profile_mm: ArrayLike,
+    interval: float,
+    joints: ArrayLike,
+    *,
+    window_mm: float = 100.0,
+    allow_nonfinite: bool = False,
 ) -> Reals:
     """Fault at each joint in millimetres, positive where the slab behind
     stands higher (joint_fault_dlldrv).
@@ -76,7 +83,7 @@ def joint_faults(
 
     NaN at a joint nearer than 2.4384 m to either end of the profile.
     """
-    samples = reals(profile_mm, "profile_mm")
+    samples = profile_in_mm(profile_mm, interval, "profile_mm", allow_nonfinite)
     places = doubles(joints, "joints")
     faults = np.full(places.size, np.nan, np.float32)
     call(

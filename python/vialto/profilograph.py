@@ -16,6 +16,7 @@ from numpy.typing import ArrayLike
 
 from ._arrays import Reals, ValidRange, last_sample, reals
 from ._library import call
+from ._profiles import check_interval
 from ._records import PGDefect, PGLot
 
 #: m; twelve wheels in two groups, at the ends of a beam of 25 feet
@@ -71,6 +72,7 @@ def profilograph_trace(
     wheel_offsets: ArrayLike = TWELVE_WHEELS,
     first: int = 0,
     last: int | None = None,
+    allow_nonfinite: bool = False,
 ) -> ProfilographTrace:
     """The profile at the sensing wheel less the mean height of the support
     wheels, in the unit of the profile (pgfilt_dll).
@@ -79,7 +81,8 @@ def profilograph_trace(
                    sensing wheel, m
     first, last    the stretch to use, inclusive; by default the whole profile
     """
-    samples = reals(profile, "profile")
+    check_interval(interval)
+    samples = reals(profile, "profile", allow_nonfinite)
     offsets = reals(wheel_offsets, "wheel_offsets")
     height = np.full_like(samples, np.nan)
     begin, end = c_int32(), c_int32()
@@ -110,6 +113,7 @@ def profile_index(
     min_width: float = 0.6,
     min_height: float = 0.889,
     rounding: float = 1.27,
+    allow_nonfinite: bool = False,
 ) -> ProfileIndex:
     """Profile index and defects of a profilograph trace (pgindex_dll).
 
@@ -122,7 +126,8 @@ def profile_index(
 
     Heights are in the unit of the trace; the defaults are millimetres.
     """
-    heights = reals(trace, "trace")
+    check_interval(interval)
+    heights = reals(trace, "trace", allow_nonfinite)
     last = last_sample(last, heights.size)
     spans = [(first, last)] if lots is None else list(lots)
     lot_records = (PGLot * len(spans))(*(PGLot(iStart=begin, iEnd=end) for begin, end in spans))

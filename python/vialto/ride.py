@@ -13,8 +13,9 @@ from enum import IntEnum
 import numpy as np
 from numpy.typing import ArrayLike
 
-from ._arrays import Integers, Reals, integers, mask, reals, tracks
+from ._arrays import Integers, Reals, integers, mask
 from ._library import NO, YES, call, yes_or_no
+from ._profiles import profile_in_metres, tracks_in_metres
 
 
 class RideIndex(IntEnum):
@@ -44,6 +45,7 @@ def ride_index(
     index: RideIndex = RideIndex.IRI,
     moving_average: bool = True,
     excluded: ArrayLike | None = None,
+    allow_nonfinite: bool = False,
 ) -> float:
     """Overall ride index of one profile, m/m (ride_dlldrv).
 
@@ -54,7 +56,7 @@ def ride_index(
 
     -1.0 when every sample was left out.
     """
-    samples = reals(profile, "profile")
+    samples = profile_in_metres(profile, interval, "profile", allow_nonfinite)
     result = c_float()
     call(
         "ride_dlldrv",
@@ -77,6 +79,7 @@ def segment_ride_indices(
     *,
     index: RideIndex = RideIndex.IRI,
     moving_average: bool = True,
+    allow_nonfinite: bool = False,
 ) -> SegmentIndices:
     """Ride index of each of a row of segments, m/m (rideseg_dlldrv).
 
@@ -86,7 +89,7 @@ def segment_ride_indices(
 
     The rest as in ride_index.
     """
-    samples = reals(profile, "profile")
+    samples = profile_in_metres(profile, interval, "profile", allow_nonfinite)
     points = integers(segment_points, "segment_points")
     result = _room(points)
     call(
@@ -111,6 +114,7 @@ def continuous_ride_index(
     base_length: float = 7.62,
     index: RideIndex = RideIndex.IRI,
     moving_average: bool = True,
+    allow_nonfinite: bool = False,
 ) -> Reals:
     """Ride index about each sample, m/m (ridecon_dlldrv).
 
@@ -118,7 +122,7 @@ def continuous_ride_index(
     index        RideIndex.IRI, .RN or .WIM. With .WIM moving_average is the
                  bridging filter of wim_error_index, and base_length unused
     """
-    samples = reals(profile, "profile")
+    samples = profile_in_metres(profile, interval, "profile", allow_nonfinite)
     result = np.zeros_like(samples)
     call(
         "ridecon_dlldrv",
@@ -141,6 +145,7 @@ def two_track_ride_index(
     index: RideIndex = RideIndex.MRI,
     moving_average: bool = True,
     excluded: ArrayLike | None = None,
+    allow_nonfinite: bool = False,
 ) -> float:
     """Overall ride index of two wheel tracks (ride2chan_dlldrv).
 
@@ -149,7 +154,7 @@ def two_track_ride_index(
 
     When every sample was left out, -1.0, or 0.0 for the Ride Number.
     """
-    pair = tracks(left, right)
+    pair = tracks_in_metres(left, right, interval, allow_nonfinite)
     size = pair[0].size
     result = c_float()
     call(
@@ -174,13 +179,14 @@ def two_track_segment_ride_indices(
     *,
     index: RideIndex = RideIndex.MRI,
     moving_average: bool = True,
+    allow_nonfinite: bool = False,
 ) -> SegmentIndices:
     """Ride index of two tracks for each segment (rideseg2chan_dlldrv).
 
     The arguments are those of segment_ride_indices, index and its unit those
     of two_track_ride_index.
     """
-    pair = tracks(left, right)
+    pair = tracks_in_metres(left, right, interval, allow_nonfinite)
     points = integers(segment_points, "segment_points")
     result = _room(points)
     call(
@@ -206,6 +212,7 @@ def two_track_continuous_ride_index(
     base_length: float = 7.62,
     index: RideIndex = RideIndex.MRI,
     moving_average: bool = True,
+    allow_nonfinite: bool = False,
 ) -> Reals:
     """Ride index of two tracks about each sample (ridecon2chan_dlldrv).
 
@@ -213,7 +220,7 @@ def two_track_continuous_ride_index(
     index        as in two_track_ride_index; the Ride Number is that of the
                  left track alone
     """
-    pair = tracks(left, right)
+    pair = tracks_in_metres(left, right, interval, allow_nonfinite)
     result = np.zeros_like(pair[0])
     call(
         "ridecon2chan_dlldrv",
@@ -234,6 +241,7 @@ def wim_error_index(
     *,
     bridging_filter: bool = True,
     shrouding_distance: float = 0.0,
+    allow_nonfinite: bool = False,
 ) -> Reals:
     """WIM error index at each sample, m/m (wimindex_dlldrv): how strongly the
     roughness around it would disturb a weigh-in-motion scale placed there.
@@ -241,7 +249,7 @@ def wim_error_index(
     bridging_filter     lets a tyre of 0.25 m bridge what is narrower first
     shrouding_distance  m; goes to the diagnostic file, and has no effect
     """
-    samples = reals(profile, "profile")
+    samples = profile_in_metres(profile, interval, "profile", allow_nonfinite)
     result = np.zeros_like(samples)
     call(
         "wimindex_dlldrv",

@@ -12,8 +12,9 @@ from enum import IntEnum
 import numpy as np
 from numpy.typing import ArrayLike
 
-from ._arrays import Reals, ValidRange, last_sample, reals
+from ._arrays import Reals, ValidRange, last_sample
 from ._library import NO, YES, call
+from ._profiles import profile_in_metres
 
 
 class Density(IntEnum):
@@ -46,6 +47,7 @@ def power_spectral_density(
     frequency_interval: float | None = None,
     first: int = 0,
     last: int | None = None,
+    allow_nonfinite: bool = False,
 ) -> Spectrum:
     """Power spectral density of a stretch of profile (psd_dll).
 
@@ -55,7 +57,7 @@ def power_spectral_density(
                         the stretch allows
     first, last         the stretch, inclusive; by default the whole profile
     """
-    samples = reals(profile, "profile")
+    samples = profile_in_metres(profile, interval, "profile", allow_nonfinite)
     last = last_sample(last, samples.size)
     size = last - first + 1
     even = frequency_interval is not None
@@ -83,10 +85,14 @@ def power_spectral_density(
 
 
 def rolling_straightedge(
-    profile: ArrayLike, interval: float, *, length: float = 3.0
+    profile: ArrayLike,
+    interval: float,
+    *,
+    length: float = 3.0,
+    allow_nonfinite: bool = False,
 ) -> StraightedgeResponse:
     """Deflection under a straightedge of a length in metres (rse_dlldrv)."""
-    samples = reals(profile, "profile")
+    samples = profile_in_metres(profile, interval, "profile", allow_nonfinite)
     deflection = np.zeros_like(samples)
     acceleration = c_float()
     first, last = c_int32(), c_int32()

@@ -27,6 +27,7 @@ def histogram(
     step: float | None = None,
     threshold: float | None = None,
     excluded: ArrayLike | None = None,
+    allow_nonfinite: bool = False,
 ) -> Histogram:
     """Percentages of the values in classes (histgrm_dlldrv).
 
@@ -40,7 +41,7 @@ def histogram(
 
     Boundaries, step and threshold are in the unit of the values.
     """
-    series = reals(values, "values")
+    series = reals(values, "values", allow_nonfinite)
     if step is None:
         step = (high - low) / (classes - 2) if classes > 2 else high - low
     if threshold is None:

@@ -1,0 +1,141 @@
+"""What an engineer asks of a road, as tables."""
+
+from __future__ import annotations
+
+from itertools import pairwise
+from typing import TYPE_CHECKING
+
+import numpy as np
+from numpy.typing import ArrayLike, NDArray
+
+from ._arrays import Doubles
+from ._pandas import table
+from .grinding import GrindFlag
+from .ride import RideIndex, segment_ride_indices, two_track_segment_ride_indices
+from .road import TRACKS, Road
+
+if TYPE_CHECKING:
+    import pandas as pd
+
+M_PER_KM = 1000.0  # of a roughness in m/m
+UNFILTERED_END = 0.25  # m; what carries no index at the end of a road
+ROUNDING = 1e-9  # of a number of sections
+
+
+def roughness(road: Road, length: float = 100.0) -> pd.DataFrame:
+    """Roughness of each section of a road.
+
+    The filters run through the whole road once, so that no section starts cold.
+
+    Parameters
+    ----------
+    road : Road
+        One track or two.
+    length : float
+        Of a section, m; cut to whole samples.
+
+    Returns
+    -------
+    DataFrame
+        A row a section:
+
+        ``begin``, ``end``
+            where it lies, m
+        ``complete``
+            False for a last section that is shorter by more than an interval. A rest of no more
+            than the 250 mm which carry no index belongs to the section before it.
+        ``iri_left``, ``iri_right``
+            International Roughness Index, m/km; NaN for a track that is not there
+        ``mri``, ``hri``
+            Mean and Half-car Roughness Index, m/km; NaN for a road of one track
+        ``ride_number``
+            Ride Number, 0 to 5; of a single track, as if both were alike. For intervals up to
+            0.25 m
+        ``filled``
+            share of samples that were filled when the road was read, 0 to 1
+
+    See Also
+    --------
+    segment_ride_indices, two_track_segment_ride_indices
+        Which give the same numbers in m/m; there, what the last section loses.
+    """
+    if not length >= road.interval:
+        raise ValueError(f"length {length:g} m is shorter than an interval")
+    bounds = _section_bounds(road, length)
+    points = np.diff(bounds) + 1
+    average = road.moving_average
+
+    def one(track: Doubles) -> Doubles:
+        segments = segment_ride_indices(track, road.interval, points, moving_average=average)
+        return M_PER_KM * segments.index.astype(np.float64)
+
+    def both(index: RideIndex, scale: float = 1.0) -> Doubles:
+        left, right = [*road.tracks.values()] * 2 if alone else road.tracks.values()
+        segments = two_track_segment_ride_indices(
+            left, right, road.interval, points, index=index, moving_average=average
+        )
+        return scale * segments.index.astype(np.float64)
+
+    alone = len(road.tracks) == 1
+    iri = {name: one(track) for name, track in road.tracks.items()}
+    none = np.full(points.size, np.nan)
+    return table(
+        begin=road.start + road.interval * bounds[:-1],
+        end=road.start + road.interval * bounds[1:],
+        complete=np.diff(bounds) * road.interval > length - 1.5 * road.interval,
+        **{f"iri_{name}": iri.get(name, none) for name in TRACKS},
+        mri=none if alone else both(RideIndex.MRI, M_PER_KM),
+        hri=none if alone else both(RideIndex.HRI, M_PER_KM),
+        ride_number=both(RideIndex.RIDE_NUMBER),
+        filled=[float(road.filled[a:b].mean()) for a, b in pairwise(bounds)],
+    )
+
+
+def _section_bounds(road: Road, length: float) -> NDArray[np.intp]:
+    """The sample at which each section begins, and the one that ends the last."""
+    last = road.samples - 1
+    whole = int(last * road.interval / length * (1.0 + ROUNDING))
+    bounds = np.asarray(np.rint(np.arange(whole + 1) * length / road.interval), np.intp)
+    rest = last - bounds[-1]
+    if whole > 0 and rest * road.interval <= UNFILTERED_END + road.interval:
+        bounds[-1] = last
+        return bounds
+    return np.append(bounds, last)
+
+
+def stretches(flags: ArrayLike, interval: float, *, start: float = 0.0) -> pd.DataFrame:
+    """Where a road is flagged: what must be ground, or what exceeds a threshold.
+
+    Parameters
+    ----------
+    flags : (N,) bool, or GrindFlag
+        For each sample, such as ``continuous > 0.002``; of the flags of ``must_grind``, those
+        above ``GrindFlag.LEFT`` count.
+    interval : float
+        m
+    start : float
+        Distance of the first sample, m.
+
+    Returns
+    -------
+    DataFrame
+        A row a stretch: its ``first`` and ``last`` sample, ``begin``, ``end`` and ``length`` in
+        metres, and its greatest ``flag``. A sample stands for the interval that begins at it, so
+        that the lengths add up to the flagged share of the road.
+    """
+    values = np.asarray(flags)
+    if values.ndim != 1:
+        raise ValueError(f"flags has {values.ndim} dimensions instead of one")
+    if values.dtype != bool and not np.isin(values, list(GrindFlag)).all():
+        raise ValueError("flags are neither bool nor GrindFlag")
+    flagged = values if values.dtype == bool else values > GrindFlag.LEFT
+    edges = np.flatnonzero(np.diff(np.concatenate([[False], flagged, [False]]).astype(np.int8)))
+    first, behind = edges[::2], edges[1::2]
+    return table(
+        first=first,
+        last=behind - 1,
+        begin=start + interval * first,
+        end=start + interval * behind,
+        length=interval * (behind - first),
+        flag=[values[a:b].max() for a, b in zip(first, behind, strict=True)],
+    )
