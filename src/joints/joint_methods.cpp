@@ -27,25 +27,6 @@ constexpr float curledge_long_wavelength = 50.0F;    // m
 constexpr float short_wavelength = 0.25F;            // m
 constexpr double rejected_location = -1.0;
 
-// Visits, in order, the indexes from `first` up to `end` (not included) for which hit(index) holds.
-// Most of a profile holds none, so whole blocks are looked through at once, without a branch.
-template <class Hit, class Visit>
-void for_each_hit(std::int64_t first, std::int64_t end, const Hit& hit, const Visit& visit) {
-    constexpr std::int64_t block = 64;
-    for (std::int64_t i = first; i < end; i += block) {
-        const std::int64_t block_end = std::min(i + block, end);
-        std::int32_t any = 0;
-        for (std::int64_t k = i; k < block_end; ++k) {
-            any |= hit(k) ? 1 : 0;
-        }
-        for (std::int64_t k = any == 0 ? block_end : i; k < block_end; ++k) {
-            if (hit(k)) {
-                visit(k);
-            }
-        }
-    }
-}
-
 // The features of one pass while they are gathered.
 class Features {
 public:
@@ -88,22 +69,22 @@ std::size_t detect_spikes(const JointTrack& track, std::span<const float> trace,
                           std::int64_t margin, float threshold, float xStepSize,
                           const Beyond& beyond, const Position& position) {
     Features features(track);
-    const auto value = [&](std::int64_t i) { return trace[static_cast<std::size_t>(i)]; };
-    for_each_hit(
-        margin, static_cast<std::int64_t>(trace.size()) - margin,
-        [&](std::int64_t i) { return beyond(value(i), threshold); },
-        [&](std::int64_t i) {
-            const double location =
-                static_cast<double>(position(i)) * static_cast<double>(xStepSize);
-            if (features.enter(location, closest_spikes)) {
-                // The number of the feature serves as index into the trace: deliberate.
-                if (beyond(value(i), trace[features.count() - 1])) {
-                    features.replace_previous();
-                } else {
-                    features.reject();
-                }
+    const std::int64_t end = std::ssize(trace) - margin;
+    for (std::int64_t i = margin; i < end; ++i) {
+        const float value = trace[static_cast<std::size_t>(i)];
+        if (!beyond(value, threshold)) {
+            continue;
+        }
+        const double location = static_cast<double>(position(i)) * static_cast<double>(xStepSize);
+        if (features.enter(location, closest_spikes)) {
+            // The number of the feature serves as index into the trace: deliberate.
+            if (beyond(value, trace[features.count() - 1])) {
+                features.replace_previous();
+            } else {
+                features.reject();
             }
-        });
+        }
+    }
     return features.count();
 }
 
@@ -166,19 +147,14 @@ ReturnCode joint_id_stepdetect(const DetectionPass& pass, TrackDetection& detect
     const float threshold = step_threshold * pass.ThresholdMulti;
     const std::span<const float> p = detection.track.xProfile;
     Features features(detection.track);
-    for_each_hit(
-        0, static_cast<std::int64_t>(p.size()) - 1,
-        [&](std::int64_t i) {
-            const auto k = static_cast<std::size_t>(i);
-            return std::fabs(p[k + 1] - p[k]) > threshold;
-        },
-        [&](std::int64_t i) {
-            // The place half-way between the two samples, the first counted from 1.
-            const double place = static_cast<double>(i + 1) + 0.5;
-            if (features.enter(place * static_cast<double>(pass.xStepSize), closest_steps)) {
-                features.reject();
-            }
-        });
+    for (std::size_t i = 0; i + 1 < p.size(); ++i) {
+        // The place half-way between the two samples, the first counted from 1.
+        const double place = static_cast<double>(i + 1) + 0.5;
+        if (std::fabs(p[i + 1] - p[i]) > threshold &&
+            features.enter(place * static_cast<double>(pass.xStepSize), closest_steps)) {
+            features.reject();
+        }
+    }
     screen(pass, features.count(), detection);
     return success;
 }
