@@ -27,9 +27,9 @@ void mark_unreached(const SweepArrays& arrays) {
 
 // Resamples what the preparation left of a profile.
 ReturnCode resample_trimmed(std::span<const float> filtered, const tProfinfo& info, float step,
-                            ResampledProfile& resampled) {
+                            std::vector<float>& room, PreparedProfile& resampled) {
     const auto count = static_cast<std::size_t>(std::int64_t{info.i_filt_leadout} + 1);
-    return resampling(filtered.first(count), info.x_sampleinterval, step, resampled);
+    return resampling(filtered.first(count), info.x_sampleinterval, step, room, resampled);
 }
 
 // The ride index of the section of interest of the raw profile [m/m].
@@ -77,13 +77,14 @@ ReturnCode cc_cal(const HostProfile& reference, const HostProfile& test, tProfAn
 
     // Deliberately not the step in the analysis record, which only labels the offsets.
     const float step = comparison_step(analysis.if_upsampling, reference.info, test.info);
-    ResampledProfile reference_resampled;
-    ResampledProfile test_resampled;
-    if (resample_trimmed(reference_filtered, reference.info, step, reference_resampled) !=
-            success ||
-        resample_trimmed(test_filtered, test.info, step, test_resampled) != success ||
-        cc_sweep({reference_resampled.prepared(), test_resampled.prepared()},
-                 analysis.x_normsampleinterval, analysis.x_offset_max, sweep, optimum) != success) {
+    std::vector<float> reference_room;
+    std::vector<float> test_room;
+    ProfilePair prepared;
+    if (resample_trimmed(reference_filtered, reference.info, step, reference_room,
+                         prepared.reference) != success ||
+        resample_trimmed(test_filtered, test.info, step, test_room, prepared.test) != success ||
+        cc_sweep(prepared, analysis.x_normsampleinterval, analysis.x_offset_max, sweep, optimum) !=
+            success) {
         return pass_failure(name);
     }
     analysis.iIndexMaxCorr = optimum.index;

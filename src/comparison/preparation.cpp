@@ -170,18 +170,18 @@ float comparison_step(std::int32_t if_upsampling, const tProfinfo& reference,
 }
 
 ReturnCode resampling(std::span<const float> profile, float interval, float step,
-                      ResampledProfile& resampled) {
-    resampled.count = std::ssize(profile);
+                      std::vector<float>& room, PreparedProfile& resampled) {
     if (std::fabs(interval - step) < same_interval) {
-        resampled.samples.assign(profile.begin(), profile.end());
+        resampled = {profile};
         return success;
     }
-    resampled.count = resamp_size(resampled.count, interval, step);
-    if (resampled.count > std::numeric_limits<std::int32_t>::max()) {
+    const std::int64_t count = resamp_size(std::ssize(profile), interval, step);
+    if (count > std::numeric_limits<std::int32_t>::max()) {
         return raise_failure("the resampled profile is too long", "resampling", error_code_request);
     }
-    resampled.samples.resize(static_cast<std::size_t>(std::max(resampled.count, std::int64_t{0})));
-    resamp(profile, interval, step, resampled.samples);
+    room.resize(static_cast<std::size_t>(std::max(count, std::int64_t{0})));
+    resamp(profile, interval, step, room);
+    resampled = {room, count};
     return success;
 }
 

@@ -14,15 +14,21 @@
 
 namespace vialto {
 
-// Sums over any stretch of a profile, from its running sums.
-class StretchSums {
+// A profile less its mean, in 64-bit. The samples stay as they are, half as large in memory.
+class CentredProfile {
 public:
+    // Sums over a stretch.
     struct Stretch {
         double sum;
         double variance_sum; // of the squared deviations from the mean of the stretch
     };
 
-    explicit StretchSums(std::span<const double> samples);
+    explicit CentredProfile(std::span<const float> samples);
+
+    [[nodiscard]] std::size_t size() const { return samples_.size(); }
+
+    // The deviations from place `first` on, no later than the end; behind the end they are 0.
+    void deviations(std::size_t first, std::span<double> deviations) const;
 
     // `count` samples from `first`, at least one. None where rounding, at its worst, could leave
     // variance_sum less good than the sweep promises: where the stretch is close to flat beside the
@@ -30,9 +36,20 @@ public:
     [[nodiscard]] std::optional<Stretch> over(std::size_t first, std::size_t count) const;
 
 private:
-    // Of all samples ahead of each place, so that the first is 0.
-    std::vector<double> sums_;
-    std::vector<double> sums_of_squares_;
+    struct RunningSums {
+        double sum;
+        double sum_of_squares;
+
+        void add(double deviation);
+    };
+
+    [[nodiscard]] double deviation(std::size_t i) const;
+    // Of all samples ahead of a place.
+    [[nodiscard]] RunningSums ahead_of(std::size_t place) const;
+
+    std::span<const float> samples_;
+    double mean_;
+    std::vector<RunningSums> marks_; // ahead of every so many places, and of all samples
 };
 
 class SweepEstimate {
@@ -41,9 +58,12 @@ public:
     // compute_agreement gives, and so does their product.
     static constexpr float tolerance = 1.0e-6F;
 
+    // Offsets served by one pass: as many as have a place in 16 vector registers of 128 bits, beside
+    // a sample and a product.
+    static constexpr std::size_t block = 28;
+    using LagSums = std::array<double, block>;
+
     explicit SweepEstimate(const ProfilePair& profiles);
-    SweepEstimate(const SweepEstimate&) = delete;
-    SweepEstimate& operator=(const SweepEstimate&) = delete;
 
     // The agreement at one overlap; none where the sums cannot carry it: a profile that holds a NaN
     // or an infinity, stretches that are flat or close to it, fewer than two samples. Cheapest when
@@ -51,26 +71,19 @@ public:
     [[nodiscard]] std::optional<Agreement> at(const Overlap& overlap);
 
 private:
-    static constexpr std::size_t block = 16; // offsets served by one pass
-
     // Sums of products at the lags first_lag to first_lag + block - 1 of one profile, `moving`,
     // behind the other.
     struct ProductBlock {
         bool test_moves;
         std::size_t first_lag;
-        std::array<double, block> sums;
+        LagSums sums;
     };
 
     [[nodiscard]] double product_sum(std::int64_t offset);
     [[nodiscard]] ProductBlock products(bool test_moves, std::size_t first_lag) const;
-    [[nodiscard]] static std::vector<double> centred(std::span<const float> profile);
 
-    // The profiles less their means, each followed by zeros for the lags of a block that reach
-    // beyond its end.
-    std::vector<double> reference_;
-    std::vector<double> test_;
-    StretchSums reference_sums_;
-    StretchSums test_sums_;
+    CentredProfile reference_;
+    CentredProfile test_;
     std::optional<ProductBlock> products_;
 };
 

@@ -29,9 +29,10 @@ std::string trimmed(std::int32_t if_padding, std::int32_t first, std::int32_t la
 
 std::string resampled(const Road& profile, float interval, float step) {
     reset_event();
-    ResampledProfile result;
-    (void)resampling(profile, interval, step, result);
-    return told(result.count, result.samples);
+    Road room;
+    PreparedProfile result;
+    (void)resampling(profile, interval, step, room, result);
+    return told(result.count, {result.samples.begin(), result.samples.end()});
 }
 
 } // namespace
