@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <string_view>
+#include <vector>
 
 #include "joints/polycurvfit.hpp"
 #include "numeric/rounding.hpp"
@@ -131,7 +132,7 @@ ReturnCode joint_func(std::span<const float> stretch, float xStepSize, float xJo
 
 ReturnCode jntfault_drv(float xStepSize, float xJointWindow, float xReach,
                         std::span<const float> xProfile, std::span<const double> xJointLoc,
-                        std::span<float> xFault, std::vector<JointFault>& results) {
+                        std::span<float> xFault, const JointDone& joint_done) {
     constexpr std::string_view name = "jntfault_drv";
     reset_event();
     const std::int64_t half = nint(xReach / xStepSize);
@@ -143,16 +144,16 @@ ReturnCode jntfault_drv(float xStepSize, float xJointWindow, float xReach,
         if (stretch.start > stretch.end) {
             return raise_failure("profile segment for current joint is not defined properly", name);
         }
-        JointFault& result = results.emplace_back();
+        JointFault result{};
         result.near_end = stretch.length() < 2 * half;
-        if (result.near_end) {
-            continue;
+        if (!result.near_end) {
+            if (joint_func(samples_of(xProfile, stretch), xStepSize, xJointWindow, points,
+                           result) != success) {
+                return pass_failure(name);
+            }
+            xFault[j] = result.fault;
         }
-        if (joint_func(samples_of(xProfile, stretch), xStepSize, xJointWindow, points, result) !=
-            success) {
-            return pass_failure(name);
-        }
-        xFault[j] = result.fault;
+        joint_done(static_cast<std::int32_t>(j + 1), result);
     }
     return success;
 }

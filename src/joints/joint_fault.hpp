@@ -2,8 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
-#include <vector>
 
 #include "frame/event.hpp"
 
@@ -21,11 +21,14 @@ struct JointFault {
     float fault;       // mm, positive where the slab behind stands higher
 };
 
+using JointDone = std::function<void(std::int32_t number, const JointFault&)>;
+
 // Given: a profile of elevations [mm], its interval [m], the half width of the window round a joint
 // whose samples belong to no slab [mm], the reach [m], and the joints' distances from the start of
 // the profile [m].
-// Returned: the fault at each joint [mm] in xFault, and the results of each joint, as far as the
-// analysis went, in `results`. Where a joint lies too near an end, xFault keeps what it held.
+// Returned: the fault at each joint [mm] in xFault, and the number, counted from 1, and the results of
+// each to joint_done, as soon as it is done. Where a joint lies too near an end, xFault keeps what it
+// held.
 //
 // Fails with "profile segment for current joint is not defined properly" (a joint behind the end of
 // the profile or ahead of its start) and with the failures of polycurvfit: a sample that is not a
@@ -36,6 +39,6 @@ struct JointFault {
 [[nodiscard]] ReturnCode jntfault_drv(float xStepSize, float xJointWindow, float xReach,
                                       std::span<const float> xProfile,
                                       std::span<const double> xJointLoc, std::span<float> xFault,
-                                      std::vector<JointFault>& results);
+                                      const JointDone& joint_done);
 
 } // namespace vialto

@@ -1,6 +1,5 @@
 // The exported joint analyses; their contracts stand in vialto/vialto.h.
-#include <cstddef>
-#include <vector>
+#include <cstdint>
 
 #include "frame/analysis_frame.hpp"
 #include "joints/joint_fault.hpp"
@@ -54,17 +53,11 @@ int32_t VIALTO_CALL joint_id_dlldrv(const tJointIDCfg* settings, float xStepSize
 
 namespace {
 
-void log_faults(DiagnosticText& text, const std::vector<JointFault>& results) {
-    text.record("Joint, left slope, right slope, mean slope (mm/m), fault (mm)");
-    for (std::size_t j = 0; j < results.size(); ++j) {
-        const JointFault& result = results[j];
-        const auto number = static_cast<std::int32_t>(j + 1);
-        if (result.near_end) {
-            text.record(number, " too near an end of the profile");
-        } else {
-            text.record(number, result.left_slope, result.right_slope, result.mean_slope,
-                        result.fault);
-        }
+void log_fault(DiagnosticText& text, std::int32_t number, const JointFault& result) {
+    if (result.near_end) {
+        text.record(number, " too near an end of the profile");
+    } else {
+        text.record(number, result.left_slope, result.right_slope, result.mean_slope, result.fault);
     }
 }
 
@@ -73,7 +66,6 @@ void log_faults(DiagnosticText& text, const std::vector<JointFault>& results) {
 int32_t VIALTO_CALL joint_fault_dlldrv(int32_t iSizeDataArray, int32_t iNumJoints, float xStepSize,
                                        float xJointWindow, const float* xProfile,
                                        const double* xJointLoc, float* xFault, tEvent* event) {
-    std::vector<JointFault> results;
     const auto log_scalars = [&](DiagnosticText& text) {
         text.record("Num profile Points       : ", iSizeDataArray);
         text.record("Num Joints               : ", iNumJoints);
@@ -89,14 +81,17 @@ int32_t VIALTO_CALL joint_fault_dlldrv(int32_t iSizeDataArray, int32_t iNumJoint
         check.array("xJointLoc", xJointLoc, iNumJoints);
         check.array("xFault", xFault, iNumJoints);
     };
-    const auto drive = [&] {
+    const auto drive = [&](DiagnosticText& text) {
+        text.record("Joint, left slope, right slope, mean slope (mm/m), fault (mm)");
         return jntfault_drv(xStepSize, xJointWindow, joint_fault_reach,
                             host_array(xProfile, iSizeDataArray), host_array(xJointLoc, iNumJoints),
-                            host_array(xFault, iNumJoints), results);
+                            host_array(xFault, iNumJoints),
+                            [&](std::int32_t number, const JointFault& result) {
+                                log_fault(text, number, result);
+                            });
     };
-    const auto log_results = [&](DiagnosticText& text) {
+    const auto log_results = [](DiagnosticText& text) {
         text.record("done with the jntfault_drv call");
-        log_faults(text, results);
     };
     return run_export({.name = "joint_fault_dlldrv"}, event,
                       {.log_scalars = log_scalars,

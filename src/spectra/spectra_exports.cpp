@@ -32,6 +32,9 @@ int32_t VIALTO_CALL psd_dll(int32_t iBeginElemIdx, int32_t iEndElemIdx, int32_t 
         text.record("iOctaveBands          :", iOctaveBands);
         text.record("Sample interval(m)    :", xStepSize);
         text.record("Num Profile Points    :", iSizeDataArray);
+        text.record("PSD Points            :", iSizeDataArray);
+        text.record("BeginElemIdx          :", iBeginElemIdx);
+        text.record("EndElemIdx            :", iEndElemIdx);
     };
     const auto check_arguments = [&](ArgumentCheck& check) {
         if (held > 0 && iBeginElemIdx < 0) {
@@ -51,9 +54,6 @@ int32_t VIALTO_CALL psd_dll(int32_t iBeginElemIdx, int32_t iEndElemIdx, int32_t 
                        host_array(xPSD, iSizeDataArray), *iFreqBegin, *iFreqEnd);
     };
     const auto log_results = [&](DiagnosticText& text) {
-        text.record("PSD Points            :", std::max(*iFreqEnd - *iFreqBegin + 1, 0));
-        text.record("BeginElemIdx          :", iBeginElemIdx);
-        text.record("EndElemIdx            :", iEndElemIdx);
         text.record("Freq   PSD");
         for (std::int32_t i = *iFreqBegin; i <= *iFreqEnd; ++i) {
             text.record(xFreq[i], xPSD[i]);

@@ -112,16 +112,21 @@ TEST(JointFault, IsTheHeightOfTheApproachSlabOverTheLeaveSlab) {
 TEST(JointFault, DiagnosticFileTellsOfSettingsAndSlopes) {
     const TemporaryDirectory directory;
     EXPECT_EQ(faults({slabs(3, 0.4, -0.6), {1.0, 10.0}}), " -77 5");
+    const std::string told = directory.text_of("joint_fault_dlldrv.txt");
     // The right slope counts against the direction of travel: 6, and the mean is 5.
-    EXPECT_EQ(directory.text_of("joint_fault_dlldrv.txt"),
-              " Num profile Points       :  200\n"
-              " Num Joints               :  2\n"
-              " Sample Interval (m)      :  0.1\n"
-              " Joint Window (mm)        :  200\n"
-              " done with the jntfault_drv call\n"
-              " Joint, left slope, right slope, mean slope (mm/m), fault (mm)\n"
-              "  1 too near an end of the profile\n"
-              "  2 4 6 5 5\n");
+    EXPECT_EQ(told, " Num profile Points       :  200\n"
+                    " Num Joints               :  2\n"
+                    " Sample Interval (m)      :  0.1\n"
+                    " Joint Window (mm)        :  200\n"
+                    " Joint, left slope, right slope, mean slope (mm/m), fault (mm)\n"
+                    "  1 too near an end of the profile\n"
+                    "  2 4 6 5 5\n"
+                    " done with the jntfault_drv call\n");
+    // The joints ahead of one that fails keep their lines.
+    EXPECT_NE(faults({slabs(3, 0.4, -0.6), {1.0, 10.0, 30.0}}), "");
+    const std::string lines =
+        told.substr(told.find(" Joint, "), told.find(" done") - told.find(" Joint, "));
+    EXPECT_NE(directory.text_of("joint_fault_dlldrv.txt").find(lines), std::string::npos);
 }
 
 TEST(PolynomialFit, IsThatOfLeastSquaresOrRefused) {

@@ -187,11 +187,16 @@ TEST(PowerSpectralDensity, OfAPointOrLessIsEmptyAndWhatCannotBeServedLeavesTheOu
 }
 
 TEST(PowerSpectralDensity, DiagnosticFileHoldsTheCallAndTheTable) {
+    const std::string settings = "\n Sample interval(m)    : 0.25\n Num Profile Points    : 9\n"
+                                 " PSD Points            : 9\n BeginElemIdx          : 0\n"
+                                 " EndElemIdx            : 8\n ";
     EXPECT_EQ(spectrum({2, 2, 6, 0.5F}, 0.25F, Floats(9)).file,
-              " PSD Type              : 2\n iOctaveBands          : 2\n"
-              " Sample interval(m)    : 0.25\n Num Profile Points    : 9\n"
-              " PSD Points            : 2\n BeginElemIdx          : 0\n"
-              " EndElemIdx            : 8\n Freq   PSD\n  0.5 0\n  1 0\n");
+              " PSD Type              : 2\n iOctaveBands          : 2" + settings +
+                  "Freq   PSD\n  0.5 0\n  1 0\n");
+    // The settings of an analysis that fails stand ahead of the event.
+    EXPECT_TRUE(spectrum({2, 3, 6, 0.5F}, 0.25F, Floats(9))
+                    .file.starts_with(" PSD Type              : 2\n iOctaveBands          : 3" +
+                                      settings + "*****"));
 }
 
 } // namespace vialto::test
