@@ -3,6 +3,7 @@
 
 #include <span>
 
+#include "filters/quarter_car.hpp"
 #include "frame/event.hpp"
 #include "vialto/vialto.h"
 
@@ -29,5 +30,9 @@ namespace vialto {
     float unused_statistic = 0.0F;
     return filtcon_drv(xProfile, xStepSize, settings, xFiltered, unused_statistic);
 }
+
+// The quarter car, main types 2 and 3, on one track or two at the price of one.
+[[nodiscard]] ReturnCode filtcon_drv(std::span<QuarterCarTrack> tracks, float xStepSize,
+                                     tFiltCon& settings);
 
 } // namespace vialto

@@ -9,7 +9,6 @@
 #include "filters/butterworth.hpp"
 #include "filters/detrend.hpp"
 #include "filters/moving_average.hpp"
-#include "filters/quarter_car.hpp"
 
 namespace vialto {
 
@@ -23,11 +22,12 @@ ReturnCode copy_profile(std::span<const float> xProfile, tFiltCon& settings,
     return success;
 }
 
+constexpr std::string_view name = "filtcon_drv";
+
 } // namespace
 
 ReturnCode filtcon_drv(std::span<const float> xProfile, float xStepSize, tFiltCon& settings,
                        std::span<float> xFiltered, float& xQcarStat) {
-    constexpr std::string_view name = "filtcon_drv";
     xQcarStat = 0.0F;
     ReturnCode code = success;
     switch (settings.iMainFilterType) {
@@ -38,9 +38,12 @@ ReturnCode filtcon_drv(std::span<const float> xProfile, float xStepSize, tFiltCo
         code = mvgavg(xProfile, xStepSize, settings, xFiltered);
         break;
     case idx_filttyp_IRI:
-    case idx_filttyp_RN:
-        code = qcarfilt_drv(xProfile, xStepSize, settings, xFiltered, xQcarStat);
+    case idx_filttyp_RN: {
+        QuarterCarTrack track{xProfile, xFiltered};
+        code = qcarfilt_drv({&track, 1}, xStepSize, settings);
+        xQcarStat = track.xQcarStat;
         break;
+    }
     case idx_filttyp_bwfilt:
         code = bwfilt_drv(xProfile, xStepSize, settings, xFiltered);
         break;
@@ -57,6 +60,10 @@ ReturnCode filtcon_drv(std::span<const float> xProfile, float xStepSize, tFiltCo
         return raise_failure("Illegal Main filter type", name);
     }
     return code == success ? success : pass_failure(name);
+}
+
+ReturnCode filtcon_drv(std::span<QuarterCarTrack> tracks, float xStepSize, tFiltCon& settings) {
+    return qcarfilt_drv(tracks, xStepSize, settings) == success ? success : pass_failure(name);
 }
 
 } // namespace vialto

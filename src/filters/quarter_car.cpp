@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstddef>
 #include <string_view>
+#include <type_traits>
 
 #include "filters/slope.hpp"
 #include "numeric/inverse.hpp"
@@ -127,7 +128,7 @@ ReturnCode setstm(const System& system, float dt, QuarterCar& car) {
 
 // The profile's slope over the moving average's base, sample by sample.
 struct Slope {
-    std::span<const float> profile;
+    const float* profile;
     std::size_t base; // samples
     float scale;      // one over the base in metres
 
@@ -135,8 +136,31 @@ struct Slope {
 };
 
 Slope slope_of(const QuarterCar& car, std::span<const float> profile) {
-    return {profile, static_cast<std::size_t>(car.iBase),
+    return {profile.data(), static_cast<std::size_t>(car.iBase),
             car.xSlopeScale / (static_cast<float>(car.iBase) * car.xStepSize)};
+}
+
+// One number of each track: a float for one track, and for two a vector with room for two more. In
+// a vector of just two, g++ clears the rest of the register behind each operation.
+using FourFloats = float __attribute__((vector_size(4 * sizeof(float))));
+template <std::size_t Tracks>
+using Lanes = std::conditional_t<Tracks == 1, float, FourFloats>;
+
+template <std::size_t Tracks, class OfTrack>
+Lanes<Tracks> lanes_of(const OfTrack& of_track) {
+    if constexpr (Tracks == 1) {
+        return of_track(0);
+    } else {
+        return FourFloats{of_track(0), of_track(1)};
+    }
+}
+
+float lane(float of_one_track, std::size_t) {
+    return of_one_track;
+}
+
+float lane(const FourFloats& lanes, std::size_t track) {
+    return lanes[track];
 }
 
 // Runs the recursion over the slope u and writes the filtered slope, that of the suspension,
@@ -145,33 +169,61 @@ Slope slope_of(const QuarterCar& car, std::span<const float> profile) {
 //
 // Both the slope and the sum are taken here because they cost nothing beside the recursion, which
 // waits for its own chain of sums. For the same reason the state stands in four separate variables:
-// the products of a step run side by side.
-template <class Magnitude>
-float stfilt(const QuarterCar& car, const Slope& slope, QuarterCarState& state, std::span<float> y,
-             const Magnitude& magnitude) {
+// the products of a step run side by side. And a second track costs little, as its chain is another.
+template <std::size_t Tracks, class Magnitude>
+std::array<float, Tracks> stfilt(const QuarterCar& car, std::span<QuarterCarRun, Tracks> runs,
+                                 const Magnitude& magnitude) {
     const Matrix st = car.st;
     const Vector pr = car.pr;
-    auto [x1, x2, x3, x4] = state;
-    float sum = 0.0F;
-    for (std::size_t i = 0; i < y.size(); ++i) {
-        const float u = slope[i];
-        const float next1 =
-            st[0][0] * x1 + st[0][1] * x2 + st[0][2] * x3 + st[0][3] * x4 + pr[0] * u;
-        const float next2 =
-            st[1][0] * x1 + st[1][1] * x2 + st[1][2] * x3 + st[1][3] * x4 + pr[1] * u;
-        const float next3 =
-            st[2][0] * x1 + st[2][1] * x2 + st[2][2] * x3 + st[2][3] * x4 + pr[2] * u;
-        const float next4 =
-            st[3][0] * x1 + st[3][1] * x2 + st[3][2] * x3 + st[3][3] * x4 + pr[3] * u;
+    std::array<Slope, Tracks> slope;
+    std::array<float*, Tracks> y;
+    for (std::size_t track = 0; track < Tracks; ++track) {
+        slope[track] = slope_of(car, runs[track].profile);
+        y[track] = runs[track].y.data();
+    }
+    const auto state = [&](std::size_t element) {
+        return lanes_of<Tracks>([&](std::size_t track) { return runs[track].state[element]; });
+    };
+    Lanes<Tracks> x1 = state(0);
+    Lanes<Tracks> x2 = state(1);
+    Lanes<Tracks> x3 = state(2);
+    Lanes<Tracks> x4 = state(3);
+    std::array<float, Tracks> sums{};
+    const std::size_t count = runs[0].y.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        const Lanes<Tracks> u =
+            lanes_of<Tracks>([&](std::size_t track) { return slope[track][i]; });
+        const auto next = [&](std::size_t k) {
+            return st[k][0] * x1 + st[k][1] * x2 + st[k][2] * x3 + st[k][3] * x4 + pr[k] * u;
+        };
+        const Lanes<Tracks> next1 = next(0);
+        const Lanes<Tracks> next2 = next(1);
+        const Lanes<Tracks> next3 = next(2);
+        const Lanes<Tracks> next4 = next(3);
         x1 = next1;
         x2 = next2;
         x3 = next3;
         x4 = next4;
-        y[i] = x3 - x1;
-        sum += magnitude(y[i]);
+        const Lanes<Tracks> suspension = x3 - x1;
+        for (std::size_t track = 0; track < Tracks; ++track) {
+            const float filtered = lane(suspension, track);
+            y[track][i] = filtered;
+            sums[track] += magnitude(filtered);
+        }
     }
-    state = {x1, x2, x3, x4};
-    return sum;
+    for (std::size_t track = 0; track < Tracks; ++track) {
+        runs[track].state = {lane(x1, track), lane(x2, track), lane(x3, track), lane(x4, track)};
+    }
+    return sums;
+}
+
+template <class Magnitude>
+std::array<float, most_tracks> stfilt(const QuarterCar& car, std::span<QuarterCarRun> runs,
+                                      const Magnitude& magnitude) {
+    if (runs.size() == 1) {
+        return {stfilt(car, runs.first<1>(), magnitude)[0]};
+    }
+    return stfilt(car, runs.first<most_tracks>(), magnitude);
 }
 
 // Slope of the unsmoothed profile over its first iInit samples. It is divided by iInit intervals,
@@ -225,40 +277,44 @@ QuarterCarState start_state(const QuarterCar& car, std::span<const float> xProfi
     return {slope, 0.0F, slope, 0.0F};
 }
 
-void run_quarter_car(const QuarterCar& car, std::span<const float> xProfile, std::size_t first,
-                     QuarterCarState& state, std::span<float> y) {
-    (void)stfilt(car, slope_of(car, xProfile.subspan(first)), state, y, [](float) { return 0.0F; });
+void run_quarter_car(const QuarterCar& car, std::span<QuarterCarRun> runs) {
+    (void)stfilt(car, runs, [](float) { return 0.0F; });
 }
 
-ReturnCode qcar_filter(std::span<const float> xProfile, float xStepSize, float xBase,
-                       float xSlopeScale, const tQcarParams& parameters, std::span<float> xFiltered,
-                       float& xQcarStat, std::int32_t& iBegin, std::int32_t& iEnd) {
+ReturnCode qcar_filter(std::span<QuarterCarTrack> tracks, float xStepSize, float xBase,
+                       float xSlopeScale, const tQcarParams& parameters, std::int32_t& iBegin,
+                       std::int32_t& iEnd) {
     QuarterCar car{};
     if (set_up_quarter_car(xStepSize, xBase, xSlopeScale, parameters, car) != success) {
-        std::copy(xProfile.begin(), xProfile.end(), xFiltered.begin());
+        for (const QuarterCarTrack& track : tracks) {
+            std::copy(track.xProfile.begin(), track.xProfile.end(), track.xFiltered.begin());
+        }
         return failure;
     }
-    const std::size_t filtered_count = count_slopes(car, xProfile.size());
-    const Slope slope = slope_of(car, xProfile);
-    QuarterCarState state = start_state(car, xProfile);
-    const std::span<float> y = xFiltered.first(filtered_count);
-
+    const std::size_t filtered_count = count_slopes(car, tracks.front().xProfile.size());
+    std::array<QuarterCarRun, most_tracks> room;
+    const std::span<QuarterCarRun> runs = std::span(room).first(tracks.size());
+    for (std::size_t k = 0; k < runs.size(); ++k) {
+        const QuarterCarTrack& track = tracks[k];
+        runs[k] = {track.xProfile, start_state(car, track.xProfile),
+                   track.xFiltered.first(filtered_count)};
+    }
     const bool mean_of_magnitudes = parameters.xStatPower == 1.0F;
-    const float sum =
-        mean_of_magnitudes
-            ? stfilt(car, slope, state, y, [](float value) { return std::fabs(value); })
-            : stfilt(car, slope, state, y, [](float value) { return value * value; });
-    const float mean = sum / static_cast<float>(filtered_count);
-    xQcarStat = mean_of_magnitudes ? mean : std::sqrt(mean);
-
+    const std::array<float, most_tracks> sums =
+        mean_of_magnitudes ? stfilt(car, runs, [](float value) { return std::fabs(value); })
+                           : stfilt(car, runs, [](float value) { return value * value; });
+    for (std::size_t k = 0; k < tracks.size(); ++k) {
+        const float mean = sums[k] / static_cast<float>(filtered_count);
+        tracks[k].xQcarStat = mean_of_magnitudes ? mean : std::sqrt(mean);
+        const std::span<float> tail = tracks[k].xFiltered.subspan(filtered_count);
+        std::fill(tail.begin(), tail.end(), 0.0F);
+    }
     iBegin = 1;
     iEnd = static_cast<std::int32_t>(filtered_count);
-    std::fill(xFiltered.begin() + iEnd, xFiltered.end(), 0.0F);
     return success;
 }
 
-ReturnCode qcarfilt_drv(std::span<const float> xProfile, float xStepSize, tFiltCon& settings,
-                        std::span<float> xFiltered, float& xQcarStat) {
+ReturnCode qcarfilt_drv(std::span<QuarterCarTrack> tracks, float xStepSize, tFiltCon& settings) {
     constexpr std::string_view name = "qcarfilt_drv";
     tQcarParams parameters{};
     if (settings.iMainFilterType == idx_filttyp_IRI) {
@@ -275,12 +331,13 @@ ReturnCode qcarfilt_drv(std::span<const float> xProfile, float xStepSize, tFiltC
     constexpr float xSlopeScale = 1.0F;
     std::int32_t iBegin = 0;
     std::int32_t iEnd = 0;
-    if (qcar_filter(xProfile, xStepSize, xBase, xSlopeScale, parameters, xFiltered, xQcarStat,
-                    iBegin, iEnd) != success) {
+    if (qcar_filter(tracks, xStepSize, xBase, xSlopeScale, parameters, iBegin, iEnd) != success) {
         return pass_failure(name);
     }
     if (settings.iOutType == idx_filtouttyp_elevation) {
-        covertslope_integration(xFiltered, xStepSize);
+        for (const QuarterCarTrack& track : tracks) {
+            covertslope_integration(track.xFiltered, xStepSize);
+        }
     } else if (settings.iOutType != idx_filtouttyp_slope) {
         return raise_failure(
             "tFiltCon%iOutType is not either idx_filtouttyp_elevation nor idx_filtouttyp_slope",

@@ -30,10 +30,20 @@ struct tQcarParams {
 [[nodiscard]] tQcarParams iri_parameters();
 [[nodiscard]] tQcarParams rn_parameters(float xSimuVelocity);
 
+// At most so many tracks go through one quarter car side by side. Each has the bits that it has
+// alone; together they take little longer than one.
+inline constexpr std::size_t most_tracks = 2;
+
+struct QuarterCarTrack {
+    std::span<const float> xProfile; // elevations
+    std::span<float> xFiltered = {}; // as long
+    float xQcarStat = 0.0F;          // the summary statistic
+};
+
 // iMainFilterType 2 (IRI) and 3 (RN).
 //
-// Given: a profile of N elevations, its interval [m], iMainFilterType, if250mmFilter, iOutType and,
-// for RN, xSimuVelocity [km/h].
+// Given: the profiles of one track or two, N elevations each, their interval [m], iMainFilterType,
+// if250mmFilter, iOutType and, for RN, xSimuVelocity [km/h].
 // Returned: the filtered slope (iOutType 2) or its integral (1), N values, of which the last iBase
 // ones, iBase being the base of the moving average in samples, have no slope of their own; the
 // summary statistic (IRI: mean absolute slope, RN: root mean square); iBeginElemIdx 0 and
@@ -41,18 +51,16 @@ struct tQcarParams {
 //
 // Fails for a type other than 2 and 3, a switch other than 1 and 2 and, after the filter has run,
 // for an output type other than 1 and 2, which leaves the slope in xFiltered and the statistic set.
-[[nodiscard]] ReturnCode qcarfilt_drv(std::span<const float> xProfile, float xStepSize,
-                                      tFiltCon& settings, std::span<float> xFiltered,
-                                      float& xQcarStat);
+[[nodiscard]] ReturnCode qcarfilt_drv(std::span<QuarterCarTrack> tracks, float xStepSize,
+                                      tFiltCon& settings);
 
 // The filter behind qcarfilt_drv.
 //
 // Given: base length of the moving average [m] (0.0: slope over one interval), scale factor on the
 // slopes, parameters.
 // Returned: filtered slope, statistic, and the 1-based first and last filtered sample.
-[[nodiscard]] ReturnCode qcar_filter(std::span<const float> xProfile, float xStepSize, float xBase,
-                                     float xSlopeScale, const tQcarParams& parameters,
-                                     std::span<float> xFiltered, float& xQcarStat,
+[[nodiscard]] ReturnCode qcar_filter(std::span<QuarterCarTrack> tracks, float xStepSize,
+                                     float xBase, float xSlopeScale, const tQcarParams& parameters,
                                      std::int32_t& iBegin, std::int32_t& iEnd);
 
 // The same filter in pieces, for a caller that runs it anew from the middle of a profile on: the
@@ -86,9 +94,14 @@ struct QuarterCar {
 // The state ahead of the first sample.
 [[nodiscard]] QuarterCarState start_state(const QuarterCar& car, std::span<const float> xProfile);
 
-// Filters the samples from `first` on, counted from 0, as many as y has room for. The state is the
-// one ahead of `first`, and becomes the one ahead of the sample behind the last.
-void run_quarter_car(const QuarterCar& car, std::span<const float> xProfile, std::size_t first,
-                     QuarterCarState& state, std::span<float> y);
+// A stretch of a track on its way through the quarter car.
+struct QuarterCarRun {
+    std::span<const float> profile = {}; // from the stretch's first sample on
+    QuarterCarState state = {}; // ahead of that sample, and then of the one behind the last
+    std::span<float> y = {};    // the filtered slopes, as many as it has room for
+};
+
+// Filters stretches of one track or two, equally long, whichever samples they start from.
+void run_quarter_car(const QuarterCar& car, std::span<QuarterCarRun> runs);
 
 } // namespace vialto

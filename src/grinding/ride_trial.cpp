@@ -96,7 +96,9 @@ void RideTrial::filter_block(std::span<const float> xProfile, std::size_t first,
                              QuarterCarState& state, std::vector<float>& extended) const {
     const std::span<float> y =
         std::span(extended).subspan(half_ + first, std::min(block, slope_count_ - first));
-    run_quarter_car(car_, xProfile, first, state, y);
+    QuarterCarRun run{xProfile.subspan(first), state, y};
+    run_quarter_car(car_, {&run, 1});
+    state = run.state;
     for (float& slope : y) {
         slope = squared_ ? slope * slope : std::fabs(slope);
     }

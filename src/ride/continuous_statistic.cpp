@@ -61,8 +61,8 @@ ReturnCode moving_statistic(std::span<float> y, float xStepSize, float xBaseLeng
 }
 
 ReturnCode postproc_conpi(const RideRequest& request, float p, std::span<float> y,
-                          std::span<float> xOutput) {
-    return moving_statistic(y, request.xStepSize, request.xBaseLength, p, xOutput) == success
+                          const RideTrack& track) {
+    return moving_statistic(y, request.xStepSize, request.xBaseLength, p, track.xOutput) == success
                ? success
                : pass_failure("postproc_conpi");
 }

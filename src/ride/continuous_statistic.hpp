@@ -32,6 +32,6 @@ void take_root(std::span<float> y, float p);
 
 // The continuous report of ride_stats: moving_statistic over the request's base length.
 [[nodiscard]] ReturnCode postproc_conpi(const RideRequest& request, float p, std::span<float> y,
-                                        std::span<float> xOutput);
+                                        const RideTrack& track);
 
 } // namespace vialto

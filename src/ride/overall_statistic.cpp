@@ -73,8 +73,8 @@ StretchStatistic postproc_pi(std::span<const float> y, std::span<const std::int3
 }
 
 void normal_pi(const RideRequest& request, const tFiltCon& settings,
-               std::span<const float> filtered, const RideOutput& output) {
-    output.xOutput.front() =
+               std::span<const float> filtered, const RideTrack& track) {
+    track.xOutput.front() =
         postproc_pi(filtered, request.iExclusionFlags, request.ifExcludeLeaveout,
                     settings.iBeginElemIdx, settings.iEndElemIdx, settings.xPowerWeighting)
             .index;

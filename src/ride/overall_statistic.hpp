@@ -29,6 +29,6 @@ struct StretchStatistic {
 
 // The index of the whole valid range of the filtered slope.
 void normal_pi(const RideRequest& request, const tFiltCon& settings,
-               std::span<const float> filtered, const RideOutput& output);
+               std::span<const float> filtered, const RideTrack& track);
 
 } // namespace vialto

@@ -12,10 +12,10 @@ ReturnCode ride_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mmFilter,
                               .if250mmFilter = if250mmFilter,
                               .i_reptype = normal_report,
                               .i_rideindexsel = iRideIndex,
-                              .xDataArray = dataarray,
                               .iExclusionFlags = exclusion_flags,
                               .xStepSize = xStepSize};
-    return ride_stats(request, {{&xRideIndex, 1}}) == success ? success : pass_failure("ride_drv");
+    const RideTrack track{dataarray, {&xRideIndex, 1}};
+    return ride_stats(request, {&track, 1}) == success ? success : pass_failure("ride_drv");
 }
 
 ReturnCode rideseg_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mmFilter,
@@ -27,12 +27,11 @@ ReturnCode rideseg_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mmFilte
                               .if250mmFilter = if250mmFilter,
                               .i_reptype = segmented_report,
                               .i_rideindexsel = iRideIndex,
-                              .xDataArray = dataarray,
                               .iExclusionFlags = exclusion_flags,
                               .xStepSize = xStepSize,
                               .iNumSegmentPoints = iNumSegmentPoints};
-    return ride_stats(request, {xOutput, xSegLength}) == success ? success
-                                                                 : pass_failure("rideseg_drv");
+    const RideTrack track{dataarray, xOutput, xSegLength};
+    return ride_stats(request, {&track, 1}) == success ? success : pass_failure("rideseg_drv");
 }
 
 ReturnCode ridecon_drv(std::int32_t if250mmFilter, float xStepSize, float xBaseLength,
@@ -42,10 +41,10 @@ ReturnCode ridecon_drv(std::int32_t if250mmFilter, float xStepSize, float xBaseL
     const RideRequest request{.if250mmFilter = if250mmFilter,
                               .i_reptype = continuous_report,
                               .i_rideindexsel = iRideIndexType,
-                              .xDataArray = dataarray,
                               .xStepSize = xStepSize,
                               .xBaseLength = xBaseLength};
-    return ride_stats(request, {xOutput}) == success ? success : pass_failure("ridecon_drv");
+    const RideTrack track{dataarray, xOutput};
+    return ride_stats(request, {&track, 1}) == success ? success : pass_failure("ridecon_drv");
 }
 
 } // namespace vialto

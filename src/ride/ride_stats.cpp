@@ -1,6 +1,8 @@
 #include "ride/ride_stats.hpp"
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <string_view>
 #include <vector>
 
@@ -14,38 +16,55 @@ namespace vialto {
 
 namespace {
 
-ReturnCode compute_iri(const RideRequest& request, const RideOutput& output) {
+// What compute_iri does with the filtered slope of a track.
+ReturnCode report(const RideRequest& request, const tFiltCon& settings,
+                  const QuarterCarTrack& filtered, const RideTrack& track) {
     constexpr std::string_view name = "compute_iri";
-    tFiltCon settings = quarter_car_settings(request.i_rideindexsel, request.if250mmFilter);
-    std::vector<float> filtered(request.xDataArray.size());
-    float statistic = 0.0F;
-    const ReturnCode filter_code =
-        filtcon_drv(request.xDataArray, request.xStepSize, settings, filtered, statistic);
-    if (request.i_reptype == normal_report) {
-        output.xOutput.front() = statistic; // what a failure leaves to the host
-    }
-    if (filter_code != success) {
-        return pass_failure(name);
-    }
     // The filter's statistic serves only for this test.
-    if (std::isnan(statistic)) {
+    if (std::isnan(filtered.xQcarStat)) {
         return raise_failure("the calculated IRI is not a number", name);
     }
     switch (request.i_reptype) {
     case normal_report:
-        normal_pi(request, settings, filtered, output);
+        normal_pi(request, settings, filtered.xFiltered, track);
         return success;
     case segmented_report:
-        return segmented_pi(request, settings, filtered, output) == success ? success
-                                                                            : pass_failure(name);
+        return segmented_pi(request, settings, filtered.xFiltered, track) == success
+                   ? success
+                   : pass_failure(name);
     case continuous_report:
-        return postproc_conpi(request, settings.xPowerWeighting, filtered, output.xOutput) ==
+        return postproc_conpi(request, settings.xPowerWeighting, filtered.xFiltered, track) ==
                        success
                    ? success
                    : pass_failure(name);
     default:
         return raise_failure("i_reptype is not within range", name);
     }
+}
+
+ReturnCode compute_iri(const RideRequest& request, std::span<const RideTrack> tracks) {
+    tFiltCon settings = quarter_car_settings(request.i_rideindexsel, request.if250mmFilter);
+    // One block, which a memory allocator is the likelier to keep from one call to the next.
+    const std::size_t count = tracks.front().xDataArray.size();
+    std::vector<float> slopes(tracks.size() * count);
+    std::array<QuarterCarTrack, most_tracks> room;
+    const std::span<QuarterCarTrack> filtered = std::span(room).first(tracks.size());
+    for (std::size_t k = 0; k < tracks.size(); ++k) {
+        filtered[k] = {tracks[k].xDataArray, std::span(slopes).subspan(k * count, count)};
+    }
+    const ReturnCode filter_code = filtcon_drv(filtered, request.xStepSize, settings);
+    for (std::size_t k = 0; k < tracks.size(); ++k) {
+        if (request.i_reptype == normal_report) {
+            tracks[k].xOutput.front() = filtered[k].xQcarStat; // what a failure leaves behind
+        }
+        if (filter_code != success) {
+            return pass_failure("compute_iri");
+        }
+        if (report(request, settings, filtered[k], tracks[k]) != success) {
+            return failure;
+        }
+    }
+    return success;
 }
 
 } // namespace
@@ -62,14 +81,14 @@ tFiltCon quarter_car_settings(std::int32_t i_rideindexsel, std::int32_t if250mmF
     return settings;
 }
 
-ReturnCode ride_stats(const RideRequest& request, const RideOutput& output) {
+ReturnCode ride_stats(const RideRequest& request, std::span<const RideTrack> tracks) {
     constexpr std::string_view name = "ride_stats";
     switch (request.i_rideindexsel) {
     case idx_ridests_IRI:
     case idx_ridests_RN:
-        return compute_iri(request, output) == success ? success : pass_failure(name);
+        return compute_iri(request, tracks) == success ? success : pass_failure(name);
     case idx_ridests_WIM:
-        return compute_wimindex(request, output) == success ? success : pass_failure(name);
+        return compute_wimindex(request, tracks.front()) == success ? success : pass_failure(name);
     case idx_ridests_TwoRN:
         return raise_failure("two RN is no longer supported", name);
     default:

@@ -34,7 +34,7 @@ float segment_length(std::int32_t actual, float xStepSize) {
 }
 
 ReturnCode segmented_pi(const RideRequest& request, const tFiltCon& settings,
-                        std::span<const float> filtered, const RideOutput& output) {
+                        std::span<const float> filtered, const RideTrack& track) {
     SegmentWalk walk(request.iNumSegmentPoints, settings, filtered.size());
     for (std::size_t k = 0; k < request.iNumSegmentPoints.size(); ++k) {
         const Segment segment = walk.next();
@@ -46,8 +46,8 @@ ReturnCode segmented_pi(const RideRequest& request, const tFiltCon& settings,
             statistic = postproc_pi(filtered, request.iExclusionFlags, request.ifExcludeLeaveout,
                                     segment.first, segment.last, settings.xPowerWeighting);
         }
-        output.xOutput[k] = statistic.index;
-        output.xSegLength[k] = segment_length(statistic.actual, request.xStepSize);
+        track.xOutput[k] = statistic.index;
+        track.xSegLength[k] = segment_length(statistic.actual, request.xStepSize);
     }
     return success;
 }

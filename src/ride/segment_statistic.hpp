@@ -54,6 +54,6 @@ private:
 // -1.0 and 0.0 for a hole. Fails with segment_beyond_array, the results of the earlier segments
 // being written.
 [[nodiscard]] ReturnCode segmented_pi(const RideRequest& request, const tFiltCon& settings,
-                                      std::span<const float> filtered, const RideOutput& output);
+                                      std::span<const float> filtered, const RideTrack& track);
 
 } // namespace vialto

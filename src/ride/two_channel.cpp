@@ -11,51 +11,49 @@ namespace vialto {
 
 namespace {
 
-// The request of a two-channel driver has the left track as its profile.
-ReturnCode half_car_index(RideRequest request, std::span<const float> right,
-                          const RideOutput& output) {
-    const std::span<const float> left = request.xDataArray;
-    std::vector<float> mean(left.size());
+ReturnCode half_car_index(RideRequest request, const RideTrack& left,
+                          std::span<const float> right) {
+    std::vector<float> mean(left.xDataArray.size());
     for (std::size_t i = 0; i < mean.size(); ++i) {
-        mean[i] = (left[i] + right[i]) * 0.5F;
+        mean[i] = (left.xDataArray[i] + right[i]) * 0.5F;
     }
     request.i_rideindexsel = idx_ridests_IRI;
-    request.xDataArray = mean;
-    return ride_stats(request, output);
+    const RideTrack both{mean, left.xOutput, left.xSegLength};
+    return ride_stats(request, {&both, 1});
 }
 
 // Each track runs through the whole analysis, the right one into the host's output, and the results
 // are averaged, the hole value like any number: deliberate.
-ReturnCode mean_roughness_index(RideRequest request, std::span<const float> right,
-                                const RideOutput& output) {
+ReturnCode mean_roughness_index(RideRequest request, const RideTrack& left,
+                                std::span<const float> right) {
     request.i_rideindexsel = idx_ridests_IRI;
-    std::vector<float> left_output(output.xOutput.size());
-    if (ride_stats(request, {left_output, output.xSegLength}) != success) {
+    std::vector<float> left_output(left.xOutput.size());
+    const std::span<float> output = left.xOutput;
+    const RideTrack tracks[] = {{left.xDataArray, left_output, left.xSegLength},
+                                {right, output, left.xSegLength}};
+    if (ride_stats(request, tracks) != success) {
         return failure;
     }
-    request.xDataArray = right;
-    if (ride_stats(request, output) != success) {
-        return failure;
-    }
-    for (std::size_t i = 0; i < left_output.size(); ++i) {
-        output.xOutput[i] = (left_output[i] + output.xOutput[i]) * 0.5F;
+    for (std::size_t i = 0; i < output.size(); ++i) {
+        output[i] = (left_output[i] + output[i]) * 0.5F;
     }
     return success;
 }
 
-// What the three drivers do, `driver` being the name of the one that asks.
-ReturnCode analyse(const RideRequest& request, std::span<const float> right,
-                   const RideOutput& output, std::string_view driver) {
+// What the three drivers do, `driver` being the name of the one that asks. The results of both
+// tracks go to the output of the left one.
+ReturnCode analyse(const RideRequest& request, const RideTrack& left, std::span<const float> right,
+                   std::string_view driver) {
     ReturnCode code = success;
     switch (request.i_rideindexsel) {
     case idx_ridests_HRI:
-        code = half_car_index(request, right, output);
+        code = half_car_index(request, left, right);
         break;
     case idx_ridests_MRI:
-        code = mean_roughness_index(request, right, output);
+        code = mean_roughness_index(request, left, right);
         break;
     case idx_ridests_2ChanRN:
-        code = twochan_rn(request, right, output);
+        code = twochan_rn(request, left, right);
         break;
     default:
         return raise_failure("only HRI, MRI, and 2-Chan-RN allowed in the 2-channel analysis",
@@ -75,10 +73,9 @@ ReturnCode ride2chan_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mmFil
                               .if250mmFilter = if250mmFilter,
                               .i_reptype = normal_report,
                               .i_rideindexsel = iRideIndex,
-                              .xDataArray = dataarray1,
                               .iExclusionFlags = exclusion_flags,
                               .xStepSize = xStepSize};
-    return analyse(request, dataarray2, {{&xRideIndex, 1}}, "ride2chan_drv");
+    return analyse(request, {dataarray1, {&xRideIndex, 1}}, dataarray2, "ride2chan_drv");
 }
 
 ReturnCode rideseg2chan_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mmFilter,
@@ -91,11 +88,10 @@ ReturnCode rideseg2chan_drv(std::int32_t ifExcludeLeaveout, std::int32_t if250mm
                               .if250mmFilter = if250mmFilter,
                               .i_reptype = segmented_report,
                               .i_rideindexsel = iRideIndex,
-                              .xDataArray = dataarray1,
                               .iExclusionFlags = exclusion_flags,
                               .xStepSize = xStepSize,
                               .iNumSegmentPoints = iNumSegmentPoints};
-    return analyse(request, dataarray2, {xOutput, xSegLength}, "rideseg2chan_drv");
+    return analyse(request, {dataarray1, xOutput, xSegLength}, dataarray2, "rideseg2chan_drv");
 }
 
 ReturnCode ridecon2chan_drv(std::int32_t if250mmFilter, std::int32_t iRideIndex,
@@ -104,10 +100,9 @@ ReturnCode ridecon2chan_drv(std::int32_t if250mmFilter, std::int32_t iRideIndex,
     const RideRequest request{.if250mmFilter = if250mmFilter,
                               .i_reptype = continuous_report,
                               .i_rideindexsel = iRideIndex,
-                              .xDataArray = dataarray1,
                               .xStepSize = xStepSize,
                               .xBaseLength = xBaseLength};
-    return analyse(request, dataarray2, {xOutput}, "ridecon2chan_drv");
+    return analyse(request, {dataarray1, xOutput}, dataarray2, "ridecon2chan_drv");
 }
 
 } // namespace vialto

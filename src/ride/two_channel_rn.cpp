@@ -1,6 +1,7 @@
 #include "ride/two_channel_rn.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <iterator>
@@ -24,8 +25,8 @@ constexpr float ride_number_rate = -160.0F; // per m/m of PTRN
 // The filtered slopes of both tracks. One record serves both, as their valid ranges are the same.
 struct FilteredTracks {
     tFiltCon settings;
-    std::vector<float> left;
-    std::vector<float> right;
+    std::span<float> left;
+    std::span<float> right;
 };
 
 struct TrackStatistics {
@@ -55,16 +56,16 @@ TrackStatistics ptrn_of_stretch(const RideRequest& request, const FilteredTracks
 // With all samples left out both tracks are holes, -1.0, and the Ride Number underflows to 0.0:
 // deliberate.
 void normal_2chan_rn(const RideRequest& request, const FilteredTracks& tracks,
-                     const RideOutput& output) {
+                     const RideTrack& track) {
     const TrackStatistics ptrn = ptrn_of_stretch(request, tracks, tracks.settings.iBeginElemIdx,
                                                  tracks.settings.iEndElemIdx);
-    output.xOutput.front() = ride_number(root_mean_square(ptrn.left, ptrn.right));
+    track.xOutput.front() = ride_number(root_mean_square(ptrn.left, ptrn.right));
 }
 
 // A hole repeats the length of the segment before it, unlike in segmented_pi, and a segment whose
 // PTRN is exactly zero becomes a hole rather than a 5.0: both deliberate.
 ReturnCode segmented_2chan_rn(const RideRequest& request, const FilteredTracks& tracks,
-                              const RideOutput& output) {
+                              const RideTrack& track) {
     SegmentWalk walk(request.iNumSegmentPoints, tracks.settings, tracks.left.size());
     TrackStatistics ptrn{};
     for (std::size_t k = 0; k < request.iNumSegmentPoints.size(); ++k) {
@@ -75,12 +76,12 @@ ReturnCode segmented_2chan_rn(const RideRequest& request, const FilteredTracks& 
         ptrn = segment.kind == SegmentKind::of_samples
                    ? ptrn_of_stretch(request, tracks, segment.first, segment.last)
                    : TrackStatistics{0.0F, 0.0F, ptrn.actual};
-        output.xOutput[k] = ptrn.left > 0.0F || ptrn.right > 0.0F
-                                ? root_mean_square(ptrn.left, ptrn.right)
-                                : hole_value;
-        output.xSegLength[k] = segment_length(ptrn.actual, request.xStepSize);
+        track.xOutput[k] = ptrn.left > 0.0F || ptrn.right > 0.0F
+                               ? root_mean_square(ptrn.left, ptrn.right)
+                               : hole_value;
+        track.xSegLength[k] = segment_length(ptrn.actual, request.xStepSize);
     }
-    for (float& value : output.xOutput) {
+    for (float& value : track.xOutput) {
         value = value > 0.0F ? ride_number(value) : hole_value;
     }
     return success;
@@ -108,31 +109,32 @@ ReturnCode continuous_2chan_rn(const RideRequest& request, FilteredTracks& track
 
 } // namespace
 
-ReturnCode twochan_rn(const RideRequest& request, std::span<const float> right,
-                      const RideOutput& output) {
+ReturnCode twochan_rn(const RideRequest& request, const RideTrack& left,
+                      std::span<const float> right) {
+    // In the continuous report the right track has no influence, and its filters could fail only
+    // where the left track's have failed before: what they refuse are settings and lengths.
+    const bool filters_right = request.i_reptype != continuous_report;
+    const std::size_t count = right.size();
+    std::vector<float> slopes(filters_right ? 2 * count : count); // one block, as in compute_iri
+    std::array<QuarterCarTrack, most_tracks> filtered{
+        {{left.xDataArray, std::span(slopes).first(count)},
+         {right, std::span(slopes).last(count)}}};
     FilteredTracks tracks{.settings = quarter_car_settings(idx_ridests_RN, request.if250mmFilter),
-                          .left = std::vector<float>(request.xDataArray.size()),
-                          .right = {}};
-    if (filtcon_drv(request.xDataArray, request.xStepSize, tracks.settings, tracks.left) !=
-        success) {
-        return pass_failure(name);
-    }
-    if (request.i_reptype == continuous_report) {
-        // The right track has no influence here, and its filters could fail only where the left
-        // track's have failed before: what they refuse are settings and lengths.
-        return continuous_2chan_rn(request, tracks, output.xOutput) == success ? success
-                                                                               : pass_failure(name);
-    }
-    tracks.right.resize(right.size());
-    if (filtcon_drv(right, request.xStepSize, tracks.settings, tracks.right) != success) {
+                          .left = filtered[0].xFiltered,
+                          .right = filtered[1].xFiltered};
+    if (filtcon_drv(std::span(filtered).first(filters_right ? 2 : 1), request.xStepSize,
+                    tracks.settings) != success) {
         return pass_failure(name);
     }
     switch (request.i_reptype) {
     case normal_report:
-        normal_2chan_rn(request, tracks, output);
+        normal_2chan_rn(request, tracks, left);
         return success;
     case segmented_report:
-        return segmented_2chan_rn(request, tracks, output);
+        return segmented_2chan_rn(request, tracks, left);
+    case continuous_report:
+        return continuous_2chan_rn(request, tracks, left.xOutput) == success ? success
+                                                                             : pass_failure(name);
     default:
         return raise_failure("undefined ride index report type", name, error_code_request);
     }

@@ -14,13 +14,13 @@ namespace vialto {
 // RN = 5 exp(-160 PTRN), PTRN being the root mean square of the filtered slopes of both tracks, in
 // the form that request.i_reptype asks for.
 //
-// Given: the left track as request.xDataArray, the right one, as long.
+// Given: the left track, which has the output of both, and the right profile, as long.
 // Returned: one index, an index and a length [m] per segment, or an index per sample. A NaN in a
 // profile is no failure here, unlike in ride_stats.
 //
 // Fails with the failures of the filters, and with segment_beyond_array, the results of the earlier
 // segments being written, as PTRN still.
-[[nodiscard]] ReturnCode twochan_rn(const RideRequest& request, std::span<const float> right,
-                                    const RideOutput& output);
+[[nodiscard]] ReturnCode twochan_rn(const RideRequest& request, const RideTrack& left,
+                                    std::span<const float> right);
 
 } // namespace vialto

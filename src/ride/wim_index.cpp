@@ -65,15 +65,15 @@ ReturnCode check_report_type(std::int32_t i_reptype) {
 
 } // namespace
 
-ReturnCode compute_wimindex(const RideRequest& request, const RideOutput& output) {
-    if (request.xDataArray.size() > longest_profile) {
+ReturnCode compute_wimindex(const RideRequest& request, const RideTrack& track) {
+    if (track.xDataArray.size() > longest_profile) {
         return raise_failure("Current JQV is not suitable to handle large data set. Sorry for the "
                              "inconvenience",
                              name, error_code_request);
     }
     tFiltCon bridging = bridging_settings(request.if250mmFilter);
-    std::vector<float> elevation(request.xDataArray.size());
-    if (filtcon_drv(request.xDataArray, request.xStepSize, bridging, elevation) != success) {
+    std::vector<float> elevation(track.xDataArray.size());
+    if (filtcon_drv(track.xDataArray, request.xStepSize, bridging, elevation) != success) {
         return pass_failure(name);
     }
     // The valid samples are taken from the start of the array, wherever their range lies in it:
@@ -91,10 +91,10 @@ ReturnCode compute_wimindex(const RideRequest& request, const RideOutput& output
     // The statistic of a sample alone. The request's base length smooths nothing: deliberate.
     raise_to_power(slope, band_pass.xPowerWeighting);
     take_root(slope, band_pass.xPowerWeighting);
-    shroud(slope, request.xStepSize, output.xOutput.first(slope.size()), back_shroud_distance,
+    shroud(slope, request.xStepSize, track.xOutput.first(slope.size()), back_shroud_distance,
            fore_shroud_distance);
-    std::fill(output.xOutput.begin() + static_cast<std::ptrdiff_t>(slope.size()),
-              output.xOutput.end(), 0.0F);
+    std::fill(track.xOutput.begin() + static_cast<std::ptrdiff_t>(slope.size()),
+              track.xOutput.end(), 0.0F);
     return success;
 }
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <complex>
 #include <iomanip>
@@ -296,6 +297,45 @@ TEST(QuarterCar, SameBitsAsTheRecursionWrittenDownLiterally) {
     }
 }
 
+// One lane may hold what spreads: an infinity, a NaN, or a height that overflows. Behind the whole
+// roads go stretches of them that start at different samples.
+TEST(QuarterCar, TwoTracksHaveTheBitsThatEachHasAlone) {
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    for (const float odd : {0.0F, nan, infinity, 3e38F}) {
+        for (const std::size_t lane : {0U, 1U}) {
+            const std::int32_t type = lane == 0 ? iri : idx_filttyp_RN;
+            std::array<Road, 2> roads{random_road(700, 0.125, 8), random_road(700, 0.125, 9)};
+            roads[lane][333] = odd;
+            std::array<Road, 2> y{Road(700), Road(700)};
+            QuarterCarTrack tracks[]{{roads[0], y[0]}, {roads[1], y[1]}};
+            tFiltCon record{type, 0, 2, vialto_yes, 0.0F, 0.0F, 0.0F, 70.0F, 0.0F, 0, 0};
+            EXPECT_EQ(filtcon_drv(tracks, 0.125F, record), success);
+            vialto::QuarterCar car{};
+            EXPECT_EQ(set_up_quarter_car(0.125F, 0.25F, 1.0F,
+                                         lane == 0 ? iri_parameters() : rn_parameters(70.0F), car),
+                      success);
+            std::array<QuarterCarRun, 2> runs;
+            std::array<Road, 2> stretch{Road(300), Road(300)};
+            for (const std::size_t k : {0U, 1U}) {
+                const FilterRun alone(roads[k], {type, 0, 0.0F, 0.0F, 2});
+                EXPECT_EQ(listing(0, 0, y[k]), listing(0, 0, alone.y)) << odd << " " << lane;
+                EXPECT_EQ(listing(0, 0, {tracks[k].xQcarStat}), listing(0, 0, {alone.statistic}));
+                const std::size_t first = 40 + 60 * k;
+                runs[k] = {roads[k], start_state(car, roads[k]),
+                           std::span(stretch[k]).first(first)};
+                run_quarter_car(car, {&runs[k], 1});
+                runs[k].profile = runs[k].profile.subspan(first);
+                runs[k].y = stretch[k];
+            }
+            run_quarter_car(car, runs);
+            for (const std::size_t k : {0U, 1U}) {
+                const auto from = y[k].begin() + 40 + 60 * static_cast<std::ptrdiff_t>(k);
+                EXPECT_EQ(listing(0, 0, stretch[k]), listing(0, 0, {from, from + 300}));
+            }
+        }
+    }
+}
+
 // Masses, springs and damper in the frequency domain, of which the sinusoid has one radian a metre.
 TEST(QuarterCar, SinusoidComesOutWithTheAnalyticGain) {
     const auto profile = sinusoid(24000, 0.025, 2.0 * std::numbers::pi, 1.0);
@@ -313,11 +353,11 @@ TEST(QuarterCar, SinusoidComesOutWithTheAnalyticGain) {
 TEST(QuarterCar, GuardsBehindTheDispatch) {
     const Road profile{1, 2, 3};
     Road y(3);
-    float statistic = 0.0F;
+    QuarterCarTrack track{profile, y};
     tFiltCon settings{};
     const auto event_of = [&](float xInitLength, float xMu) {
-        (void)qcar_filter(profile, 0.025F, 0.25F, 1.0F,
-                          {xInitLength, 1.0F, 653.0F, 63.3F, 6.0F, xMu, 80.0F}, y, statistic,
+        (void)qcar_filter({&track, 1}, 0.025F, 0.25F, 1.0F,
+                          {xInitLength, 1.0F, 653.0F, 63.3F, 6.0F, xMu, 80.0F},
                           settings.iBeginElemIdx, settings.iEndElemIdx);
         EXPECT_EQ(y, profile);
         return summary_of_current_event();
@@ -326,7 +366,7 @@ TEST(QuarterCar, GuardsBehindTheDispatch) {
                                      "wavelengths causes ill-conditioned matrix");
     EXPECT_EQ(event_of(1e-8F, 0.15F),
               "101 2 qcar_filter: initialization length for IRI/PTRN should not be zero");
-    (void)qcarfilt_drv(profile, 0.025F, settings, y, statistic);
+    (void)qcarfilt_drv({&track, 1}, 0.025F, settings);
     EXPECT_EQ(summary_of_current_event(),
               "101 2 qcarfilt_drv: tFiltCon%iMainFilterType is not either IRI nor RN");
 }

@@ -126,6 +126,8 @@ TEST(RideExports, TellWhatFailsAndWhatStandsInTheOutputs) {
         {"ridecon", {.base = 25.0F}, too_long},
         {"ride2chan", {.selector = 1}, two_only},
         {"ride2chan", {.selector = 6, .if250 = 0}, no_switch},
+        {"ride2chan", {.selector = 5, .left = Floats(count, nan)}, no_number},
+        {"ride2chan", {.selector = 5, .right = Floats(count, nan)}, no_number + " nan"},
         {"ride2chan", {.selector = 6, .left = Floats(10), .right = Floats(10)}, "; nan"},
         {"ride2chan", {.selector = 4, .exclude = 1, .flags = Counts(count, 5)}, "; -1"},
         {"ride2chan", {.selector = 6, .exclude = 1, .flags = Counts(count, 5)}, "; 0"},
@@ -140,6 +142,7 @@ TEST(RideExports, TellWhatFailsAndWhatStandsInTheOutputs) {
         {"rideseg2chan",
          {.selector = 6, .left = flat, .right = flat, .counts = holes},
          "; -1 -1 -1 -1 -1 0 0.025 0.025 0.025 0"},
+        {"ridecon2chan", {.selector = 5, .right = Floats(count, nan)}, no_number},
         {"ridecon2chan", {.selector = 6, .base = 0.1F, .left = flat}, "; 0 5 5 5 5 5 5 5 5 5 5 5"},
         {"ridecon2chan", {.selector = 6, .base = 0.04F, .left = flat}, "; 0 5 0 0 0 0 0 0 0 0 0 0"},
         {"ridecon2chan", {.selector = 6, .base = 0.04F, .left = {}}, ";"},
@@ -247,7 +250,7 @@ TEST(SegmentWalk, SharesBoundariesStepsBackBehindHolesAndEndsBeyondTheArray) {
                                   .xStepSize = 0.5F,
                                   .iNumSegmentPoints = counts};
         const tFiltCon filter{0, 0, 0, 0, 0, 0, 0, 0, 1.0F, 0, 9};
-        const ReturnCode code = segmented_pi(request, filter, slope, {index, length});
+        const ReturnCode code = segmented_pi(request, filter, slope, {{}, index, length});
         EXPECT_EQ(told(code == success ? "" : "beyond", index) + told("", length), expected);
     }
 }
