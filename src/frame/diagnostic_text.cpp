@@ -13,13 +13,13 @@ namespace vialto {
 DiagnosticText::DiagnosticText(std::int32_t unit) : file_(open_file(unit)) {}
 
 DiagnosticText::~DiagnosticText() {
-    flush();
+    if (file_ != nullptr) {
+        flush();
+    }
 }
 
 void DiagnosticText::flush() {
-    if (file_ != nullptr) {
-        std::fwrite(buffer_.data(), 1, used_, file_);
-    }
+    write_text(*file_, {buffer_.data(), used_});
     used_ = 0;
 }
 

@@ -8,8 +8,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <string_view>
+
+#include "frame/text_file.hpp"
 
 namespace vialto {
 
@@ -24,6 +25,9 @@ public:
     // One free-format record.
     template <class... Items>
     void record(const Items&... items) {
+        if (file_ == nullptr) {
+            return;
+        }
         put(" ");
         (put(items), ...);
         put("\n");
@@ -31,14 +35,15 @@ public:
 
     // One record of the text as it stands.
     void formatted_record(std::string_view text) {
+        if (file_ == nullptr) {
+            return;
+        }
         put(text);
         put("\n");
     }
 
-    // Hands what is gathered to the file. A write that cannot be carried out is not looked at.
-    void flush();
-
 private:
+    void flush();
     void put(std::string_view text);
     void put(std::int32_t number);
     void put(float number);
@@ -48,7 +53,7 @@ private:
 
     static constexpr std::size_t capacity = 16384;
 
-    std::FILE* file_;
+    TextFile* file_;
     std::size_t used_ = 0;
     std::array<char, capacity> buffer_;
 };

@@ -2,12 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
+#include <charconv>
 #include <cstddef>
 #include <cstdlib>
-#include <exception>
-#include <filesystem>
-#include <system_error>
 
 #include "frame/event.hpp"
 #include "frame/fixed_text.hpp"
@@ -24,19 +21,11 @@ constexpr std::string_view separator = "\\";
 constexpr std::string_view separator = "/";
 #endif
 
-using Path = FixedText<128>;
+constexpr std::size_t path_length = 128;
 
-struct Unit {
-    std::FILE* file = nullptr;
-    Path path;
-    long former_length = 0; // of the file that was taken over
-};
+using Path = FixedText<path_length>;
 
-std::array<Unit, last_diagnostic_unit + 1> units{};
-
-bool unit_exists(std::int32_t unit) {
-    return unit >= 0 && unit <= last_diagnostic_unit;
-}
+std::array<TextFile, last_diagnostic_unit + 1> files; // of the units
 
 Path temporary_path(std::string_view name) {
     const char* value = std::getenv("TMP");
@@ -48,69 +37,31 @@ Path temporary_path(std::string_view name) {
     return path;
 }
 
-// The path as the C library wants it.
-std::array<char, 129> terminated(const Path& path) {
-    std::array<char, 129> text{};
-    std::copy(path.trimmed().begin(), path.trimmed().end(), text.begin());
-    return text;
+int open_path(const Path& path, TextFile& file) {
+    std::array<char, path_length + 1> terminated{};
+    std::copy(path.trimmed().begin(), path.trimmed().end(), terminated.begin());
+    return open_text_file(terminated.data(), file);
 }
 
-// DiagnosticText hands over large blocks: a buffer of the stream's own would only copy them.
-std::FILE* open_unbuffered(const Path& path, const char* mode) {
-    std::FILE* file = std::fopen(terminated(path).data(), mode);
-    if (file != nullptr) {
-        std::setvbuf(file, nullptr, _IONBF, 0);
+ReturnCode fail_opening(const Path& path, int status) {
+    std::array<char, 5> digits{};
+    const char* const end = std::to_chars(digits.begin(), digits.end(), status).ptr;
+    FixedText<256> description;
+    std::size_t length = description.write(0, "error opening a new file - ");
+    length = description.write(length, path.trimmed());
+    length = description.write(length, ", iostat = ");
+    description.write(length, {digits.begin(), end});
+    return raise_failure(description.trimmed(), routine_name, error_code_file);
+}
+
+ReturnCode open_tmp_file(std::string_view name, std::int32_t& unit) {
+    const Path path = temporary_path(name);
+    unit = find_free_unit(first_diagnostic_unit, last_diagnostic_unit);
+    if (unit < 0) {
+        return raise_failure("error in finding a free file unit ", routine_name);
     }
-    return file;
-}
-
-// A file that exists is written over from its start and cut when it is closed: that is much cheaper
-// than emptying it first.
-bool open_over(Unit& unit) {
-    unit.file = open_unbuffered(unit.path, "r+");
-    if (unit.file == nullptr) {
-        return false;
-    }
-    std::fseek(unit.file, 0, SEEK_END);
-    unit.former_length = std::ftell(unit.file);
-    std::rewind(unit.file);
-    return true;
-}
-
-bool open_new(Unit& unit) {
-    unit.former_length = 0;
-    unit.file = open_unbuffered(unit.path, "w");
-    return unit.file != nullptr;
-}
-
-// What cannot be cut stays as it is: nothing reads a diagnostic file but a person.
-void cut_file(const Path& path, long length) {
-    try {
-        std::error_code ignored;
-        std::filesystem::resize_file(path.trimmed(), static_cast<std::uintmax_t>(length), ignored);
-    } catch (const std::exception&) {
-        return;
-    }
-}
-
-// In five characters, right-justified.
-FixedText<5> status_text(int status) {
-    std::array<char, 16> digits{};
-    std::snprintf(digits.data(), digits.size(), "%5d", status);
-    FixedText<5> text;
-    text.assign(digits.data());
-    return text;
-}
-
-std::int32_t fail_opening(std::string_view path, int status) {
-    std::array<char, 256> words{};
-    const FixedText<5> status_words = status_text(status);
-    const int length = std::snprintf(
-        words.data(), words.size(), "error opening a new file - %.*s, iostat = %.*s",
-        static_cast<int>(path.size()), path.data(), static_cast<int>(status_words.trimmed().size()),
-        status_words.trimmed().data());
-    return raise_failure({words.data(), static_cast<std::size_t>(length)}, routine_name,
-                         error_code_file);
+    const int status = open_path(path, files[static_cast<std::size_t>(unit)]);
+    return status == 0 ? success : fail_opening(path, status);
 }
 
 } // namespace
@@ -130,33 +81,21 @@ std::int32_t find_free_unit(std::int32_t iLow, std::int32_t iHigh,
 }
 
 std::int32_t io_tmp_file(std::string_view name) {
-    const std::int32_t unit = find_free_unit(first_diagnostic_unit, last_diagnostic_unit);
-    if (unit < 0) {
-        return raise_failure("error in finding a free file unit ", routine_name);
-    }
-    Unit& opened = units[static_cast<std::size_t>(unit)];
-    opened.path = temporary_path(name);
-    errno = 0;
-    if (!open_over(opened) && !open_new(opened)) {
-        return fail_opening(opened.path.trimmed(), errno);
-    }
-    return unit;
+    std::int32_t unit = -1;
+    return open_tmp_file(name, unit) == success ? unit : failure;
 }
 
-std::FILE* open_file(std::int32_t unit) {
-    return unit_exists(unit) ? units[static_cast<std::size_t>(unit)].file : nullptr;
+TextFile* open_file(std::int32_t unit) {
+    if (unit < 0 || unit > last_diagnostic_unit) {
+        return nullptr;
+    }
+    TextFile& file = files[static_cast<std::size_t>(unit)];
+    return file.is_open() ? &file : nullptr;
 }
 
 void close_unit(std::int32_t unit) {
-    if (open_file(unit) == nullptr) {
-        return;
-    }
-    Unit& closed = units[static_cast<std::size_t>(unit)];
-    const long length = std::ftell(closed.file);
-    std::fclose(closed.file);
-    closed.file = nullptr;
-    if (length >= 0 && length < closed.former_length) {
-        cut_file(closed.path, length);
+    if (TextFile* const file = open_file(unit); file != nullptr) {
+        close_text_file(*file);
     }
 }
 

@@ -3,10 +3,11 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <limits>
 #include <span>
 #include <string_view>
+
+#include "frame/text_file.hpp"
 
 namespace vialto {
 
@@ -19,13 +20,13 @@ inline constexpr std::int32_t last_diagnostic_unit = 99;
 find_free_unit(std::int32_t iLow = 0, std::int32_t iHigh = std::numeric_limits<std::int32_t>::max(),
                std::span<const std::int32_t> iExcluded = {});
 
-// Opens the text file of that name in the directory that TMP names, taking over and emptying a file
-// that exists, and returns its unit. On failure raises the event and returns 3, which is no unit
-// that anything has opened: decide by event_is_fatal().
+// Opens the text file of that name in the directory that TMP names, emptying a file that exists, and
+// returns its unit. On failure raises the event and returns 3, which is no unit that anything has
+// opened: decide by event_is_fatal().
 [[nodiscard]] std::int32_t io_tmp_file(std::string_view name);
 
 // The file open on `unit`; null if there is none or the unit does not exist.
-[[nodiscard]] std::FILE* open_file(std::int32_t unit);
+[[nodiscard]] TextFile* open_file(std::int32_t unit);
 
 // Closes the file open on `unit`, if any. The file stays on disk.
 void close_unit(std::int32_t unit);

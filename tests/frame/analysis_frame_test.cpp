@@ -83,7 +83,13 @@ TEST(AnalysisFrame, VariantsDifferInPathAndInWhenTheFileIsTakenOver) {
         std::filesystem::create_symlink(directory.path() / "former", file);
         EXPECT_EQ(outcome({.frame = frame, .drive = fail}), "3 101 2 " + routine + ": it broke");
         EXPECT_EQ(directory.text_of("former"), text_of_failure);
-        EXPECT_EQ(outcome({.frame = frame}), "1+");
+        const auto so_far = frame.diagnostic_file == DiagnosticFile::opened_first ? inputs : former;
+        std::ofstream(directory.path() / "former") << former;
+        const auto drive = [&](DiagnosticText&) {
+            EXPECT_EQ(directory.text_of("former"), so_far);
+            return success;
+        };
+        EXPECT_EQ(outcome({.frame = frame, .drive = drive}), "1+");
         EXPECT_EQ(directory.text_of("former"), text_of_success);
     }
 }
@@ -103,9 +109,9 @@ TEST(AnalysisFrame, EveryWayOutOfTheDriverReachesTheHost) {
     };
     const test::TemporaryDirectory directory;
     for (const auto& [way_out, expected] : cases) {
-        const auto drive = [&](DiagnosticText& text) {
+        const auto drive = [&leave = way_out](DiagnosticText& text) {
             text.record("so far");
-            return way_out();
+            return leave();
         };
         EXPECT_EQ(outcome({.drive = drive}), expected);
         EXPECT_TRUE(directory.text_of("analysis.txt")
@@ -118,10 +124,10 @@ TEST(AnalysisFrame, FileThatCannotBeOpenedStopsTheAnalysis) {
     const test::TemporaryDirectory directory;
     std::filesystem::create_directories(directory.path() / "taken" / "analysis.txt");
     const std::tuple<Call, std::string, std::string> cases[] = {
-        {{.drive = fail}, "/no/such/directory", "    2"},
-        {{.frame = alone, .drive = fail}, "/no/such/directory", "    2"},
-        {{.frame = late}, "/no/such/directory", "    2"},
-        {{.drive = fail}, "/taken", "   21"},
+        {{.drive = fail}, "/no/such/directory", "2"},
+        {{.frame = alone, .drive = fail}, "/no/such/directory", "2"},
+        {{.frame = late}, "/no/such/directory", "2"},
+        {{.drive = fail}, "/taken", "21"},
     };
     for (const auto& [call, tmp, status] : cases) {
         const std::string path = directory.path().string() + tmp;
@@ -132,7 +138,7 @@ TEST(AnalysisFrame, FileThatCannotBeOpenedStopsTheAnalysis) {
     }
     test::unset_tmp();
     EXPECT_EQ(outcome({.frame = {.name = "none/a"}}),
-              "3 102 2 io_tmp_file/none/a: error opening a new file - /none/a.txt, iostat =     2");
+              "3 102 2 io_tmp_file/none/a: error opening a new file - /none/a.txt, iostat = 2");
 }
 
 TEST(AnalysisFrame, PathIsTrimmedAndCutAt128Characters) {

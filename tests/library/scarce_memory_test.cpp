@@ -26,7 +26,8 @@ public:
         const bool for_memory = result == vialto_failure && event != nullptr &&
                                 std::string_view(event->description, sizeof event->description)
                                     .starts_with("not enough memory for the analysis ");
-        EXPECT_TRUE(!for_memory || (refused && event->error_code == 100));
+        EXPECT_TRUE(!for_memory || event->error_code == 100);
+        EXPECT_EQ(for_memory, refused && event != nullptr);
         results_ += for_memory ? "m" : std::to_string(result);
         return result;
     }
@@ -47,8 +48,6 @@ ScarceCaller run(const fuzz::Request& request, std::uint32_t number, long alloca
     return caller;
 }
 
-// A refused allocation ends the analysis, but for that of the path of a diagnostic file that cannot
-// be cut to its new length, which nobody looks at.
 bool as_served_or_for_memory(const std::string& results, const std::string& served) {
     for (std::size_t call = 0; call < results.size(); ++call) {
         if (results[call] != 'm' && results[call] != served[call]) {
