@@ -86,7 +86,7 @@ void CountScallops_call(benchmark::State& state) {
     const std::vector<float> trace = trace_of(road(state));
     LotScallops found;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(CountScallops(trace, interval, 0.0F, rules, found));
+        benchmark::DoNotOptimize(CountScallops(trace, interval, rules, found));
     }
     count_samples(state);
 }

@@ -38,11 +38,11 @@ std::vector<float> distances(std::size_t count, float xStepSize) {
     return x;
 }
 
-// Takes the least-squares line out of y, which has the length of x.
-Trend DetrendProfile(std::span<const float> x, std::span<float> y) {
-    const auto [b0, b1] = fit_line(x, y);
+// The samples without their least-squares line, in y; all have the length of x.
+Trend DetrendProfile(std::span<const float> x, std::span<const float> samples, std::span<float> y) {
+    const auto [b0, b1] = fit_line(x, samples);
     for (std::size_t k = 0; k < y.size(); ++k) {
-        y[k] = y[k] - b0 - x[k] * b1;
+        y[k] = samples[k] - b0 - x[k] * b1;
     }
     return {b0, x.back() * b1 + b0};
 }
@@ -144,22 +144,20 @@ public:
     // Lot number lot_number of the list, of more than one sample and inside the stretch.
     [[nodiscard]] ReturnCode run(std::size_t lot_number, TraceLot& lot, std::int32_t& iNumDefects,
                                  std::span<tPGDefect> tDefects) {
-        constexpr float x0 = 0.0F;
         const auto s = static_cast<std::size_t>(lot.iStart);
         const std::size_t n = static_cast<std::size_t>(lot.iEnd) - s + 1;
         // From the lot's first sample to its last: one interval less than it has samples.
         const float Linv = 1.0F / (static_cast<float>(n - 1) * xStepSize_);
 
-        const std::span<const float> samples = xTrace_.subspan(s, n);
-        y_.assign(samples.begin(), samples.end());
         if (x_.size() < n) {
             x_ = distances(n, xStepSize_);
         }
-        const Trend trend = DetrendProfile(std::span(x_).first(n), y_);
+        y_.resize(n);
+        const Trend trend = DetrendProfile(std::span(x_).first(n), xTrace_.subspan(s, n), y_);
         set_band(trend, half_, lot.result);
         const float xSlope = (trend.yEnd - trend.yStart) * Linv;
 
-        if (CountScallops(y_, xStepSize_, x0, rules_, found_) != success) {
+        if (CountScallops(y_, xStepSize_, rules_, found_) != success) {
             return pass_failure(name);
         }
         if (join_start_partial(lot_number, Linv, previous_, found_) != success) {

@@ -25,7 +25,6 @@ constexpr Side below{scallop_below, -1.0F};
 struct Lot {
     std::span<const float> y;
     float xStepSize;
-    float x0;
     float bu; // upper edge of the band; the lower one is 0.0 - bu
     float inv;
     const ScallopRules& rules;
@@ -44,11 +43,24 @@ struct Lot {
         return result;
     }
 
-    // Distance from sample `anchor` on to the edge of the band, along the slope between the samples
-    // i - 1 and i.
-    [[nodiscard]] float to_edge(Side side, std::size_t anchor, std::size_t i) const {
-        return (bu - height(side, anchor)) /
-               (std::fabs(height(side, i) - height(side, i - 1)) * inv);
+    // The place of the crossing ahead of sample i, the first one outside the band. Of an upper
+    // scallop it is measured from the sample before, of a lower one from that sample itself. Ahead
+    // of the lot's first sample there is no crossing to measure.
+    [[nodiscard]] float crossing_ahead(Side side, std::size_t i) const {
+        const std::size_t anchor = side.Type == scallop_above ? i - 1 : i;
+        return i > 1 ? length(anchor) + (bu - height(side, anchor)) / slope(side, i)
+                     : length(anchor);
+    }
+
+    // The place of the crossing behind, projected along the slope that ends at sample i; that
+    // sample's own where the lot starts with it.
+    [[nodiscard]] float crossing_behind(Side side, std::size_t i) const {
+        return i > 1 ? length(i) - (bu - height(side, i)) / slope(side, i) : length(i);
+    }
+
+    // Steepness between the samples i - 1 and i.
+    [[nodiscard]] float slope(Side side, std::size_t i) const {
+        return std::fabs(height(side, i) - height(side, i - 1)) * inv;
     }
 
     [[nodiscard]] float height_by_rules(float h) const {
@@ -61,12 +73,6 @@ struct Lot {
         return h;
     }
 };
-
-// The sample from which the crossing ahead of the first sample outside the band is measured: the
-// one before it for an upper scallop, that sample itself for a lower one.
-std::size_t begin_anchor(Side side, std::size_t first_outside) {
-    return side.Type == scallop_above ? first_outside - 1 : first_outside;
-}
 
 // Judges the scallop with the first sample s outside the band and the first sample e back in it.
 ReturnCode evaluate(const Lot& lot, Side side, std::size_t s, std::size_t e, LotScallops& found) {
@@ -84,10 +90,9 @@ ReturnCode evaluate(const Lot& lot, Side side, std::size_t s, std::size_t e, Lot
         return success;
     }
     found.xSumRnd += height;
-    const std::size_t anchor = begin_anchor(side, s);
     found.scallops.push_back({.Type = side.Type,
-                              .BeginX = lot.length(anchor) + lot.x0 + lot.to_edge(side, anchor, s),
-                              .EndX = lot.length(e) + lot.x0 - lot.to_edge(side, e, e),
+                              .BeginX = lot.crossing_ahead(side, s),
+                              .EndX = lot.crossing_behind(side, e),
                               .iStart = static_cast<std::int32_t>(s),
                               .iEnd = static_cast<std::int32_t>(e - 1),
                               .MxHts = height});
@@ -123,12 +128,36 @@ private:
     std::size_t start_ = none_open;
 };
 
+constexpr std::size_t block = 16; // samples that are looked at together
+
+// Whether the trace passes an edge of the band on its way to any of the samples of the block from
+// `first` on: only then has one of them a step to take.
+bool passes_edge(const Lot& lot, std::size_t first) {
+    std::int32_t passes = 0; // not a bool, for the loop to need no branch
+    for (std::size_t i = first; i < first + block; ++i) {
+        for (const Side side : {above, below}) {
+            const bool outside = lot.height(side, i) > lot.bu;
+            const bool was_outside = lot.height(side, i - 1) > lot.bu;
+            passes |= outside != was_outside ? 1 : 0;
+        }
+    }
+    return passes != 0;
+}
+
 ReturnCode scan_whole_scallops(const Lot& lot, LotScallops& found) {
     Excursion upper(above);
     Excursion lower(below);
-    for (std::size_t i = 2; i <= lot.y.size(); ++i) {
-        if (upper.step(lot, i, found) != success || lower.step(lot, i, found) != success) {
-            return failure;
+    const std::size_t n = lot.y.size();
+    std::size_t i = 2;
+    while (i <= n) {
+        if (i + block <= n + 1 && !passes_edge(lot, i)) {
+            i += block;
+            continue;
+        }
+        for (const std::size_t end = std::min(i + block, n + 1); i < end; ++i) {
+            if (upper.step(lot, i, found) != success || lower.step(lot, i, found) != success) {
+                return failure;
+            }
         }
     }
     return success;
@@ -157,12 +186,11 @@ void find_start_partial(const Lot& lot, Side side, std::size_t limit, PartialSca
     partial.iType = side.Type;
     partial.iStart = 1;
     // Deliberately one less than the last sample outside the band; and the crossing is projected
-    // forward from that sample, not taken between it and the next. With no sample before it there
-    // is no slope to project along.
+    // forward from that sample, not taken between it and the next.
     partial.iEnd = static_cast<std::int32_t>(j - 2);
-    partial.EndX = (m > 1 ? lot.length(m) - lot.to_edge(side, m, m) : lot.length(m)) + lot.x0;
+    partial.EndX = lot.crossing_behind(side, m);
     // Deliberately one interval farther for a lower scallop.
-    partial.BeginX = side.Type == scallop_above ? lot.x0 : lot.xStepSize + lot.x0;
+    partial.BeginX = side.Type == scallop_above ? 0.0F : lot.xStepSize;
 }
 
 // Looks for the partial scallop in which the lot ends, down to sample `first`.
@@ -179,12 +207,8 @@ void find_end_partial(const Lot& lot, Side side, std::size_t first, PartialScall
     partial.iType = side.Type;
     partial.iStart = static_cast<std::int32_t>(p + 1);
     partial.iEnd = static_cast<std::int32_t>(n);
-    // With no sample before the first there is no crossing to measure.
-    const std::size_t anchor = begin_anchor(side, p + 1);
-    partial.BeginX =
-        (p > 0 ? lot.length(anchor) + lot.to_edge(side, anchor, p + 1) : lot.length(anchor)) +
-        lot.x0;
-    partial.EndX = lot.length(n) + lot.x0;
+    partial.BeginX = lot.crossing_ahead(side, p + 1);
+    partial.EndX = lot.length(n);
 }
 
 void find_partial_scallops(const Lot& lot, LotScallops& found) {
@@ -205,11 +229,10 @@ void find_partial_scallops(const Lot& lot, LotScallops& found) {
 
 } // namespace
 
-ReturnCode CountScallops(std::span<const float> y, float xStepSize, float x0,
-                         const ScallopRules& rules, LotScallops& found) {
+ReturnCode CountScallops(std::span<const float> y, float xStepSize, const ScallopRules& rules,
+                         LotScallops& found) {
     const Lot lot{.y = y,
                   .xStepSize = xStepSize,
-                  .x0 = x0,
                   .bu = rules.BlankingBand * 0.5F,
                   .inv = 1.0F / xStepSize,
                   .rules = rules};

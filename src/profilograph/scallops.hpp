@@ -1,7 +1,7 @@
 // Scallops: excursions of a detrended profilograph trace outside the blanking band.
 //
-// Sample numbers count from 1 within the lot. Sample i stands at the distance i * xStepSize + x0,
-// the first one thus one step past x0. Heights have the unit of the trace.
+// Sample numbers count from 1 within the lot. Sample i stands at the distance i * xStepSize, the
+// first one thus one step past the lot's origin. Heights have the unit of the trace.
 #pragma once
 
 #include <cstdint>
@@ -63,7 +63,7 @@ struct LotScallops {
 
 // Counts the scallops of one lot.
 //
-// Given: the detrended lot y, the interval [m], the distance x0 of the lot's origin [m], the rules.
+// Given: the detrended lot y, the interval [m], the rules.
 // Returned: the whole scallops that are wide and high enough, the sums over whole scallops, and the
 // partial scallops at both ends, which are in neither the list nor the sums.
 //
@@ -72,7 +72,7 @@ struct LotScallops {
 // Fails with "maximum number of scallops exceeds the program limits. Try with smaller segments" at
 // the candidate after the thousandth scallop, even if its height would have dropped it; the edges
 // are then cleared.
-[[nodiscard]] ReturnCode CountScallops(std::span<const float> y, float xStepSize, float x0,
+[[nodiscard]] ReturnCode CountScallops(std::span<const float> y, float xStepSize,
                                        const ScallopRules& rules, LotScallops& found);
 
 } // namespace vialto

@@ -100,9 +100,9 @@ struct Index {
 // To the last bit: raw and final sum, raw heights of the partial scallops at the start and the end;
 // then each scallop: type, samples, distances, height.
 std::string scallops_of(const std::vector<float>& lot, const ScallopRules& rules = {4, 0, 0, 0},
-                        float interval = 0.5F, float x0 = 0.0F) {
+                        float interval = 0.5F) {
     LotScallops found;
-    EXPECT_EQ(CountScallops(lot, interval, x0, rules, found), success);
+    EXPECT_EQ(CountScallops(lot, interval, rules, found), success);
     const auto& [start, end] = found.edges;
     std::ostringstream text;
     text << std::setprecision(9) << found.xSumRaw << "/" << found.xSumRnd << " " << start.xRawHt
@@ -240,10 +240,10 @@ TEST(Scallops, AreMeasuredFromCrossingToCrossing) {
         {scallops_of({-6}), "0/0 4/4; start 2: 1-0 0.5..0.5 h4; end 2: 1-1 0.5..0.5 h4"},
         {scallops_of({}), "0/0 0/0"},
         // Rounded to float32 at every step, in its order.
-        {scallops_of(rough, {4, 0.1F, 0, 0}, 0.3F, 2),
-         "5.9000001/5.9000001 3.5999999/2; start 1: 1-1 2..3.23529434 h3.5999999; "
-         "2: 4-5 3.04680848..3.56666684 h2.4000001; 1: 7-8 3.92666674..4.5842104 h3.5; "
-         "end 2: 10-11 4.86363602..5.30000019 h2"},
+        {scallops_of(rough, {4, 0.1F, 0, 0}, 0.3F),
+         "5.9000001/5.9000001 3.5999999/2; start 1: 1-1 0..1.23529422 h3.5999999; "
+         "2: 4-5 1.0468086..1.56666672 h2.4000001; 1: 7-8 1.92666674..2.58421063 h3.5; "
+         "end 2: 10-11 2.86363626..3.30000019 h2"},
     });
 }
 
