@@ -141,11 +141,14 @@ ReturnCode out_of_spec_spots(const MustGrindRequest& request, std::span<float> x
         cfg.if250mmFilter == vialto_yes ? nint(trim_length_250mm / request.xStepSize) : 0;
     const std::int64_t iHalf = nint(cfg.xSlideBaseLength * 0.5F / request.xStepSize);
     const auto nsamp = static_cast<std::int64_t>(xRideBefore.size());
+    // A negative base length does not move the search off the profile.
+    const std::int64_t first = std::max<std::int64_t>(iHalf + 1, 1);
+    const std::int64_t last = std::min(nsamp - iTrim - iHalf, nsamp);
     // Out of specification is where the threshold would be a gain.
     const auto is_out_of_spec = [&](std::size_t i) {
         return gain(cfg, xRideBefore[i], cfg.xRideThreshold) > 0.0F;
     };
-    if (!gather_stretches(iHalf + 1, nsamp - iTrim - iHalf, nsamp, is_out_of_spec, tOutOfSpec)) {
+    if (!gather_stretches(first, last, is_out_of_spec, tOutOfSpec)) {
         return raise_failure("i_maxspots exceeded for out-of-spec - try smaller sections", name);
     }
     return success;

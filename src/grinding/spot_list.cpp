@@ -24,10 +24,9 @@ void set_flags(std::span<std::int32_t> iGrindFlags, std::int32_t first, std::int
 ReturnCode tossout_shortgrindspots(float x_grindlength_min, float xStepSize,
                                    std::span<std::int32_t> iGrindFlags, SpotList& spots) {
     const std::int32_t iMinLen = nint(x_grindlength_min / xStepSize);
-    const auto nsamp = static_cast<std::int64_t>(iGrindFlags.size());
     const bool all_listed = gather_stretches(
-        1, nsamp, nsamp, [&](std::size_t i) { return iGrindFlags[i] != not_ground; },
-        spots.tGrindSpots);
+        1, static_cast<std::int64_t>(iGrindFlags.size()),
+        [&](std::size_t i) { return iGrindFlags[i] != not_ground; }, spots.tGrindSpots);
     for (Spot& spot : spots.tGrindSpots) {
         if (spot.iEnd - spot.iStart < iMinLen) {
             set_flags(iGrindFlags, spot.iStart, spot.iEnd, not_ground);

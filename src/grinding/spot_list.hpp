@@ -37,8 +37,8 @@ struct SpotList {
 void set_flags(std::span<std::int32_t> iGrindFlags, std::int32_t first, std::int32_t last,
                std::int32_t flag);
 
-// Walks the samples first to last, counted from 1, and adds each stretch of those that `marked`
-// names to the list. What lies outside the samples 1 to nsamp is never marked.
+// Walks the samples first to last of a profile, counted from 1, and adds each stretch of those that
+// `marked` names, by their places from 0, to the list.
 //
 // Deliberately, a stretch that is open at the first sample of the walk starts at 1 and ends at the
 // length of its run, wherever the walk starts; and a stretch that opens on the last sample of the
@@ -46,19 +46,11 @@ void set_flags(std::span<std::int32_t> iGrindFlags, std::int32_t first, std::int
 //
 // Returns false, with the stretches before it listed, where the count exceeds i_maxspots.
 template <class Marked>
-[[nodiscard]] bool gather_stretches(std::int64_t first, std::int64_t last, std::int64_t nsamp,
-                                    const Marked& marked, std::vector<Spot>& stretches) {
-    const auto is_marked = [&](std::int64_t sample) {
-        return 1 <= sample && sample <= nsamp && marked(static_cast<std::size_t>(sample - 1));
-    };
+[[nodiscard]] bool gather_stretches(std::int64_t first, std::int64_t last, const Marked& marked,
+                                    std::vector<Spot>& stretches) {
     std::optional<Spot> open;
-    if (is_marked(first)) {
-        open = {spot_active, 1, 1};
-    }
-    // One sample behind the profile closes what is open there.
-    const std::int64_t walk_end = std::min(last, nsamp + 1);
-    for (std::int64_t i = std::max<std::int64_t>(first + 1, 1); i <= walk_end; ++i) {
-        if (!is_marked(i)) {
+    for (std::int64_t i = first; i <= last; ++i) {
+        if (!marked(static_cast<std::size_t>(i) - 1)) {
             if (open) {
                 stretches.push_back(*open);
             }
@@ -67,8 +59,8 @@ template <class Marked>
             if (stretches.size() == i_maxspots) {
                 return false;
             }
-            const auto sample = static_cast<std::int32_t>(i);
-            open = {spot_active, sample, sample};
+            const auto start = static_cast<std::int32_t>(i == first ? 1 : i);
+            open = {spot_active, start, start};
         } else {
             ++open->iEnd;
             if (i == last) {
