@@ -111,20 +111,21 @@ void RideTrial::filter_block(std::span<const float> xProfile, std::size_t first,
 bool RideTrial::refilter(std::span<const float> ground_profile, PlaceRange cut,
                          PlaceRange& slopes) {
     QuarterCarState state = start_state(car_, ground_profile);
-    std::size_t checkpoint = 0;
+    std::size_t number = 0; // of the next block, and of the checkpoint ahead of it
     if (state == checkpoints_[0]) {
         const auto reach = static_cast<std::size_t>(car_.iBase);
-        checkpoint = (cut.first - std::min(cut.first, reach)) / block;
-        state = checkpoints_[checkpoint];
+        number = (cut.first - std::min(cut.first, reach)) / block;
+        state = checkpoints_[number];
     }
-    slopes.first = checkpoint * block;
-    std::size_t first = slopes.first;
-    while (first < slope_count_ && !(first >= cut.end && state == checkpoints_[checkpoint])) {
-        filter_block(ground_profile, first, state, trial_);
-        first += block;
-        ++checkpoint;
+    slopes.first = number * block;
+    const auto coincides = [&] {
+        return number * block >= cut.end && state == checkpoints_[number];
+    };
+    while (number < checkpoints_.size() && !coincides()) {
+        filter_block(ground_profile, number * block, state, trial_);
+        ++number;
     }
-    slopes.end = std::min(first, slope_count_);
+    slopes.end = std::min(number * block, slope_count_);
     return std::all_of(state.begin(), state.end(), [](float x) { return std::isfinite(x); });
 }
 
@@ -153,8 +154,9 @@ bool RideTrial::gains_anywhere(PlaceRange changed, std::size_t from) const {
         mean = means_[i - 1];
     }
     while (i < means_.size()) {
-        const bool untouched_updates = i > changed.end;
-        if (untouched_updates && i >= lower_gains_until_ && mean >= lower_means_[i - 1]) {
+        const bool updates_are_untouched = i > changed.end;
+        const bool stays_above_lower_run = updates_are_untouched && mean >= lower_means_[i - 1];
+        if (stays_above_lower_run && i >= lower_gains_until_) {
             return false;
         }
         const std::span<float> means = std::span(room).first(std::min(block, means_.size() - i));
