@@ -23,7 +23,7 @@ std::vector<float> highest_so_far(std::span<const float> cut_points) {
     highest.reserve(cut_points.size());
     float limit = -infinity;
     for (const float cut_point : cut_points) {
-        limit = std::isnan(cut_point) ? infinity : std::max(limit, cut_point);
+        limit = std::max(limit, std::isnan(cut_point) ? infinity : cut_point);
         highest.push_back(limit);
     }
     return highest;
