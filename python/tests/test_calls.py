@@ -1,15 +1,18 @@
 """What calls take, refuse and leave alone."""
 
+from __future__ import annotations
+
 import ctypes
 from collections.abc import Callable
 from concurrent.futures import ThreadPoolExecutor
 
 import numpy as np
+import pandas as pd
 import pytest
 from numpy.typing import NDArray
 
 import vialto
-from roads import INTERVAL, SAMPLES, SLAB, SLABS, WAVE, rough_road
+from roads import DISTANCE, INTERVAL, SAMPLES, SLAB, SLABS, WAVE, rough_road
 from vialto import Filter, GrindSpot, MustGrind, RideIndex, VialtoError, _library
 
 
@@ -40,7 +43,10 @@ def test_temporary_directory_that_is_missing(monkeypatch: pytest.MonkeyPatch) ->
         (ValueError, lambda: vialto.repeatability(np.zeros((9, 1057)), np.zeros(1057))),
         (ValueError, lambda: vialto.segment_ride_indices(WAVE, INTERVAL, [100.5])),
         (OverflowError, lambda: vialto.segment_ride_indices(WAVE, INTERVAL, [2**32])),
-        (OverflowError, lambda: vialto.profile_index(WAVE, INTERVAL, lots=[(2**32, 2**32 + 9)])),
+        (
+            OverflowError,
+            lambda: vialto.profile_index(1000.0 * WAVE, INTERVAL, lots=[(2**32, 2**32 + 9)]),
+        ),
         (
             ctypes.ArgumentError,
             lambda: vialto.power_spectral_density(WAVE, INTERVAL, points_per_octave=2**32),
@@ -111,6 +117,33 @@ def test_threads_take_turns() -> None:
         assert list(threads.map(lambda road: vialto.ride_index(road, INTERVAL), roads)) == expected
 
 
+@pytest.mark.parametrize(
+    "analysis",
+    [
+        vialto.continuous_ride_index,
+        vialto.wim_error_index,
+        vialto.must_grind,
+        lambda road, interval: vialto.two_track_continuous_ride_index(road, WAVE, interval),
+        lambda road, interval: vialto.must_grind_two_tracks(road, WAVE, interval),
+        lambda road, interval: vialto.joint_faults(
+            1000.0 * WAVE, interval, 10.0 + 0.0 * road, window_mm=200.0
+        ),
+    ],
+)
+def test_series_keeps_its_index(analysis: Callable[..., pd.Series[float]]) -> None:
+    road = pd.Series(rough_road(14), index=DISTANCE, name="left")
+    result = analysis(road, INTERVAL)
+    pd.testing.assert_index_equal(result.index, road.index)
+    assert result.name == "left"
+    np.testing.assert_array_equal(result, analysis(road.to_numpy(), INTERVAL))
+
+
+def test_series_of_different_places_are_no_tracks() -> None:
+    left, right = pd.Series(WAVE), pd.Series(WAVE, index=DISTANCE)
+    with pytest.raises(ValueError, match="different indexes"):
+        vialto.two_track_ride_index(left, right, INTERVAL)
+
+
 def test_no_analysis_changes_what_it_is_given() -> None:
     left = rough_road(10).astype(np.float32)
     right = rough_road(11).astype(np.float32)
@@ -132,7 +165,9 @@ def test_no_analysis_changes_what_it_is_given() -> None:
         "psd_dll": lambda: vialto.power_spectral_density(*one),
         "rse_dlldrv": lambda: vialto.rolling_straightedge(*one),
         "pgfilt_dll": lambda: vialto.profilograph_trace(*one),
-        "pgindex_dll": lambda: vialto.profile_index(*one, lots=[(0, 799), (800, SAMPLES - 1)]),
+        "pgindex_dll": lambda: vialto.profile_index(
+            slabs_mm, INTERVAL, lots=[(0, 799), (800, SAMPLES - 1)]
+        ),
         "grindsimu_dlldrv": lambda: vialto.grind(*one, spots),
         "grindsimu_2chan_dlldrv": lambda: vialto.grind_two_tracks(*two, spots),
         "mustgrind_dlldrv": lambda: vialto.must_grind(*one),

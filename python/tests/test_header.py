@@ -1,11 +1,29 @@
-"""Functions, their arguments and records are those of the header."""
+"""Functions, their arguments, records and named values are those of the header."""
 
 import ctypes
 import re
 from pathlib import Path
 from typing import Any
 
-from vialto import _library, _records
+import pytest
+
+from vialto import (
+    DefectKind,
+    Density,
+    Direction,
+    Feature,
+    FilterBand,
+    FilterKind,
+    FilterOutput,
+    Grid,
+    GrindFlag,
+    JointMethod,
+    RideIndex,
+    _library,
+    _records,
+    comparison,
+    profilograph,
+)
 
 HEADER = Path(__file__).parents[2] / "include" / "vialto" / "vialto.h"
 
@@ -45,6 +63,40 @@ def test_records_of_the_header() -> None:
             for kind, field, count in re.findall(r"(\w+)\s+(\w+)(?:\[(\d+)\])?;", body)
         ]
         assert fields == records[name]._fields_
+
+
+# The enumerators of the header in their order, by their prefix.
+NAMED: dict[str, list[int]] = {
+    "idx_ridests_": [0, *RideIndex],
+    "idx_filttyp_": [*FilterKind],
+    "idx_subfilttyp_": [*FilterBand],
+    "idx_filtouttyp_": [*FilterOutput],
+    "idx_psdtyp_": [*Density],
+    "idx_psdband_": [*Grid],
+    "idx_pgdefect_": [*DefectKind],
+    "idx_grinddir_": [*Direction],
+    "idx_grindflag_": [*GrindFlag],
+    "idx_jnttyp_": [0, *Feature],
+    "idx_jntid_": [JointMethod.STEP, 2, JointMethod.ANTI_SMOOTHING, JointMethod.CURLED_EDGE],
+    "vialto_yes": [_library.YES],
+    "vialto_no": [_library.NO],
+    "vialto_success": [_library.SUCCESS],
+    "vialto_mxPasses": [_records.MOST_PASSES],
+    "vialto_i_PG_maxdefects": [profilograph.MOST_DEFECTS],
+    "vialto_repeatability_": [comparison.RUNS, comparison.POINTS],
+    "idx_pgset_count": [len(profilograph.SETTINGS)],
+}
+
+
+@pytest.mark.parametrize("prefix", NAMED)
+def test_named_values_of_the_header(prefix: str) -> None:
+    values = re.findall(rf"\b{prefix}\w*\s*=\s*(\d+)", header)
+    assert [int(value) for value in values] == NAMED[prefix]
+
+
+def test_settings_of_a_profile_index_stand_in_their_order() -> None:
+    places = re.findall(r"idx_pgset_(\w+) = \d", header)
+    assert places == [*profilograph.SETTINGS, "count"]
 
 
 def c_type_of(argument: type) -> str:

@@ -7,7 +7,7 @@ import pandas as pd
 import pytest
 
 import vialto
-from roads import DISTANCE, INTERVAL, SAMPLES, rough_road
+from roads import DISTANCE, INTERVAL, SAMPLES, SLAB, SLABS, rough_road
 from vialto import GrindFlag, Road, RoadError, read_road
 
 EVEN = "distance,left,right\n" + "".join(f"{k / 10},{k / 1000},{k / 500}\n" for k in range(10))
@@ -174,3 +174,21 @@ def test_stretches_add_up_to_what_is_flagged() -> None:
     assert vialto.stretches(flags > 3, 0.5).empty
     with pytest.raises(ValueError, match="neither bool nor GrindFlag"):
         vialto.stretches([0, 1], 0.5)
+
+
+def test_tables_are_in_metres_along_the_road() -> None:
+    slabs = Road("x", INTERVAL, {"left": SLABS}, start=1000.0)
+    joints = vialto.joint_table(
+        slabs, spacing=SLAB, method=vialto.JointMethod.STEP, window_mm=200.0
+    )
+    np.testing.assert_allclose(joints["location"], 1000.0 + SLAB * np.arange(1, 60), atol=INTERVAL)
+    np.testing.assert_allclose(joints["fault"], [-4.0, 4.0] * 29 + [-4.0], atol=1e-4)
+
+    run = vialto.run_profilograph(0.01 * np.sin(DISTANCE), INTERVAL, lots_in_metres=[(0.0, 100.0)])
+    lots = vialto.lot_table(run.index, INTERVAL, start=1000.0)
+    assert lots["begin"].tolist() == [1000.0 + INTERVAL * run.trace.first]
+    assert lots["end"].tolist() == [1100.0]
+    assert lots["raw_index"][0] == 1000.0 * run.index.lots[0].raw_index
+    defects = vialto.defect_table(run.index, start=1000.0)
+    crests = defects[defects["kind"] == "bump"].iloc[1:-1]
+    np.testing.assert_allclose(np.diff(crests["begin"]), 2.0 * np.pi, atol=0.1)

@@ -1,8 +1,11 @@
 """Numerical analyses of measured road profiles.
 
-One function for each analysis of the library Vialto, with numpy arrays in and
-out. A failure raises VialtoError; the arrays that are handed over are never
-changed. Calls of several threads take turns.
+One function for each analysis of the library Vialto, with numpy arrays in and out; an analysis
+with a value for each sample also takes a Series of pandas and gives one back, with its index. A
+failure raises `VialtoError`; the arrays that are handed over are never changed.
+
+Around them, for those who have pandas: `read_road` reads a `Road` from a file and refuses what is
+none, and `roughness`, `stretches`, `lot_table`, `defect_table` and `joint_table` make tables.
 """
 
 from importlib.metadata import PackageNotFoundError, version
@@ -40,9 +43,11 @@ from .profilograph import (
     DefectKind,
     Lot,
     ProfileIndex,
+    Profilograph,
     ProfilographTrace,
     profile_index,
     profilograph_trace,
+    run_profilograph,
 )
 from .reading import read_road
 from .ride import (
@@ -59,13 +64,14 @@ from .ride import (
 from .road import Quality, Road, RoadError
 from .spectra import (
     Density,
+    Grid,
     Spectrum,
     StraightedgeResponse,
     power_spectral_density,
     rolling_straightedge,
 )
 from .statistics import Histogram, histogram
-from .tables import roughness, stretches
+from .tables import defect_table, joint_table, lot_table, roughness, stretches
 
 __all__ = [
     "TWELVE_WHEELS",
@@ -82,6 +88,7 @@ __all__ = [
     "FilterBand",
     "FilterKind",
     "FilterOutput",
+    "Grid",
     "GrindFlag",
     "GrindSpot",
     "Grinder",
@@ -93,6 +100,7 @@ __all__ = [
     "MustGrind",
     "Pass",
     "ProfileIndex",
+    "Profilograph",
     "ProfilographTrace",
     "Quality",
     "Repeatability",
@@ -109,12 +117,15 @@ __all__ = [
     "compare_profiles",
     "comparison_grid",
     "continuous_ride_index",
+    "defect_table",
     "find_joints",
     "grind",
     "grind_two_tracks",
     "histogram",
     "joint_faults",
+    "joint_table",
     "load",
+    "lot_table",
     "must_grind",
     "must_grind_two_tracks",
     "power_spectral_density",
@@ -125,6 +136,7 @@ __all__ = [
     "ride_index",
     "rolling_straightedge",
     "roughness",
+    "run_profilograph",
     "segment_ride_indices",
     "stretches",
     "two_track_continuous_ride_index",

@@ -20,8 +20,14 @@ Integers = NDArray[np.int32]
 
 @dataclass(frozen=True)
 class ValidRange:
-    """A result that is valid from element `first` to `last`, inclusive,
-    counted from 0; `last` lies below `first` where nothing is valid."""
+    """A result that is valid in a stretch of its array.
+
+    Attributes
+    ----------
+    first, last : int
+        The valid elements, inclusive, counted from 0; ``last`` lies below ``first`` where nothing
+        is valid.
+    """
 
     first: int
     last: int

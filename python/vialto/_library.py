@@ -6,7 +6,6 @@ import ctypes
 import operator
 import os
 import sys
-import tempfile
 import threading
 from ctypes import POINTER, c_float, c_int32
 from pathlib import Path
@@ -27,6 +26,7 @@ from ._records import (
     Profinfo,
     int32,
 )
+from ._temporary import ensure_directory
 
 SUCCESS = 1
 YES, NO = 1, 2
@@ -35,11 +35,17 @@ YES, NO = 1, 2
 class VialtoError(Exception):
     """An analysis that failed, in the library's own words.
 
-    description  what went wrong
-    routine      where: the innermost routine first, its callers behind slashes
-    error_code   100 the request cannot be served, 101 a selector out of range,
-                 a numerical failure or a limit, 102 a file could not be opened
-    error_type   1 fatal, 2 recoverable with some failure, 3 recoverable
+    Attributes
+    ----------
+    description : str
+        What went wrong.
+    routine : str
+        Where: the innermost routine first, its callers behind slashes.
+    error_code : int
+        100 the request cannot be served, 101 a selector out of range, a numerical failure or a
+        limit, 102 a file could not be opened.
+    error_type : int
+        1 fatal, 2 recoverable with some failure, 3 recoverable.
     """
 
     def __init__(self, description: str, routine: str, error_code: int, error_type: int) -> None:
@@ -259,7 +265,7 @@ _ARGUMENTS: dict[str, tuple[Any, ...]] = {
 
 # The library has one current event: one call at a time in a process.
 _turn = threading.RLock()
-_loaded: ctypes.CDLL | None = None
+_loaded: _Library | None = None
 
 
 def _file_name() -> str:
@@ -297,25 +303,42 @@ def _open(path: str) -> ctypes.CDLL:
         ) from problem
 
 
+class _Library:
+    """A loaded library: its functions, and the names of those that it lacks."""
+
+    def __init__(self, path: str) -> None:
+        self.path = path
+        self.functions: dict[str, Any] = {}
+        opened = _open(path)
+        for name, arguments in _ARGUMENTS.items():
+            function = getattr(opened, name, None)
+            if function is not None:
+                function.argtypes = (*arguments, _event)
+                function.restype = c_int32
+                self.functions[name] = function
+        if not self.functions:
+            raise OSError(f"{path} has none of the functions of the library")
+
+
 def load(path: os.PathLike[str] | str | None = None) -> None:
-    """Loads the library, in place of the one loaded before if there is one.
+    """Load the library, in place of the one loaded before if there is one.
 
-    Without a path it is the one that the environment variable VIALTO_LIBRARY
-    names, the one installed with the package, or the one that the platform's
-    loader finds. The first analysis calls this itself. Where TMP is unset it
-    becomes the system's temporary directory: the library writes a diagnostic
-    file on most calls.
+    The first analysis calls this itself. A library that is older than the package serves what it
+    has; an analysis that it lacks raises `NotImplementedError`.
 
-    Raises OSError when there is no such library, AttributeError when it lacks
-    a function.
+    Parameters
+    ----------
+    path : path, optional
+        By default the library that the environment variable ``VIALTO_LIBRARY`` names, the one
+        installed with the package, or the one that the platform's loader finds.
+
+    Raises
+    ------
+    OSError
+        There is no such library, or it is none of this kind.
     """
     global _loaded
-    os.environ.setdefault("TMP", tempfile.gettempdir())
-    library = _open(os.fspath(path) if path is not None else _default_path())
-    for name, arguments in _ARGUMENTS.items():
-        function = getattr(library, name)
-        function.argtypes = (*arguments, _event)
-        function.restype = c_int32
+    library = _Library(os.fspath(path) if path is not None else _default_path())
     with _turn:
         _loaded = library
 
@@ -325,12 +348,17 @@ def _text(padded: bytes) -> str:
 
 
 def call(name: str, *arguments: Any) -> None:
-    """Calls a function of the library; raises VialtoError when it fails."""
+    """Call a function of the library; raises VialtoError when it fails."""
+    ensure_directory()
     event = Event()
     with _turn:
         if _loaded is None:
             load()
-        result = getattr(_loaded, name)(*arguments, event)
+        assert _loaded is not None
+        function = _loaded.functions.get(name)
+        if function is None:
+            raise NotImplementedError(f"{_loaded.path} is older than this package: it lacks {name}")
+        result = function(*arguments, event)
     if result != SUCCESS:
         raise VialtoError(
             _text(event.description), _text(event.routine), event.error_code, event.error_type
@@ -338,4 +366,5 @@ def call(name: str, *arguments: Any) -> None:
 
 
 def yes_or_no(switch: bool) -> int:
+    """The number of a switch."""
     return YES if switch else NO

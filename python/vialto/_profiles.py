@@ -5,16 +5,17 @@ from __future__ import annotations
 import sys
 import warnings
 from pathlib import Path
-from typing import Any
 
 import numpy as np
 from numpy.typing import ArrayLike
 
 from ._arrays import Doubles, Reals, reals
+from ._series import same_index
 
 SHORTEST_INTERVAL, LONGEST_INTERVAL = 0.001, 1.0  # m
 STEEPEST_ROAD = 0.5  # m/m; mean slope between samples, which a profile in mm has at 0.5 mm/m
 SMOOTHEST_ROAD_MM = 0.05  # mm/m; likewise: a profile in m that is rougher than 50 mm/m has more
+FLATTEST_TRACE = 0.04  # of the blanking band; in metres, a trace has less up to 0.1 m
 HIGHEST_ROAD = 512.0  # m; 32-bit heights above it are 0.06 mm apart and more
 
 _PACKAGE = str(Path(__file__).parent)
@@ -83,11 +84,14 @@ def check_metres(samples: Reals | Doubles, interval: float, name: str) -> None:
         )
 
 
-def same_index(left: Any, right: Any) -> bool:
-    """Whether two columns belong together: False for Series that are indexed differently."""
-    pandas = sys.modules.get("pandas")  # whoever hands over a Series has it loaded
-    series = pandas is not None and all(isinstance(track, pandas.Series) for track in (left, right))
-    return not series or bool(left.index.equals(right.index))
+def check_trace_in_mm(heights: Reals, blanking_band: float) -> None:
+    """Warn of a trace that surely is in metres beside a blanking band in millimetres."""
+    highest = float(np.max(np.abs(heights), initial=0.0))
+    if 0.0 < highest < FLATTEST_TRACE * blanking_band:
+        _warn(
+            f"trace stays within {highest:.2g} of 0 and the blanking band is {blanking_band:g}"
+            " wide: is it in the same unit?"
+        )
 
 
 def _steepness(samples: Reals | Doubles, interval: float) -> float:

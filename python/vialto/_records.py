@@ -10,8 +10,7 @@ MOST_PASSES = 10  # of one spot to grind
 
 
 def int32(value: Any) -> int:
-    """The whole number, if int32 holds it; ctypes would cut its upper bits
-    off."""
+    """The whole number, if int32 holds it; ctypes would cut its upper bits off."""
     number = int(value)
     if not -(2**31) <= number < 2**31:
         raise OverflowError(f"{number} is no 32-bit integer")
@@ -19,6 +18,8 @@ def int32(value: Any) -> int:
 
 
 class Record(Structure):
+    """A record of the library, whose whole numbers fit into its fields."""
+
     def __setattr__(self, name: str, value: Any) -> None:
         super().__setattr__(name, int32(value) if isinstance(value, Integral) else value)
 

@@ -7,7 +7,6 @@ from __future__ import annotations
 
 from ctypes import c_float, c_int32
 from dataclasses import dataclass
-from typing import Any
 
 import numpy as np
 from numpy.typing import ArrayLike
@@ -23,37 +22,84 @@ RUNS, POINTS = 10, 1057  # of a repeatability test
 
 @dataclass(frozen=True)
 class ComparisonGrid:
-    """What a comparison tries."""
+    """What a comparison tries.
 
-    offsets: int  #: how many
-    step: float  #: m, from one to the next
+    Attributes
+    ----------
+    offsets : int
+        How many.
+    step : float
+        From one to the next, m.
+    """
+
+    offsets: int
+    step: float
 
 
 @dataclass(frozen=True)
 class Comparison:
-    """How a test profile agrees with a reference profile. A coefficient is the
-    product of the roughness coefficient and the shape factor."""
+    """How a test profile agrees with a reference profile.
 
-    best: int  #: place of the best offset in the two arrays
-    offset: float  #: m; the best offset
-    coefficient: float  #: there, -100 to 100 percent
-    roughness_coefficient: float  #: there, percent: do the shapes agree?
-    shape_factor: float  #: there, 0 to 1: do the amplitudes?
-    offsets: Reals  #: m; all that were tried
-    coefficients: Reals  #: at each of them, percent
-    reference_iri: float  #: m/m, of the unfiltered sections
-    test_iri: float  #: m/m
-    iri_difference: float  #: (test - reference) / reference, percent
-    reference_filtered: Reals  #: the sections, filtered
+    A coefficient is the product of the roughness coefficient, which tells whether the shapes
+    agree, and the shape factor, which tells whether the amplitudes do.
+
+    Attributes
+    ----------
+    best : int
+        Place of the best offset in the two arrays.
+    offset : float
+        The best offset, m: positive where the test profile begins farther along the road than the
+        reference profile.
+    coefficient : float
+        There, -100 to 100 percent.
+    roughness_coefficient : float
+        There, percent.
+    shape_factor : float
+        There, 0 to 1.
+    offsets : (K,) float32
+        All that were tried, m.
+    coefficients : (K,) float32
+        At each of them, percent; NaN where one of the overlapping stretches is flat.
+    reference_iri, test_iri : float
+        Of the unfiltered sections, m/m.
+    iri_difference : float
+        (test - reference) / reference, percent.
+    reference_filtered, test_filtered : (M,) float32
+        The sections, filtered, each at its own interval.
+    """
+
+    best: int
+    offset: float
+    coefficient: float
+    roughness_coefficient: float
+    shape_factor: float
+    offsets: Reals
+    coefficients: Reals
+    reference_iri: float
+    test_iri: float
+    iri_difference: float
+    reference_filtered: Reals
     test_filtered: Reals
 
 
 @dataclass(frozen=True)
 class Repeatability:
-    precision_mm: float  #: mm; mean standard deviation between the runs
-    bias_mm: float  #: mm; mean distance of their mean from the reference
-    precision_class: int  #: 1 to 3, the lower the better; 0 for none
-    bias_class: int  #: likewise
+    """Precision and bias of an instrument.
+
+    Attributes
+    ----------
+    precision_mm : float
+        Mean standard deviation between the runs, mm.
+    bias_mm : float
+        Mean distance of their mean from the reference, mm.
+    precision_class, bias_class : int
+        1 to 3, the lower the better; 0 for none.
+    """
+
+    precision_mm: float
+    bias_mm: float
+    precision_class: int
+    bias_class: int
 
 
 def comparison_grid(
@@ -63,11 +109,17 @@ def comparison_grid(
     max_offset: float = 3.0,
     upsampling: bool = True,
 ) -> ComparisonGrid:
-    """Number and step of the offsets of a comparison (CC_CoeffArray).
+    """Number and step of the offsets of a comparison (``CC_CoeffArray``).
 
-    max_offset  m, to either side
-    upsampling  brings both profiles to a common finer step; otherwise the step
-                is the reference profile's interval
+    Parameters
+    ----------
+    reference_interval, test_interval : float
+        m
+    max_offset : float
+        m, to either side.
+    upsampling : bool
+        Brings both profiles to a common finer step; otherwise the step is the reference profile's
+        interval.
     """
     check_interval(reference_interval, "reference_interval")
     check_interval(test_interval, "test_interval")
@@ -94,16 +146,34 @@ def compare_profiles(
     upsampling: bool = True,
     allow_nonfinite: bool = False,
 ) -> Comparison:
-    """Agreement of a test profile with a reference profile, by
-    cross-correlation (CC_CoeffArray and ccfunc).
+    """Agreement of two profiles, by cross-correlation (``CC_CoeffArray`` and ``ccfunc``).
 
-    test_interval           m; the reference profile's by default
-    max_offset, upsampling  as in comparison_grid
-    settings                the filter that both profiles go through first
-    ..._section             first and last sample that are compared; all by
-                            default
-    padding                 reflects the profiles about their ends for the
-                            filter
+    Parameters
+    ----------
+    reference : (R,) array_like
+        Elevations, m.
+    test : (T,) array_like
+        Elevations, m.
+    reference_interval : float
+        m
+    test_interval : float, optional
+        m; the reference profile's by default.
+    max_offset, upsampling
+        As in `comparison_grid`; the offset is less than either profile is long.
+    settings : Filter
+        The filter that both profiles go through first.
+    reference_section, test_section : (int, int), optional
+        First and last sample that are compared, inclusive; all by default. At the end of a profile
+        one sample is lost, with padding two.
+    padding : bool
+        Reflects the profiles about their ends for the filter.
+    allow_nonfinite : bool
+        Asks the library about samples that are not finite, which else are refused.
+
+    References
+    ----------
+    S. M. Karamihas, "Development of Cross Correlation for Objective Comparison of Profiles",
+    UMTRI-2002-36, 2002; AASHTO R 56.
     """
     if test_interval is None:
         test_interval = reference_interval
@@ -158,8 +228,21 @@ def compare_profiles(
 def repeatability(
     runs: ArrayLike, reference: ArrayLike, *, allow_nonfinite: bool = False
 ) -> Repeatability:
-    """Precision and bias of ten runs of 1057 points against the true profile,
-    all in metres (pcbia_dlldrv)."""
+    """Precision and bias of ten runs over one stretch (``pcbia_dlldrv``).
+
+    Parameters
+    ----------
+    runs : (10, 1057) array_like
+        Elevations, m.
+    reference : (1057,) array_like
+        The true profile, m.
+    allow_nonfinite : bool
+        Asks the library about samples that are not finite, which else are refused.
+
+    References
+    ----------
+    ASTM E950.
+    """
     rows = np.asarray(runs, np.float32)
     samples = reals(rows.ravel(), "runs", allow_nonfinite)
     truth = reals(reference, "reference", allow_nonfinite)
@@ -173,8 +256,11 @@ def repeatability(
 
 def _profile(
     samples: Reals, interval: float, section: tuple[int, int] | None, settings: Filter
-) -> Any:
+) -> Profinfo:
     first, last = section or (0, samples.size - 1)
     return Profinfo(
-        i_raw_leadin=first, i_raw_leadout=last, x_sampleinterval=interval, tFilter=settings.record()
+        i_raw_leadin=first,
+        i_raw_leadout=last,
+        x_sampleinterval=interval,
+        tFilter=settings.record(),
     )

@@ -15,14 +15,16 @@ from ._records import FiltCon
 
 
 class FilterKind(IntEnum):
+    """What a filter does."""
+
     NONE = 0
     MOVING_AVERAGE = 1
     IRI = 2  #: quarter car with the IRI parameters
     RN = 3  #: quarter car with the Ride Number parameters
     BUTTERWORTH = 4  #: third order
-    ANTI_SMOOTHING = 5
+    ANTI_SMOOTHING = 5  #: distance from the local mean
     DETREND = 6  #: less the straight line
-    BRIDGE = 7
+    BRIDGE = 7  #: what a tyre bridges
 
 
 class FilterBand(IntEnum):
@@ -36,21 +38,41 @@ class FilterBand(IntEnum):
 
 
 class FilterOutput(IntEnum):
+    """What a filter gives."""
+
     ELEVATION = 1
     SLOPE = 2
 
 
 @dataclass(frozen=True)
 class Filter:
-    """Settings of a filter; by default the quarter car of the IRI."""
+    """Settings of a filter; by default the quarter car of the IRI.
+
+    Attributes
+    ----------
+    kind : FilterKind
+        What it does.
+    band : FilterBand
+        For a moving average or Butterworth filter.
+    output : FilterOutput
+        Elevation or slope.
+    moving_average : bool
+        250 mm, ahead of a quarter car.
+    long_wavelength : float
+        m; cutoff or base length of a high-pass.
+    short_wavelength : float
+        m; of a low-pass, of anti-smoothing and of the bridge filter.
+    velocity : float
+        km/h; of the Ride Number filter.
+    """
 
     kind: FilterKind = FilterKind.IRI
     band: FilterBand = FilterBand.NONE
     output: FilterOutput = FilterOutput.SLOPE
-    moving_average: bool = True  #: 250 mm, ahead of a quarter car
-    long_wavelength: float = 0.0  #: m; cutoff or base length of a high-pass
-    short_wavelength: float = 0.0  #: m; of a low-pass, ANTI_SMOOTHING, BRIDGE
-    velocity: float = 80.46  #: km/h; of the Ride Number filter
+    moving_average: bool = True
+    long_wavelength: float = 0.0
+    short_wavelength: float = 0.0
+    velocity: float = 80.46
 
     def record(self) -> FiltCon:
         """The settings as the library reads them."""
@@ -67,10 +89,18 @@ class Filter:
 
 @dataclass(frozen=True)
 class AntiSmoothed(ValidRange):
-    """Element i belongs to the sample half a window behind it: the shift is
-    not undone. Outside the valid elements the deviation is 0.0."""
+    """Distance of each sample from the mean about it.
 
-    deviation: Reals  #: m; distance of a sample from the mean about it
+    Attributes
+    ----------
+    first, last : int
+        The valid elements, inclusive; outside them the deviation is 0.0.
+    deviation : (N,) float32
+        m. Element i belongs to the sample half a window behind it, i + trunc(base / (2 interval))
+        + 1: the shift is not undone.
+    """
+
+    deviation: Reals
 
 
 def anti_smooth(
@@ -80,9 +110,23 @@ def anti_smooth(
     base_length: float = 0.25,
     allow_nonfinite: bool = False,
 ) -> AntiSmoothed:
-    """Distance of each sample from the mean of a window around it
-    (antismth_dlldrv). Profile, interval and the window's base length are in
-    metres."""
+    """Distance of each sample from the mean of a window around it (``antismth_dlldrv``).
+
+    Parameters
+    ----------
+    profile : (N,) array_like
+        Elevations, m.
+    interval : float
+        m
+    base_length : float
+        Of the window, m: from one interval to less than the profile.
+    allow_nonfinite : bool
+        Asks the library about samples that are not finite, which else are refused.
+
+    References
+    ----------
+    M. W. Sayers and S. M. Karamihas, "The Little Book of Profiling", 1998.
+    """
     deviation = profile_in_metres(profile, interval, "profile", allow_nonfinite).copy()
     first, last = c_int32(), c_int32()
     call("antismth_dlldrv", interval, base_length, deviation.size, deviation, first, last)

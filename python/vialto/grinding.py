@@ -16,6 +16,7 @@ from ._arrays import Integers, Reals
 from ._library import call, yes_or_no
 from ._profiles import profile_in_metres, tracks_in_metres
 from ._records import MOST_PASSES, GrinderSetup, GrindSpotRecord, MustGrindCfg
+from ._series import as_given, per_sample
 from .ride import RideIndex
 
 
@@ -36,58 +37,128 @@ class Direction(IntEnum):
 
 @dataclass(frozen=True)
 class Grinder:
-    """A diamond grinder whose head runs between two tandem axles."""
+    """A diamond grinder whose head runs between two tandem axles.
 
-    wheel_base: float = 5.5  #: m, from axle to axle
-    head_position: float = 0.5  #: 0.0 at the axle ahead, 1.0 at the other
-    tandem_spread: float = 0.9  #: m, between the two wheels of an axle
-    wheel_length: float = 0.3  #: m; base of the wheels' moving average
-    max_depth_mm: float = 8.0  #: mm; a deeper cut is made, and flagged
+    Attributes
+    ----------
+    wheel_base : float
+        From axle to axle, m.
+    head_position : float
+        0.0 at the axle ahead, 1.0 at the other.
+    tandem_spread : float
+        Between the two wheels of an axle, m.
+    wheel_length : float
+        Base of the wheels' moving average, m.
+    max_depth_mm : float
+        mm; a deeper cut is made, and flagged.
+    """
+
+    wheel_base: float = 5.5
+    head_position: float = 0.5
+    tandem_spread: float = 0.9
+    wheel_length: float = 0.3
+    max_depth_mm: float = 8.0
 
 
 @dataclass(frozen=True)
 class Pass:
-    """One pass over a spot."""
+    """One pass over a spot.
 
-    depth_mm: float = 0.0  #: mm; cutting level above the plane of the wheels
+    Attributes
+    ----------
+    depth_mm : float
+        Cutting level above the plane of the wheels, mm; below it, negative.
+    direction : Direction
+        Where it is heading.
+    """
+
+    depth_mm: float = 0.0
     direction: Direction = Direction.FORWARD
 
 
 @dataclass(frozen=True)
 class GrindSpot:
-    """A stretch to grind, which may reach beyond the profile."""
+    """A stretch to grind, which may reach beyond the profile.
 
-    first: int  #: first sample, from 0
-    last: int  #: last sample, inclusive
-    passes: Sequence[Pass] = (Pass(),)  #: at most ten
+    Attributes
+    ----------
+    first, last : int
+        Its first sample, from 0, and its last, inclusive.
+    passes : sequence of Pass
+        At most ten, in the order of the work.
+    """
+
+    first: int
+    last: int
+    passes: Sequence[Pass] = (Pass(),)
 
 
 @dataclass(frozen=True)
 class Ground:
-    profile: Reals  #: the ground profile, m
-    flags: Integers  #: a GrindFlag for each sample
+    """A profile that was ground.
+
+    Attributes
+    ----------
+    profile : (N,) float32
+        m
+    flags : (N,) int32
+        A `GrindFlag` for each sample.
+    """
+
+    profile: Reals
+    flags: Integers
 
 
 @dataclass(frozen=True)
 class GroundTracks:
-    left: Reals  #: the ground profiles, m
+    """Two tracks that were ground.
+
+    Attributes
+    ----------
+    left, right : (N,) float32
+        m
+    flags : (N,) int32
+        The greater `GrindFlag` of the two tracks.
+    """
+
+    left: Reals
     right: Reals
-    flags: Integers  #: the greater GrindFlag of the two tracks
+    flags: Integers
 
 
 @dataclass(frozen=True)
 class MustGrind:
-    """Settings of the search for what must be ground."""
+    """Settings of the search for what must be ground.
+
+    Attributes
+    ----------
+    index : RideIndex
+        What must stay within the threshold.
+    threshold : float
+        Of the continuous index, m/m: an IRI of 2 m/km is 0.002.
+    base_length : float
+        Of that index, m.
+    moving_average : bool
+        250 mm, ahead of the quarter car.
+    drop_short : bool
+        Drops spots that are shorter than ``min_length``. Without it nothing is joined or tried.
+    join_close : bool
+        Joins spots closer than ``min_gap``.
+    try_each : bool
+        Keeps only the spots whose grinding helps.
+    min_length, min_gap : float
+        m
+    """
 
     index: RideIndex = RideIndex.IRI
-    threshold: float = 0.002  #: limit of the continuous ride index, m/m
-    base_length: float = 7.62  #: m; of that index
-    moving_average: bool = True  #: 250 mm, ahead of the quarter car
-    drop_short: bool = True  #: drops spots not longer than min_length
-    join_close: bool = True  #: joins spots closer than min_gap
-    try_each: bool = True  #: keeps the spots whose grinding helps
-    min_length: float = 0.3  #: m
-    min_gap: float = 0.3  #: m
+    threshold: float = 0.002
+    base_length: float = 7.62
+    moving_average: bool = True
+    drop_short: bool = True
+    join_close: bool = True
+    try_each: bool = True
+    min_length: float = 0.3
+    min_gap: float = 0.3
 
 
 def grind(
@@ -98,7 +169,32 @@ def grind(
     *,
     allow_nonfinite: bool = False,
 ) -> Ground:
-    """Grinds spots of one profile, in their order (grindsimu_dlldrv)."""
+    """Grind spots of one profile, in their order (``grindsimu_dlldrv``).
+
+    Parameters
+    ----------
+    profile : (N,) array_like
+        Elevations, m; not changed.
+    interval : float
+        m
+    spots : sequence of GrindSpot
+        What to grind.
+    grinder : Grinder
+        The machine.
+    allow_nonfinite : bool
+        Asks the library about samples that are not finite, which else are refused.
+
+    Notes
+    -----
+    The head cuts what stands above the plane of its wheels, and fills nothing. Wheels that run
+    through a pothole take the head down with them: the road ahead of it and behind it is cut
+    although it was even, and the dip comes out longer, which can be rougher than before. Compare
+    the index before and after.
+
+    References
+    ----------
+    FHWA, "Concrete Pavement Preservation Guide", second edition, 2014.
+    """
     ground = profile_in_metres(profile, interval, "profile", allow_nonfinite).copy()
     flags = np.zeros(ground.size, np.int32)
     call(
@@ -123,7 +219,19 @@ def grind_two_tracks(
     *,
     allow_nonfinite: bool = False,
 ) -> GroundTracks:
-    """Grinds the same spots of two tracks (grindsimu_2chan_dlldrv)."""
+    """Grind the same spots of two tracks (``grindsimu_2chan_dlldrv``).
+
+    Parameters
+    ----------
+    left, right : (N,) array_like
+        Elevations, m; not changed.
+    interval, spots, grinder, allow_nonfinite
+        As in `grind`.
+
+    References
+    ----------
+    As of `grind`.
+    """
     pair = tracks_in_metres(left, right, interval, allow_nonfinite)
     ground = pair[0].copy(), pair[1].copy()
     flags = np.zeros(ground[0].size, np.int32)
@@ -140,6 +248,7 @@ def grind_two_tracks(
     return GroundTracks(*ground, flags)
 
 
+@per_sample
 def must_grind(
     profile: ArrayLike,
     interval: float,
@@ -148,9 +257,38 @@ def must_grind(
     *,
     allow_nonfinite: bool = False,
 ) -> Integers:
-    """A GrindFlag for each sample: what must be ground (mustgrind_dlldrv).
+    """What must be ground (``mustgrind_dlldrv``).
 
-    The index of the settings is RideIndex.IRI, .RN or .WIM.
+    Parameters
+    ----------
+    profile : (N,) array_like
+        Elevations, m.
+    interval : float
+        m
+    settings : MustGrind
+        With ``RideIndex.IRI``, ``RN`` or ``WIM``.
+    grinder : Grinder
+        The machine.
+    allow_nonfinite : bool
+        Asks the library about samples that are not finite, which else are refused.
+
+    Returns
+    -------
+    (N,) int32
+        A `GrindFlag` for each sample; `stretches` makes a table of them. A Series where the
+        profile is one.
+
+    Notes
+    -----
+    A spot is kept where grinding it alone lowers the index anywhere in a stretch beyond the
+    threshold, by as little as 32 bits can tell. That stretch begins up to 50 feet before the spot,
+    or anywhere behind its start, however far: a car carries every shake on with it. So spots are
+    ground far ahead of what is too rough. What `grind` says of potholes holds here, too: a road
+    that was ground as flagged can be rougher there.
+
+    References
+    ----------
+    FHWA, "Concrete Pavement Preservation Guide", second edition, 2014; AASHTO R 54.
     """
     samples = profile_in_metres(profile, interval, "profile", allow_nonfinite)
     flags = np.zeros(samples.size, np.int32)
@@ -163,9 +301,10 @@ def must_grind(
         samples,
         flags,
     )
-    return flags
+    return as_given(profile, flags)
 
 
+@per_sample
 def must_grind_two_tracks(
     left: ArrayLike,
     right: ArrayLike,
@@ -175,11 +314,26 @@ def must_grind_two_tracks(
     *,
     allow_nonfinite: bool = False,
 ) -> Integers:
-    """The same for two tracks, of which each is searched for itself: the
-    greater GrindFlag of each sample (mustgrind_2chan_dlldrv).
+    """What must be ground of two tracks, each searched for itself (``mustgrind_2chan_dlldrv``).
 
-    The index of the settings is RideIndex.MRI or .HRI, which run as IRI, .RN,
-    or .TWO_RN with a threshold on the Ride Number's scale of 0 to 5.
+    Parameters
+    ----------
+    left, right : (N,) array_like
+        Elevations, m.
+    interval, grinder, allow_nonfinite
+        As in `must_grind`.
+    settings : MustGrind
+        With ``RideIndex.MRI`` or ``HRI``, which run as IRI, ``RN``, or ``TWO_RN`` with a threshold
+        on the Ride Number's scale of 0 to 5.
+
+    Returns
+    -------
+    (N,) int32
+        The greater `GrindFlag` of the two tracks. A Series where the left track is one.
+
+    References
+    ----------
+    As of `must_grind`; ASTM E1489 for the Ride Number.
     """
     pair = tracks_in_metres(left, right, interval, allow_nonfinite)
     flags = np.zeros(pair[0].size, np.int32)
@@ -192,7 +346,7 @@ def must_grind_two_tracks(
         *pair,
         flags,
     )
-    return flags
+    return as_given(left, flags)
 
 
 def _grinder(grinder: Grinder) -> GrinderSetup:

@@ -12,27 +12,38 @@ from ._arrays import Doubles, Integers, Reals, doubles
 from ._library import NO, call
 from ._profiles import profile_in_mm, tracks_in_metres
 from ._records import JointIDCfg
+from ._series import as_given
 
 
 class JointMethod(IntEnum):
-    """How joints are detected."""
+    """How joints are detected, which depends on what shows of them in the profile."""
 
-    STEP = 1  #: a step between two neighbouring samples
-    ANTI_SMOOTHING = 3  #: a downward spike about the smoothed profile
-    CURLED_EDGE = 4  #: a peak under the rolling straightedge
+    STEP = 1  #: a step between two neighbouring samples: faulted pavement, whose slabs lie uneven
+    ANTI_SMOOTHING = 3  #: a downward spike: joints that are open or sawn, at intervals up to 0.25 m
+    CURLED_EDGE = 4  #: a peak under the rolling straightedge: slabs whose edges curl
 
 
 class Feature(IntEnum):
-    JOINT = 1
-    CRACK = 2
+    """What lies across a concrete pavement."""
+
+    JOINT = 1  #: the first feature, and each that keeps the spacing
+    CRACK = 2  #: what is nearer than 0.95 spacings to the last joint
 
 
 @dataclass(frozen=True)
 class Features:
-    """What was found in one track, in the direction of travel."""
+    """What was found in one track, in the direction of travel.
 
-    location: Doubles  #: m from the start of the profile
-    kind: Integers  #: a Feature for each location
+    Attributes
+    ----------
+    location : (F,) float64
+        m from the start of the profile.
+    kind : (F,) int32
+        A `Feature` for each location.
+    """
+
+    location: Doubles
+    kind: Integers
 
     @property
     def joints(self) -> Doubles:
@@ -50,11 +61,29 @@ def find_joints(
     method: JointMethod = JointMethod.ANTI_SMOOTHING,
     allow_nonfinite: bool = False,
 ) -> tuple[Features, Features]:
-    """Joints and cracks of the left and the right track (joint_id_dlldrv).
+    """Joints and cracks of the left and the right track (``joint_id_dlldrv``).
 
-    Elevations, interval and the nominal spacing of the joints are in metres. A
-    track without a detection is a failure, except with JointMethod.STEP, which
-    then reports one joint at a location that is not a number.
+    The threshold of the method falls, in up to 20 passes, until the right track has 0.9 of the
+    features that the spacing promises. The left track has no say in that.
+
+    Parameters
+    ----------
+    left, right : (N,) array_like
+        Elevations, m. Give a single track twice.
+    interval : float
+        m
+    spacing : float
+        Nominal distance of the joints, m.
+    method : JointMethod
+        `JointMethod` tells which is for which pavement.
+    allow_nonfinite : bool
+        Asks the library about samples that are not finite, which else are refused.
+
+    Raises
+    ------
+    VialtoError
+        A track has no detection in some pass, be it the first and strictest. `JointMethod.STEP`
+        then reports one joint, at a location that is not a number.
     """
     pair = tracks_in_metres(left, right, interval, allow_nonfinite)
     size = pair[0].size
@@ -73,15 +102,34 @@ def joint_faults(
     window_mm: float = 100.0,
     allow_nonfinite: bool = False,
 ) -> Reals:
-    """Fault at each joint in millimetres, positive where the slab behind
-    stands higher (joint_fault_dlldrv).
+    """Fault at each joint (``joint_fault_dlldrv``).
 
-    profile_mm  elevations, mm
-    interval    m
-    joints      m from the start of the profile, as find_joints gives them
-    window_mm   mm; half width about a joint of what belongs to neither slab
+    A straight line is fitted to each slab, from 2.4384 m away up to the window, and both are
+    carried to a point 0.15 m past the joint.
 
-    NaN at a joint nearer than 2.4384 m to either end of the profile.
+    Parameters
+    ----------
+    profile_mm : (N,) array_like
+        Elevations, mm.
+    interval : float
+        m
+    joints : (J,) array_like
+        m from the start of the profile, as `find_joints` gives them.
+    window_mm : float
+        Half width about a joint of what belongs to neither slab, mm.
+    allow_nonfinite : bool
+        Asks the library about samples that are not finite, which else are refused.
+
+    Returns
+    -------
+    (J,) float32
+        mm, positive where the road drops: the slab that a car comes from lies higher than the one
+        that it comes to. NaN at a joint nearer than 2.4384 m to either end of the profile. A
+        Series where the joints are one.
+
+    References
+    ----------
+    AASHTO R 36.
     """
     samples = profile_in_mm(profile_mm, interval, "profile_mm", allow_nonfinite)
     places = doubles(joints, "joints")
@@ -96,7 +144,7 @@ def joint_faults(
         places,
         faults,
     )
-    return faults
+    return as_given(joints, faults)
 
 
 def _features(location: Doubles, kind: Integers) -> Features:

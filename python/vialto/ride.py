@@ -1,7 +1,7 @@
 """Ride indices of one wheel track and of two, and the WIM error index.
 
-A profile holds elevations in metres at a constant interval, also in metres.
-Roughness is in m/m: times 1000 it is in m/km, times 63360 in inches per mile.
+A profile holds elevations in metres at a constant interval, also in metres. Roughness is in m/m:
+times 1000 it is in m/km, times 63360 in inches per mile.
 """
 
 from __future__ import annotations
@@ -16,6 +16,7 @@ from numpy.typing import ArrayLike
 from ._arrays import Integers, Reals, integers, mask
 from ._library import NO, YES, call, yes_or_no
 from ._profiles import profile_in_metres, tracks_in_metres
+from ._series import as_given, per_sample
 
 
 class RideIndex(IntEnum):
@@ -32,10 +33,18 @@ class RideIndex(IntEnum):
 
 @dataclass(frozen=True)
 class SegmentIndices:
-    """The index of each segment, and its length in metres."""
+    """The index of each of K segments.
 
-    index: Reals  #: -1.0 for a segment without samples
-    length: Reals  #: m
+    Attributes
+    ----------
+    index : (K,) float32
+        In the unit of the index; -1.0 for a segment without samples.
+    length : (K,) float32
+        m; the last segment's ends with the last sample that has an index.
+    """
+
+    index: Reals
+    length: Reals
 
 
 def ride_index(
@@ -47,14 +56,36 @@ def ride_index(
     excluded: ArrayLike | None = None,
     allow_nonfinite: bool = False,
 ) -> float:
-    """Overall ride index of one profile, m/m (ride_dlldrv).
+    """Overall ride index of one profile (``ride_dlldrv``).
 
-    index           RideIndex.IRI or .RN; 5 exp(-160 RN) is the Ride Number
-    moving_average  takes a 250 mm moving average ahead of the quarter car, as
-                    profiles at intervals below 167 mm need it
-    excluded        for each sample, whether it is left out
+    Parameters
+    ----------
+    profile : (N,) array_like
+        Elevations, m.
+    interval : float
+        m; up to 1 m for IRI and 0.25 m for RN, beyond which 32 bits lose the result.
+    index : RideIndex
+        ``IRI`` or ``RN``.
+    moving_average : bool
+        Takes a 250 mm moving average ahead of the quarter car, as profiles at intervals below
+        167 mm need it.
+    excluded : (N,) array_like of bool, optional
+        Samples to leave out: the filters run through them, and the mean passes them by.
+    allow_nonfinite : bool
+        Asks the library about samples that are not finite, which else are refused.
 
-    -1.0 when every sample was left out.
+    Returns
+    -------
+    float
+        m/m; of RN, the Ride Number is 5 exp(-160 RN). -1.0 when every sample was left out.
+
+    Notes
+    -----
+    The last 250 mm (without the moving average, the last sample) carry no index and never count.
+
+    References
+    ----------
+    ASTM E1926 (IRI), ASTM E1489 (RN).
     """
     samples = profile_in_metres(profile, interval, "profile", allow_nonfinite)
     result = c_float()
@@ -81,13 +112,32 @@ def segment_ride_indices(
     moving_average: bool = True,
     allow_nonfinite: bool = False,
 ) -> SegmentIndices:
-    """Ride index of each of a row of segments, m/m (rideseg_dlldrv).
+    """Ride index of each of a row of consecutive segments (``rideseg_dlldrv``).
 
-    segment_points  the samples of each segment, both boundary samples
-                    included: consecutive segments share one. The last element
-                    counts for nothing: the last segment runs to the end.
+    The filters run through the whole profile once: no segment but the first starts cold.
 
-    The rest as in ride_index.
+    Parameters
+    ----------
+    profile, interval, index, moving_average, allow_nonfinite
+        As in `ride_index`.
+    segment_points : (K,) array_like of int
+        The samples of each segment, both boundary samples included: consecutive segments share
+        one. The last element counts for nothing: the last segment runs to the end.
+
+    Returns
+    -------
+    SegmentIndices
+        m/m. The last segment loses the 250 mm (without the moving average, the sample) at the end
+        of the profile that carry no index, and is told that much shorter. An earlier segment that
+        reaches into them counts what lies there as zeros, and comes out too smooth.
+
+    See Also
+    --------
+    roughness : the same for sections in metres, as a table.
+
+    References
+    ----------
+    As of `ride_index`.
     """
     samples = profile_in_metres(profile, interval, "profile", allow_nonfinite)
     points = integers(segment_points, "segment_points")
@@ -107,6 +157,7 @@ def segment_ride_indices(
     return result
 
 
+@per_sample
 def continuous_ride_index(
     profile: ArrayLike,
     interval: float,
@@ -116,11 +167,36 @@ def continuous_ride_index(
     moving_average: bool = True,
     allow_nonfinite: bool = False,
 ) -> Reals:
-    """Ride index about each sample, m/m (ridecon_dlldrv).
+    """Ride index about each sample, as a moving statistic (``ridecon_dlldrv``).
 
-    base_length  of the moving statistic, m
-    index        RideIndex.IRI, .RN or .WIM. With .WIM moving_average is the
-                 bridging filter of wim_error_index, and base_length unused
+    Parameters
+    ----------
+    profile, interval, allow_nonfinite
+        As in `ride_index`.
+    base_length : float
+        Of the moving statistic, m; shorter than the profile. Below two intervals nothing is
+        smoothed.
+    index : RideIndex
+        ``IRI``, ``RN`` or ``WIM``.
+    moving_average : bool
+        As in `ride_index`; with ``WIM`` the bridging filter of `wim_error_index`, and
+        ``base_length`` is unused.
+
+    Returns
+    -------
+    (N,) float32
+        m/m, centred on each sample. A Series where the profile is one.
+
+    Notes
+    -----
+    Within half a base length of an end the mean is taken of what goes on beyond the end along a
+    straight line. The IRI can be negative there. At the far end the 250 mm that carry no index
+    enter as zeros, so that the statistic falls over the last half base length. Judge a threshold
+    between these ends.
+
+    References
+    ----------
+    AASHTO R 54 for the use of a continuous index.
     """
     samples = profile_in_metres(profile, interval, "profile", allow_nonfinite)
     result = np.zeros_like(samples)
@@ -134,7 +210,7 @@ def continuous_ride_index(
         samples,
         result,
     )
-    return result
+    return as_given(profile, result)
 
 
 def two_track_ride_index(
@@ -147,12 +223,29 @@ def two_track_ride_index(
     excluded: ArrayLike | None = None,
     allow_nonfinite: bool = False,
 ) -> float:
-    """Overall ride index of two wheel tracks (ride2chan_dlldrv).
+    """Overall ride index of two wheel tracks (``ride2chan_dlldrv``).
 
-    index     RideIndex.MRI or .HRI, m/m, or .RIDE_NUMBER, 0 to 5
-    excluded  for each sample, whether it is left out, in both tracks
+    Parameters
+    ----------
+    left, right : (N,) array_like
+        Elevations, m.
+    interval, moving_average, allow_nonfinite
+        As in `ride_index`.
+    index : RideIndex
+        ``MRI``, the mean of the tracks' IRI; ``HRI``, the IRI of their mean; ``RIDE_NUMBER``.
+    excluded : (N,) array_like of bool, optional
+        Samples to leave out, in both tracks.
 
-    When every sample was left out, -1.0, or 0.0 for the Ride Number.
+    Returns
+    -------
+    float
+        m/m, or 0 to 5 for the Ride Number. When every sample was left out, -1.0, or 0.0 for the
+        Ride Number.
+
+    References
+    ----------
+    ASTM E1926, ASTM E1489; M. W. Sayers, "Two Quarter-Car Models for Defining Road Roughness: IRI
+    and HRI", Transportation Research Record 1215, 1989.
     """
     pair = tracks_in_metres(left, right, interval, allow_nonfinite)
     size = pair[0].size
@@ -181,10 +274,24 @@ def two_track_segment_ride_indices(
     moving_average: bool = True,
     allow_nonfinite: bool = False,
 ) -> SegmentIndices:
-    """Ride index of two tracks for each segment (rideseg2chan_dlldrv).
+    """Ride index of two tracks for each of a row of segments (``rideseg2chan_dlldrv``).
 
-    The arguments are those of segment_ride_indices, index and its unit those
-    of two_track_ride_index.
+    Parameters
+    ----------
+    left, right, interval, index, moving_average, allow_nonfinite
+        As in `two_track_ride_index`.
+    segment_points
+        As in `segment_ride_indices`.
+
+    Returns
+    -------
+    SegmentIndices
+        As of `segment_ride_indices`, in the unit of `two_track_ride_index`. A segment whose
+        filtered slopes are all 0.0 has the Ride Number -1.0.
+
+    References
+    ----------
+    As of `two_track_ride_index`.
     """
     pair = tracks_in_metres(left, right, interval, allow_nonfinite)
     points = integers(segment_points, "segment_points")
@@ -204,6 +311,7 @@ def two_track_segment_ride_indices(
     return result
 
 
+@per_sample
 def two_track_continuous_ride_index(
     left: ArrayLike,
     right: ArrayLike,
@@ -214,11 +322,26 @@ def two_track_continuous_ride_index(
     moving_average: bool = True,
     allow_nonfinite: bool = False,
 ) -> Reals:
-    """Ride index of two tracks about each sample (ridecon2chan_dlldrv).
+    """Ride index of two tracks about each sample (``ridecon2chan_dlldrv``).
 
-    base_length  of the moving statistic, m
-    index        as in two_track_ride_index; the Ride Number is that of the
-                 left track alone
+    Parameters
+    ----------
+    left, right, interval, moving_average, allow_nonfinite
+        As in `two_track_ride_index`.
+    base_length : float
+        Of the moving statistic, m.
+    index : RideIndex
+        As in `two_track_ride_index`; the Ride Number is that of the left track alone.
+
+    Returns
+    -------
+    (N,) float32
+        In the unit of `two_track_ride_index`; at the ends as `continuous_ride_index`. The Ride
+        Number of the first sample is 0.0. A Series where the left track is one.
+
+    References
+    ----------
+    As of `two_track_ride_index`.
     """
     pair = tracks_in_metres(left, right, interval, allow_nonfinite)
     result = np.zeros_like(pair[0])
@@ -232,9 +355,10 @@ def two_track_continuous_ride_index(
         base_length,
         result,
     )
-    return result
+    return as_given(left, result)
 
 
+@per_sample
 def wim_error_index(
     profile: ArrayLike,
     interval: float,
@@ -243,11 +367,34 @@ def wim_error_index(
     shrouding_distance: float = 0.0,
     allow_nonfinite: bool = False,
 ) -> Reals:
-    """WIM error index at each sample, m/m (wimindex_dlldrv): how strongly the
-    roughness around it would disturb a weigh-in-motion scale placed there.
+    """WIM error index at each sample (``wimindex_dlldrv``).
 
-    bridging_filter     lets a tyre of 0.25 m bridge what is narrower first
-    shrouding_distance  m; goes to the diagnostic file, and has no effect
+    How strongly the roughness around a sample would disturb a weigh-in-motion scale placed there.
+
+    Parameters
+    ----------
+    profile : (N,) array_like
+        Elevations, m, within some 16 m of 0.0: subtract a constant from higher ones. At most
+        50,000 samples: cut a longer road into pieces that overlap by 100 m or more.
+    interval : float
+        m; up to 0.46 m.
+    bridging_filter : bool
+        Lets a tyre of 0.25 m bridge what is narrower first.
+    shrouding_distance : float
+        m; goes to the diagnostic file, and has no effect.
+    allow_nonfinite : bool
+        As in `ride_index`.
+
+    Returns
+    -------
+    (N,) float32
+        m/m. A rough spot shades far ahead of it, against the direction of travel, and little
+        behind it. A Series where the profile is one.
+
+    References
+    ----------
+    ASTM E1318; S. M. Karamihas and T. D. Gillespie, "Advancement of Smoothness Criteria for WIM
+    Scale Approaches", UMTRI-2004-12, 2004.
     """
     samples = profile_in_metres(profile, interval, "profile", allow_nonfinite)
     result = np.zeros_like(samples)
@@ -260,7 +407,7 @@ def wim_error_index(
         samples,
         result,
     )
-    return result
+    return as_given(profile, result)
 
 
 def _room(points: Integers) -> SegmentIndices:

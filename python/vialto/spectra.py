@@ -13,7 +13,7 @@ import numpy as np
 from numpy.typing import ArrayLike
 
 from ._arrays import Reals, ValidRange, last_sample
-from ._library import NO, YES, call
+from ._library import call
 from ._profiles import profile_in_metres
 
 
@@ -24,18 +24,46 @@ class Density(IntEnum):
     SLOPE = 2  #: m, that is 1 per cycle/m
 
 
+class Grid(IntEnum):
+    """How the frequencies of a spectrum lie."""
+
+    OCTAVE = 1  #: so many points per octave
+    EVEN = 2  #: evenly spaced
+
+
 @dataclass(frozen=True)
 class Spectrum:
-    frequency: Reals  #: cycles/m, ascending
-    density: Reals  #: one-sided density there; see Density for its unit
+    """Power spectral density at F frequencies.
+
+    Attributes
+    ----------
+    frequency : (F,) float32
+        cycles/m, ascending; its inverse is a wavelength in metres.
+    density : (F,) float32
+        One-sided density there; `Density` tells its unit.
+    """
+
+    frequency: Reals
+    density: Reals
 
 
 @dataclass(frozen=True)
 class StraightedgeResponse(ValidRange):
-    """Outside the valid elements the deflection is 0.0."""
+    """What a rolling straightedge shows.
 
-    deflection: Reals  #: m; the middle less the mean of the two ends
-    rms_vertical_acceleration: float  #: per unit speed squared, 1/m
+    Attributes
+    ----------
+    first, last : int
+        The valid elements, inclusive: half a length of straightedge from the ends. Outside them
+        the deflection is 0.0.
+    deflection : (N,) float32
+        m; the height at the middle less the mean of those at the two ends: positive over a bump.
+    rms_vertical_acceleration : float
+        Per unit speed squared, 1/m.
+    """
+
+    deflection: Reals
+    rms_vertical_acceleration: float
 
 
 def power_spectral_density(
@@ -49,18 +77,39 @@ def power_spectral_density(
     last: int | None = None,
     allow_nonfinite: bool = False,
 ) -> Spectrum:
-    """Power spectral density of a stretch of profile (psd_dll).
+    """Power spectral density of a stretch of profile (``psd_dll``).
 
-    points_per_octave   of the grid of frequencies
-    frequency_interval  cycles/m; asks for an evenly spaced grid instead, with
-                        this spacing or, if that is wider, the finest one that
-                        the stretch allows
-    first, last         the stretch, inclusive; by default the whole profile
+    Parameters
+    ----------
+    profile : (N,) array_like
+        Elevations, m.
+    interval : float
+        m
+    kind : Density
+        Of elevation or of slope.
+    points_per_octave : int
+        Of the grid of frequencies.
+    frequency_interval : float, optional
+        cycles/m; asks for an evenly spaced grid instead, with this spacing or, if that is wider,
+        the finest one that the stretch allows.
+    first, last : int
+        The stretch, inclusive, of at most 10,000,000 samples; by default the whole profile.
+    allow_nonfinite : bool
+        Asks the library about samples that are not finite, which else are refused.
+
+    Returns
+    -------
+    Spectrum
+        Of the stretch less its mean slope. A density is the mean over the band about its
+        frequency: summed over even bands it is half the squared amplitude of a wave.
+
+    References
+    ----------
+    J. S. Bendat, A. G. Piersol, "Random Data: Analysis and Measurement Procedures".
     """
     samples = profile_in_metres(profile, interval, "profile", allow_nonfinite)
     last = last_sample(last, samples.size)
     size = last - first + 1
-    even = frequency_interval is not None
     frequency = np.zeros(max(size, 0), np.float32)
     density = np.zeros_like(frequency)
     begin, end = c_int32(), c_int32()
@@ -69,9 +118,9 @@ def power_spectral_density(
         first,
         last,
         kind,
-        NO if even else YES,
+        Grid.OCTAVE if frequency_interval is None else Grid.EVEN,
         points_per_octave,
-        frequency_interval if even else 0.0,
+        frequency_interval or 0.0,
         size,
         interval,
         samples,
@@ -85,19 +134,39 @@ def power_spectral_density(
 
 
 def rolling_straightedge(
-    profile: ArrayLike,
-    interval: float,
-    *,
-    length: float = 3.0,
-    allow_nonfinite: bool = False,
+    profile: ArrayLike, interval: float, *, length: float = 3.0, allow_nonfinite: bool = False
 ) -> StraightedgeResponse:
-    """Deflection under a straightedge of a length in metres (rse_dlldrv)."""
+    """Deflection under a rolling straightedge (``rse_dlldrv``).
+
+    Parameters
+    ----------
+    profile : (N,) array_like
+        Elevations, m.
+    interval : float
+        m
+    length : float
+        Of the straightedge, m. A profile shorter than it has no valid element.
+    allow_nonfinite : bool
+        Asks the library about samples that are not finite, which else are refused.
+
+    References
+    ----------
+    EN 13036-7, "Irregularity measurement of pavement courses: the straightedge test".
+    """
     samples = profile_in_metres(profile, interval, "profile", allow_nonfinite)
     deflection = np.zeros_like(samples)
     acceleration = c_float()
     first, last = c_int32(), c_int32()
     call(
-        "rse_dlldrv", samples.size, interval, length, samples, deflection, acceleration, first, last
+        "rse_dlldrv",
+        samples.size,
+        interval,
+        length,
+        samples,
+        deflection,
+        acceleration,
+        first,
+        last,
     )
     return StraightedgeResponse(
         first=first.value,

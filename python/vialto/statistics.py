@@ -14,8 +14,18 @@ from ._library import NO, YES, call
 
 @dataclass(frozen=True)
 class Histogram:
-    percentages: Reals  #: of the values in each class
-    above_threshold: float  #: percentage of the values above the threshold
+    """How values spread over K classes.
+
+    Attributes
+    ----------
+    percentages : (K,) float32
+        Of the values, in each class.
+    above_threshold : float
+        Percentage of the values above the threshold.
+    """
+
+    percentages: Reals
+    above_threshold: float
 
 
 def histogram(
@@ -29,17 +39,24 @@ def histogram(
     excluded: ArrayLike | None = None,
     allow_nonfinite: bool = False,
 ) -> Histogram:
-    """Percentages of the values in classes (histgrm_dlldrv).
+    """Percentages of the values in classes (``histgrm_dlldrv``).
 
-    classes    how many, the open ones below low and above high among them
-    low, high  first and last boundary; a value on a boundary belongs to the
-               class below it
-    step       between the inner boundaries; by default it makes the inner
-               classes equally wide
-    threshold  of the exceedance; high by default
-    excluded   for each value, whether it is left out
-
-    Boundaries, step and threshold are in the unit of the values.
+    Parameters
+    ----------
+    values : (N,) array_like
+        In any unit, which boundaries, step and threshold share.
+    classes : int
+        How many, the open ones below ``low`` and above ``high`` among them.
+    low, high : float
+        First and last boundary; a value on a boundary belongs to the class below it.
+    step : float, optional
+        Between the inner boundaries; by default it makes the inner classes equally wide.
+    threshold : float, optional
+        Of the exceedance; ``high`` by default.
+    excluded : (N,) array_like of bool, optional
+        Values to leave out.
+    allow_nonfinite : bool
+        Asks the library about values that are not finite, which else are refused.
     """
     series = reals(values, "values", allow_nonfinite)
     if step is None:

@@ -9,16 +9,19 @@ import numpy as np
 from numpy.typing import ArrayLike, NDArray
 
 from ._arrays import Doubles
-from ._pandas import table
+from ._pandas import pandas, table
 from .grinding import GrindFlag
+from .joints import Feature, JointMethod, find_joints, joint_faults
+from .profilograph import MM_PER_M, ProfileIndex
 from .ride import RideIndex, segment_ride_indices, two_track_segment_ride_indices
 from .road import TRACKS, Road
 
 if TYPE_CHECKING:
     import pandas as pd
 
-M_PER_KM = 1000.0  # of a roughness in m/m
+PER_KM = 1000.0  # of what is told per metre
 UNFILTERED_END = 0.25  # m; what carries no index at the end of a road
+NO_LOT = -1.0  # the index of a lot of one sample
 ROUNDING = 1e-9  # of a number of sections
 
 
@@ -67,7 +70,7 @@ def roughness(road: Road, length: float = 100.0) -> pd.DataFrame:
 
     def one(track: Doubles) -> Doubles:
         segments = segment_ride_indices(track, road.interval, points, moving_average=average)
-        return M_PER_KM * segments.index.astype(np.float64)
+        return PER_KM * segments.index.astype(np.float64)
 
     def both(index: RideIndex, scale: float = 1.0) -> Doubles:
         left, right = [*road.tracks.values()] * 2 if alone else road.tracks.values()
@@ -84,8 +87,8 @@ def roughness(road: Road, length: float = 100.0) -> pd.DataFrame:
         end=road.start + road.interval * bounds[1:],
         complete=np.diff(bounds) * road.interval > length - 1.5 * road.interval,
         **{f"iri_{name}": iri.get(name, none) for name in TRACKS},
-        mri=none if alone else both(RideIndex.MRI, M_PER_KM),
-        hri=none if alone else both(RideIndex.HRI, M_PER_KM),
+        mri=none if alone else both(RideIndex.MRI, PER_KM),
+        hri=none if alone else both(RideIndex.HRI, PER_KM),
         ride_number=both(RideIndex.RIDE_NUMBER),
         filled=[float(road.filled[a:b].mean()) for a, b in pairwise(bounds)],
     )
@@ -139,3 +142,105 @@ def stretches(flags: ArrayLike, interval: float, *, start: float = 0.0) -> pd.Da
         length=interval * (behind - first),
         flag=[values[a:b].max() for a, b in zip(first, behind, strict=True)],
     )
+
+
+def lot_table(index: ProfileIndex, interval: float, *, start: float = 0.0) -> pd.DataFrame:
+    """The lots of a profile index.
+
+    Parameters
+    ----------
+    index : ProfileIndex
+        As of `profile_index` or `run_profilograph`.
+    interval : float
+        m
+    start : float
+        Distance of the first sample, m.
+
+    Returns
+    -------
+    DataFrame
+        A row a lot: ``begin`` and ``end`` in metres, ``raw_index`` and ``rounded_index`` in heights
+        per km (mm/km where the trace is in mm; NaN for a lot of one sample).
+    """
+
+    def per_km(values: list[float]) -> Doubles:
+        heights = np.array(values, np.float64)
+        return PER_KM * np.where(heights == NO_LOT, np.nan, heights)
+
+    return table(
+        begin=[start + interval * lot.first for lot in index.lots],
+        end=[start + interval * lot.last for lot in index.lots],
+        raw_index=per_km([lot.raw_index for lot in index.lots]),
+        rounded_index=per_km([lot.rounded_index for lot in index.lots]),
+    )
+
+
+def defect_table(index: ProfileIndex, *, start: float = 0.0) -> pd.DataFrame:
+    """The defects of a profile index.
+
+    Parameters
+    ----------
+    index : ProfileIndex
+        As of `profile_index` or `run_profilograph`.
+    start : float
+        Distance of the first sample, m.
+
+    Returns
+    -------
+    DataFrame
+        A row a defect, in the order of the lots: its ``kind``, bump or dip, ``begin`` and ``end``
+        in metres, and its ``height`` beyond the blanking band in the unit of the trace.
+    """
+    return table(
+        kind=[defect.kind.name.lower() for defect in index.defects],
+        begin=[start + defect.begin[0] for defect in index.defects],
+        end=[start + defect.end[0] for defect in index.defects],
+        height=[defect.height for defect in index.defects],
+    )
+
+
+def joint_table(
+    road: Road,
+    *,
+    spacing: float = 4.572,
+    method: JointMethod = JointMethod.ANTI_SMOOTHING,
+    window_mm: float = 100.0,
+) -> pd.DataFrame:
+    """Joints and cracks of a concrete pavement, and the fault at each.
+
+    Parameters
+    ----------
+    road : Road
+        One track or two.
+    spacing, method
+        As in `find_joints`.
+    window_mm
+        As in `joint_faults`.
+
+    Returns
+    -------
+    DataFrame
+        A row for each feature of a track: ``track``, ``location`` in metres, ``kind``, joint or
+        crack, and ``fault`` in millimetres, positive where the road drops, NaN within 2.4384 m of
+        either end.
+    """
+    sides = list(road.tracks)
+    found = find_joints(
+        road.tracks[sides[0]], road.tracks[sides[-1]], road.interval, spacing=spacing, method=method
+    )
+    parts = [
+        table(
+            track=side,
+            location=road.start + features.location,
+            kind=[Feature(kind).name.lower() for kind in features.kind],
+            fault=joint_faults(
+                MM_PER_M * road.tracks[side],
+                road.interval,
+                features.location,
+                window_mm=window_mm,
+            ),
+        )
+        for side, features in zip(sides, found, strict=False)
+    ]
+    joined: pd.DataFrame = pandas().concat(parts, ignore_index=True)
+    return joined
