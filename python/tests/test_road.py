@@ -1,10 +1,13 @@
 """Files that are roads, and files that are none."""
 
 from pathlib import Path
+from tempfile import TemporaryDirectory
 
 import numpy as np
 import pandas as pd
 import pytest
+from hypothesis import given
+from hypothesis import strategies as st
 
 import vialto
 from roads import DISTANCE, INTERVAL, SAMPLES, SLAB, SLABS, rough_road
@@ -120,7 +123,7 @@ def test_short_gaps_are_filled_along_a_line_and_told(tmp_path: Path) -> None:
     np.testing.assert_allclose(road.tracks["right"], np.arange(1, 10) / 500, rtol=1e-12)
     assert (road.start, np.flatnonzero(road.filled).tolist()) == (0.1, [2, 4, 5])
     assert str(road.quality) == (
-        "2 cells without a number, 0 uneven steps, 4 gaps (5 samples filled)"
+        "2 cells without a number, 0 uneven steps, 4 gaps (5 elevations filled)"
     )
     with pytest.raises(RoadError, match="line 7: samples missing in the left track: 2"):
         read_road(path, fill_gaps=0.1)
@@ -192,3 +195,33 @@ def test_tables_are_in_metres_along_the_road() -> None:
     defects = vialto.defect_table(run.index, start=1000.0)
     crests = defects[defects["kind"] == "bump"].iloc[1:-1]
     np.testing.assert_allclose(np.diff(crests["begin"]), 2.0 * np.pi, atol=0.1)
+
+
+@given(st.lists(st.booleans(), min_size=1, max_size=50))
+def test_stretches_hold_what_is_flagged_and_nothing_else(flags: list[bool]) -> None:
+    found = vialto.stretches(flags, 0.25)
+    again = np.zeros(len(flags), bool)
+    for first, last in zip(found["first"], found["last"], strict=True):
+        again[first : last + 1] = True
+    assert again.tolist() == flags
+    assert found["length"].sum() == 0.25 * sum(flags)
+
+
+@given(
+    lost=st.sets(st.integers(1, 58), max_size=30),
+    interval=st.sampled_from([0.01, 0.0254, 0.05, 0.1, 0.3048]),
+    decimals=st.integers(3, 6),
+)
+def test_lost_rows_are_filled_and_told(lost: set[int], interval: float, decimals: int) -> None:
+    height = np.round(np.random.default_rng(9).normal(0.0, interval / 100.0, 60), 6)
+    rows = [f"{k * interval:.{decimals}f},{height[k]:.6f}\n" for k in range(60) if k not in lost]
+    with TemporaryDirectory() as directory:
+        path = written(Path(directory), "d,z\n" + "".join(rows))
+        road = read_road(path, fill_gaps=100.0)
+    kept = [k for k in range(60) if k not in lost]
+    assert road.interval == pytest.approx(interval, rel=1e-3)
+    assert np.flatnonzero(road.filled).tolist() == sorted(lost)
+    np.testing.assert_array_equal(road.tracks["left"][kept], height[kept])
+    np.testing.assert_allclose(
+        road.tracks["left"], np.interp(np.arange(60), kept, height[kept]), atol=1e-12
+    )

@@ -79,7 +79,7 @@ class Quality:
         return (
             f"{len(self.cells)} cells without a number, {len(self.uneven)} uneven steps"
             f"{' (resampled)' if self.resampled else ''}, {len(self.gaps)} gaps"
-            f"{f' ({filled} samples filled)' if self.mended else ''}"
+            f"{f' ({filled} elevations filled)' if self.mended else ''}"
         )
 
 
