@@ -3,6 +3,11 @@
 from pathlib import Path
 
 import pytest
+from hypothesis import settings
+
+# Machines that test are shared: what takes long there is no fault.
+settings.register_profile("vialto", deadline=None)
+settings.load_profile("vialto")
 
 
 @pytest.fixture(autouse=True)

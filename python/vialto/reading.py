@@ -280,7 +280,7 @@ def _usual_step(rows: _Rows) -> float:
     steps = np.diff(rows.distance)
     if steps.size == 0:
         raise RoadError(f"{rows.path}: at least two samples are needed")
-    median = float(np.median(steps))
+    median = float(np.quantile(steps, 0.5, method="lower"))  # a step that occurs
     near = np.abs(steps - median) <= ROUNDED * abs(median)
     usual = float(np.mean(steps[near])) if near.any() else median
     if not usual > 0.0:
