@@ -15,7 +15,9 @@
 #include "ride/shroud.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <functional>
 #include <limits>
 #include <vector>
 
@@ -27,46 +29,65 @@ namespace {
 
 constexpr std::size_t block_length = 64; // samples
 
-// The weights of the distances 0, 1, ..., as far as they are not 0.0 and a pair of n samples needs
-// them. Behind them stand as many zeros as a block has samples, so that a block's last pairs need
-// no test: a weight of 0.0 wins no comparison.
-struct Weights {
-    std::vector<float> of_distance;
-    std::size_t reach; // the first distance without a weight
+// The weights of the distances 0, 1, ..., computed as far as they are asked for.
+class Weights {
+public:
+    Weights(float dx, float decay_length) : dx_(dx), decay_length_(decay_length) {}
 
-    Weights(std::size_t n, float dx, float decay_length) : of_distance(n + block_length), reach(0) {
-        for (; reach < n; ++reach) {
-            const float weight = exponential(-static_cast<float>(reach) * dx / decay_length);
-            if (weight == 0.0F) {
-                break;
-            }
-            of_distance[reach] = weight;
+    // The weight of a distance, and behind it those of the next ones, as many as a block has samples.
+    const float* from(std::size_t distance) {
+        while (of_distance_.size() < distance + block_length) {
+            const auto next = static_cast<float>(of_distance_.size());
+            of_distance_.push_back(faded_ ? 0.0F : exponential(-next * dx_ / decay_length_));
+            faded_ = of_distance_.back() == 0.0F;
         }
+        return &of_distance_[distance];
     }
+
+private:
+    float dx_;
+    float decay_length_;
+    std::vector<float> of_distance_;
+    bool faded_ = false; // to 0.0, as all weights beyond
 };
 
-float largest(std::span<const float> values, float start) {
-    for (const float value : values) {
-        start = value > start ? value : start;
+// The extreme value among `values` and `start`, found in several places at once; a NaN is none.
+template <class IsBeyond>
+float extreme(std::span<const float> values, float start, const IsBeyond& is_beyond) {
+    constexpr std::size_t places = 8;
+    std::array<float, places> best;
+    best.fill(start);
+    const auto look_at = [&](float& place, float value) {
+        place = is_beyond(value, place) ? value : place;
+    };
+    const std::size_t whole = values.size() / places * places;
+    for (std::size_t i = 0; i < whole; i += places) {
+        for (std::size_t place = 0; place < places; ++place) {
+            look_at(best[place], values[i + place]);
+        }
     }
-    return start;
+    for (std::size_t i = whole; i < values.size(); ++i) {
+        look_at(best[0], values[i]);
+    }
+    for (const float value : best) {
+        look_at(best[0], value);
+    }
+    return best[0];
+}
+
+float largest(std::span<const float> values, float start) {
+    return extreme(values, start, std::greater<>());
 }
 
 float smallest(std::span<const float> values) {
-    float lowest = std::numeric_limits<float>::infinity();
-    for (const float value : values) {
-        lowest = value < lowest ? value : lowest;
-    }
-    return lowest;
+    return extreme(values, std::numeric_limits<float>::infinity(), std::less<>());
 }
 
 // First pass: raises y to the shadow that would be the darkest in exact arithmetic.
-void cast_darkest_shadows(std::span<const float> x, const Weights& weights, std::span<float> y) {
+void cast_darkest_shadows(std::span<const float> x, Weights& weights, std::span<float> y) {
     std::size_t darkest = 0;
     for (std::size_t i = 1; i < x.size(); ++i) {
-        const std::size_t distance = i - darkest;
-        const float shadow =
-            distance < weights.reach ? weights.of_distance[distance] * x[darkest] : 0.0F;
+        const float shadow = *weights.from(i - darkest) * x[darkest];
         if (shadow > x[i]) {
             y[i] = shadow > y[i] ? shadow : y[i];
         } else {
@@ -87,7 +108,7 @@ void cast_shadow(float x, const float* weight, std::span<float> y) {
 // Second pass: the shadows of all samples before it on each block.
 class ShadowPass {
 public:
-    ShadowPass(std::span<const float> x, const Weights& weights) : x_(x), weights_(weights) {
+    ShadowPass(std::span<const float> x, Weights& weights) : x_(x), weights_(weights) {
         for (std::size_t first = 0; first < x.size(); first += block_length) {
             const float of_block = largest(block(x, first), 0.0F);
             block_largest_.push_back(of_block);
@@ -110,21 +131,20 @@ private:
 
     // No shadow up to `lowest` raises a sample of y, which stands at first.
     void shade_block(std::size_t first, std::span<float> y) const {
-        const std::vector<float>& weight = weights_.of_distance;
         const float lowest = smallest(y);
+        const float* const within = weights_.from(1);
         for (std::size_t k = 0; k + 1 < y.size(); ++k) {
-            if (weight[1] * x_[first + k] > lowest) {
-                cast_shadow(x_[first + k], &weight[1], y.subspan(k + 1));
+            if (*within * x_[first + k] > lowest) {
+                cast_shadow(x_[first + k], within, y.subspan(k + 1));
             }
         }
         for (std::size_t index = first / block_length; index > 0; --index) {
             const std::size_t end = index * block_length;
-            const std::size_t nearest = first - (end - 1);
-            if (nearest >= weights_.reach ||
-                weight[nearest] * largest_until_[index - 1] <= lowest) {
+            const float nearest = *weights_.from(first - (end - 1));
+            if (!(nearest * largest_until_[index - 1] > lowest)) {
                 break;
             }
-            if (weight[nearest] * block_largest_[index - 1] > lowest) {
+            if (nearest * block_largest_[index - 1] > lowest) {
                 shade_from_block(end, first, lowest, y);
             }
         }
@@ -133,23 +153,24 @@ private:
     // From the whole block that ends ahead of the sample `end`.
     void shade_from_block(std::size_t end, std::size_t first, float lowest,
                           std::span<float> y) const {
-        for (std::size_t j = end - block_length; j < end; ++j) {
-            const std::size_t distance = first - j;
-            if (distance < weights_.reach && weights_.of_distance[distance] * x_[j] > lowest) {
-                cast_shadow(x_[j], &weights_.of_distance[distance], y);
+        const std::size_t farthest = end - block_length;
+        const float* weight = weights_.from(first - farthest);
+        for (std::size_t j = farthest; j < end; ++j, --weight) {
+            if (*weight * x_[j] > lowest) {
+                cast_shadow(x_[j], weight, y);
             }
         }
     }
 
     std::span<const float> x_;
-    const Weights& weights_;
+    Weights& weights_;
     std::vector<float> block_largest_; // largest x of each block
     std::vector<float> largest_until_; // and of all blocks up to it
 };
 
 // Raises y to the shadows of the samples that come before.
 void shade(std::span<const float> x, float dx, float decay_length, std::span<float> y) {
-    const Weights weights(x.size(), dx, decay_length);
+    Weights weights(dx, decay_length);
     cast_darkest_shadows(x, weights, y);
     ShadowPass(x, weights).run(y);
 }
