@@ -18,6 +18,8 @@ namespace vialto {
 // Returned: the filtered profile, N values, elevation or slope (iOutType 2); iBeginElemIdx 0,
 // iEndElemIdx N - 1. Sub-type 0 runs nothing: the output and the index fields keep what they held.
 //
+// xFiltered may be xProfile itself.
+//
 // Fails with "iBWFilterType is not within range" and with the failures of zeb_bwfilter and
 // DRBWfilt_drv_prof; xFiltered is untouched in every case.
 [[nodiscard]] ReturnCode bwfilt_drv(std::span<const float> xProfile, float xStepSize,

@@ -83,16 +83,28 @@ float smallest(std::span<const float> values) {
     return extreme(values, std::numeric_limits<float>::infinity(), std::less<>());
 }
 
+// Raises y to the shadow of the sample `darkest`, as far as it is darker than the samples that it
+// falls on. Returns the first one behind where it is not.
+std::size_t cast_until_outshone(std::span<const float> x, std::size_t darkest, Weights& weights,
+                                std::span<float> y) {
+    for (std::size_t first = darkest + 1; first < x.size(); first += block_length) {
+        const float* const weight = weights.from(first - darkest);
+        const std::size_t count = std::min(block_length, x.size() - first);
+        for (std::size_t k = 0; k < count; ++k) {
+            const float shadow = weight[k] * x[darkest];
+            if (!(shadow > x[first + k])) {
+                return first + k;
+            }
+            y[first + k] = shadow > y[first + k] ? shadow : y[first + k];
+        }
+    }
+    return x.size();
+}
+
 // First pass: raises y to the shadow that would be the darkest in exact arithmetic.
 void cast_darkest_shadows(std::span<const float> x, Weights& weights, std::span<float> y) {
-    std::size_t darkest = 0;
-    for (std::size_t i = 1; i < x.size(); ++i) {
-        const float shadow = *weights.from(i - darkest) * x[darkest];
-        if (shadow > x[i]) {
-            y[i] = shadow > y[i] ? shadow : y[i];
-        } else {
-            darkest = i;
-        }
+    for (std::size_t darkest = 0; darkest < x.size();) {
+        darkest = cast_until_outshone(x, darkest, weights, y);
     }
 }
 

@@ -72,28 +72,27 @@ ReturnCode compute_wimindex(const RideRequest& request, const RideTrack& track) 
                              name, error_code_request);
     }
     tFiltCon bridging = bridging_settings(request.if250mmFilter);
-    std::vector<float> elevation(track.xDataArray.size());
-    if (filtcon_drv(track.xDataArray, request.xStepSize, bridging, elevation) != success) {
+    std::vector<float> filtered(track.xDataArray.size());
+    if (filtcon_drv(track.xDataArray, request.xStepSize, bridging, filtered) != success) {
         return pass_failure(name);
     }
     // The valid samples are taken from the start of the array, wherever their range lies in it:
     // deliberate. A window of the bridge filter that is longer than the profile leaves none.
-    elevation.resize(
+    filtered.resize(
         static_cast<std::size_t>(std::max(bridging.iEndElemIdx - bridging.iBeginElemIdx + 1, 0)));
-    std::vector<float> slope(elevation.size());
     tFiltCon band_pass = band_pass_settings();
-    if (filtcon_drv(elevation, request.xStepSize, band_pass, slope) != success) {
+    if (filtcon_drv(filtered, request.xStepSize, band_pass, filtered) != success) {
         return pass_failure(name);
     }
     if (check_report_type(request.i_reptype) != success) {
         return failure;
     }
     // The statistic of a sample alone. The request's base length smooths nothing: deliberate.
-    raise_to_power(slope, band_pass.xPowerWeighting);
-    take_root(slope, band_pass.xPowerWeighting);
-    shroud(slope, request.xStepSize, track.xOutput.first(slope.size()), back_shroud_distance,
+    raise_to_power(filtered, band_pass.xPowerWeighting);
+    take_root(filtered, band_pass.xPowerWeighting);
+    shroud(filtered, request.xStepSize, track.xOutput.first(filtered.size()), back_shroud_distance,
            fore_shroud_distance);
-    std::fill(track.xOutput.begin() + static_cast<std::ptrdiff_t>(slope.size()),
+    std::fill(track.xOutput.begin() + static_cast<std::ptrdiff_t>(filtered.size()),
               track.xOutput.end(), 0.0F);
     return success;
 }
