@@ -6,9 +6,10 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <numbers>
 #include <vector>
+
+#include "numeric/vector_width.hpp"
 
 namespace vialto {
 
@@ -74,17 +75,17 @@ private:
     Lanes step_im_{};
 };
 
-// Sixteen complex numbers, one of each column.
-struct Row {
-    float re[lanes];
-    float im[lanes];
+// A row is sixteen complex numbers, one of each column: their real parts, then their imaginary ones.
+constexpr std::size_t row_size = 2 * lanes;
 
-    [[nodiscard]] Complex<float> at(std::size_t lane) const { return {re[lane], im[lane]}; }
-    void put(std::size_t lane, Complex<float> value) {
-        re[lane] = value.re;
-        im[lane] = value.im;
-    }
-};
+Complex<float> at(const float* row, std::size_t lane) {
+    return {row[lane], row[lanes + lane]};
+}
+
+void put(float* row, std::size_t lane, Complex<float> value) {
+    row[lane] = value.re;
+    row[lanes + lane] = value.im;
+}
 
 Complex<float> sum(Complex<float> a, Complex<float> b) {
     return {a.re + b.re, a.im + b.im};
@@ -125,33 +126,34 @@ struct FourBins {
 using Roots = std::array<Complex<float>, 3>;
 
 // The loops over the lanes of a row become vector instructions because the rows cannot overlap.
-void fourfold(Row& __restrict a, Row& __restrict b, Row& __restrict c, Row& __restrict d,
-              const Roots& roots) {
+inline void fourfold(float* __restrict a, float* __restrict b, float* __restrict c,
+                     float* __restrict d, const Roots& roots) {
     const auto [root1, root2, root3] = roots;
     for (std::size_t lane = 0; lane < lanes; ++lane) {
-        const FourBins bins(a.at(lane), b.at(lane), c.at(lane), d.at(lane));
-        a.put(lane, bins.bin0);
-        b.put(lane, product(bins.bin1, root1));
-        c.put(lane, product(bins.bin2, root2));
-        d.put(lane, product(bins.bin3, root3));
+        const FourBins bins(at(a, lane), at(b, lane), at(c, lane), at(d, lane));
+        put(a, lane, bins.bin0);
+        put(b, lane, product(bins.bin1, root1));
+        put(c, lane, product(bins.bin2, root2));
+        put(d, lane, product(bins.bin3, root3));
     }
 }
 
-void last_fourfold(Row& __restrict a, Row& __restrict b, Row& __restrict c, Row& __restrict d) {
+inline void last_fourfold(float* __restrict a, float* __restrict b, float* __restrict c,
+                          float* __restrict d) {
     for (std::size_t lane = 0; lane < lanes; ++lane) {
-        const FourBins bins(a.at(lane), b.at(lane), c.at(lane), d.at(lane));
-        a.put(lane, bins.bin0);
-        b.put(lane, bins.bin1);
-        c.put(lane, bins.bin2);
-        d.put(lane, bins.bin3);
+        const FourBins bins(at(a, lane), at(b, lane), at(c, lane), at(d, lane));
+        put(a, lane, bins.bin0);
+        put(b, lane, bins.bin1);
+        put(c, lane, bins.bin2);
+        put(d, lane, bins.bin3);
     }
 }
 
-void last_twofold(Row& __restrict a, Row& __restrict b) {
+inline void last_twofold(float* __restrict a, float* __restrict b) {
     for (std::size_t lane = 0; lane < lanes; ++lane) {
-        const Complex<float> bin0 = sum(a.at(lane), b.at(lane));
-        b.put(lane, difference(a.at(lane), b.at(lane)));
-        a.put(lane, bin0);
+        const Complex<float> bin0 = sum(at(a, lane), at(b, lane));
+        put(b, lane, difference(at(a, lane), at(b, lane)));
+        put(a, lane, bin0);
     }
 }
 
@@ -174,27 +176,29 @@ public:
     [[nodiscard]] std::size_t row_of(std::size_t k) const { return row_of_[k]; }
 
     // rows: `length` of them.
-    void run(Row* rows) const {
+    VIALTO_WIDE_VECTORS void run(float* rows) const {
         std::size_t block = length_;
         for (; block > 4; block /= 4) {
             run_stage(rows, block);
         }
-        for (std::size_t i = 0; block == 4 && i < length_; i += 4) {
-            last_fourfold(rows[i], rows[i + 1], rows[i + 2], rows[i + 3]);
+        float* const end = rows + length_ * row_size;
+        for (float* row = rows; block == 4 && row < end; row += 4 * row_size) {
+            last_fourfold(row, row + row_size, row + 2 * row_size, row + 3 * row_size);
         }
-        for (std::size_t i = 0; block == 2 && i < length_; i += 2) {
-            last_twofold(rows[i], rows[i + 1]);
+        for (float* row = rows; block == 2 && row < end; row += 2 * row_size) {
+            last_twofold(row, row + row_size);
         }
     }
 
 private:
-    void run_stage(Row* rows, std::size_t block) const {
+    void run_stage(float* rows, std::size_t block) const {
         const std::size_t quarter = block / 4;
+        const std::size_t next = quarter * row_size;
         for (std::size_t first = 0; first < length_; first += block) {
             for (std::size_t i = 0; i < quarter; ++i) {
                 const std::size_t k = i * (length_ / block);
-                Row* row = rows + first + i;
-                fourfold(row[0], row[quarter], row[2 * quarter], row[3 * quarter],
+                float* row = rows + (first + i) * row_size;
+                fourfold(row, row + next, row + 2 * next, row + 3 * next,
                          {roots_[k], roots_[2 * k], roots_[3 * k]});
             }
         }
@@ -222,73 +226,88 @@ private:
 class MatrixTransform {
 public:
     explicit MatrixTransform(std::size_t h)
-        : h_(h), down_(std::size_t{1} << (std::bit_width(h | 1U) - 1) / 2),
-          across_(h / down_.length()), width_(std::min(lanes, across_.length())),
-          height_(std::min(lanes, down_.length())),
-          rows_(std::make_unique_for_overwrite<Row[]>(h / width_)) {}
+        : h_(h), down_(down_length(h)), across_(h / down_.length()),
+          width_(std::min(lanes, across_.length())), height_(std::min(lanes, down_.length())) {}
 
-    void run(std::span<const float> x, std::span<float> re, std::span<float> im) {
+    // Floats that a transform works with: the blocks of columns, and sixteen rows.
+    [[nodiscard]] static std::size_t room_for(std::size_t h) {
+        const std::size_t across = h / down_length(h);
+        return row_size * (h / std::min(lanes, across) + across);
+    }
+
+    // The bins may take the place of the samples.
+    void run(std::span<const float> x, std::span<float> room, std::span<float> re,
+             std::span<float> im) const {
+        float* const rows = room.data();
         for (std::size_t column = 0; column < across_.length(); column += width_) {
-            Row* block = rows_.get() + column / width_ * down_.length();
+            float* block = rows + column / width_ * block_size();
             load_columns(x, column, block);
             down_.run(block);
             rotate(column, block);
         }
-        const auto work = std::make_unique<Row[]>(across_.length());
+        float* const work = rows + across_.length() / width_ * block_size();
         for (std::size_t row = 0; row < down_.length(); row += height_) {
-            load_rows(row, work.get());
-            across_.run(work.get());
-            store_rows(row, work.get(), re, im);
+            load_rows(rows, row, work);
+            across_.run(work);
+            store_rows(row, work, re, im);
         }
     }
 
 private:
-    void load_columns(std::span<const float> x, std::size_t column, Row* block) const {
+    [[nodiscard]] static std::size_t down_length(std::size_t h) {
+        return std::size_t{1} << (std::bit_width(h | 1U) - 1) / 2;
+    }
+
+    // A block of columns.
+    [[nodiscard]] std::size_t block_size() const { return down_.length() * row_size; }
+
+    void load_columns(std::span<const float> x, std::size_t column, float* block) const {
         for (std::size_t j = 0; j < down_.length(); ++j) {
             const float* pair = x.data() + 2 * (j * across_.length() + column);
+            float* row = block + j * row_size;
             if (width_ < lanes) {
-                block[j] = Row{};
+                std::fill_n(row, row_size, 0.0F);
             }
             for (std::size_t c = 0; c < width_; ++c) {
-                block[j].put(c, {pair[2 * c], pair[2 * c + 1]});
+                put(row, c, {pair[2 * c], pair[2 * c + 1]});
             }
         }
     }
 
     // Bin k of column j takes the factor exp(-2 pi i j k / h) on its way to the transform of rows.
-    void rotate(std::size_t column, Row* block) const {
+    VIALTO_WIDE_VECTORS void rotate(std::size_t column, float* block) const {
         Rotation rotation;
         for (std::size_t c = 0; c < lanes; ++c) {
             rotation.set(c, {1.0, 0.0}, unit_root(column + c, h_));
         }
         for (std::size_t k = 0; k < down_.length(); ++k) {
-            Row& row = block[down_.row_of(k)];
+            float* row = block + down_.row_of(k) * row_size;
             for (std::size_t c = 0; c < lanes; ++c) {
-                row.put(c, product(row.at(c), rotation.at(c)));
+                put(row, c, product(at(row, c), rotation.at(c)));
             }
             rotation.turn();
         }
     }
 
-    void load_rows(std::size_t row, Row* work) const {
+    void load_rows(const float* rows, std::size_t row, float* work) const {
         for (std::size_t column = 0; column < across_.length(); column += width_) {
-            const Row* block = rows_.get() + column / width_ * down_.length();
+            const float* block = rows + column / width_ * block_size();
             for (std::size_t r = 0; r < height_; ++r) {
-                const Row& source = block[down_.row_of(row + r)];
+                const float* source = block + down_.row_of(row + r) * row_size;
                 for (std::size_t c = 0; c < width_; ++c) {
-                    work[column + c].put(r, source.at(c));
+                    put(work + (column + c) * row_size, r, at(source, c));
                 }
             }
         }
     }
 
-    void store_rows(std::size_t row, const Row* work, std::span<float> re,
+    void store_rows(std::size_t row, const float* work, std::span<float> re,
                     std::span<float> im) const {
         for (std::size_t k = 0; k < across_.length(); ++k) {
-            const Row& source = work[across_.row_of(k)];
+            const float* source = work + across_.row_of(k) * row_size;
             const auto place = static_cast<std::ptrdiff_t>(k * down_.length() + row);
-            std::copy_n(source.re, height_, re.begin() + place);
-            std::copy_n(source.im, height_, im.begin() + place);
+            std::copy_n(source, height_, re.begin() + place);
+            std::copy_n(source + lanes, height_, im.begin() + place);
         }
     }
 
@@ -297,7 +316,6 @@ private:
     ColumnTransform across_;
     std::size_t width_;
     std::size_t height_;
-    std::unique_ptr<Row[]> rows_;
 };
 
 struct PairOfBins {
@@ -316,8 +334,9 @@ PairOfBins split(Complex<float> low, Complex<float> high, Complex<float> root, f
 }
 
 // Sixteen pairs: the low bins ascend from the given place, the high ones descend.
-void split_sixteen(float* __restrict low_re, float* __restrict low_im, float* __restrict high_re,
-                   float* __restrict high_im, const Rotation& rotation, float scale) {
+inline void split_sixteen(float* __restrict low_re, float* __restrict low_im,
+                          float* __restrict high_re, float* __restrict high_im,
+                          const Rotation& rotation, float scale) {
     for (std::ptrdiff_t c = 0; c < static_cast<std::ptrdiff_t>(lanes); ++c) {
         const auto [low, high] = split({low_re[c], low_im[c]}, {high_re[-c], high_im[-c]},
                                        rotation.at(static_cast<std::size_t>(c)), scale);
@@ -329,7 +348,7 @@ void split_sixteen(float* __restrict low_re, float* __restrict low_im, float* __
 }
 
 // From the spectrum of the h complex numbers to that of the 2h samples, in place.
-void split_spectrum(std::span<float> re, std::span<float> im) {
+VIALTO_WIDE_VECTORS void split_spectrum(std::span<float> re, std::span<float> im) {
     const std::size_t h = re.size() - 1;
     const float whole = 1.0F / static_cast<float>(h);
     const float half = 0.5F * whole;
@@ -360,8 +379,15 @@ void split_spectrum(std::span<float> re, std::span<float> im) {
 
 } // namespace
 
-void fourier_transform(std::span<const float> x, std::span<float> re, std::span<float> im) {
-    MatrixTransform(x.size() / 2).run(x, re, im);
+std::size_t fourier_room(std::size_t h) {
+    return h == 0 ? 0 : MatrixTransform::room_for(h);
+}
+
+void fourier_transform(std::span<float> samples, std::span<float> room) {
+    const std::size_t bins = samples.size() / 2;
+    const std::span<float> re = samples.first(bins);
+    const std::span<float> im = samples.last(bins);
+    MatrixTransform(bins - 1).run(samples, room, re, im);
     split_spectrum(re, im);
 }
 

@@ -10,16 +10,22 @@
 // 1990.
 #pragma once
 
+#include <cstddef>
 #include <span>
 
 namespace vialto {
 
-// Given: x, 2h samples, h a power of 2 from 1 to 2^23.
-// Returned: re and im, h + 1 bins each, bin j being the sum over i of x[i] exp(-2 pi i j / 2h),
-// scaled by 1/h: a sinusoid that fits the transform has its amplitude as the magnitude of its bin.
-// Bins 0 and h (the mean and the Nyquist frequency) come out real, at twice their amplitude.
+// Given: 2h samples x, h a power of 2 from 1 to 2^23, and behind them room for two more.
+// Returned in their place: the real parts of h + 1 bins, then their imaginary parts, bin j being the
+// sum over i of x[i] exp(-2 pi i j / 2h), scaled by 1/h: a sinusoid that fits the transform has its
+// amplitude as the magnitude of its bin. Bins 0 and h (the mean and the Nyquist frequency) come out
+// real, at twice their amplitude.
 //
-// The three arrays do not overlap. The factors of rotation are taken in 64-bit and rounded once.
-void fourier_transform(std::span<const float> x, std::span<float> re, std::span<float> im);
+// room: fourier_room(h) more, whatever they hold, to work with.
+//
+// The factors of rotation are taken in 64-bit and rounded once.
+void fourier_transform(std::span<float> samples, std::span<float> room);
+
+[[nodiscard]] std::size_t fourier_room(std::size_t h);
 
 } // namespace vialto

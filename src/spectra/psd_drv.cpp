@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "numeric/rounding.hpp"
@@ -18,15 +19,18 @@ constexpr std::int32_t mxProfile = vialto_mxProfile;
 constexpr float ln_2 = 0.6931472F;
 constexpr float pi = 3.14159265F;
 
-// The n differences between the n + 1 points of the stretch.
-void psd_difference(std::span<const float> profile, std::span<float> y) {
+// The n differences between the n + 1 points of the stretch. Returns their sum, in 64-bit and in
+// ascending order.
+double psd_difference(std::span<const float> profile, std::span<float> y) {
     const std::size_t held = std::min(profile.size(), y.size() + 1);
-    for (std::size_t i = 0; i + 1 < held; ++i) {
-        y[i] = profile[i + 1] - profile[i];
+    double sum = 0.0;
+    for (std::size_t i = 0; i < std::min(held, y.size()); ++i) {
+        const float next =
+            i + 1 < held ? profile[i + 1] : 0.0F; // the points behind it count as 0.0
+        y[i] = next - profile[i];
+        sum += static_cast<double>(y[i]);
     }
-    if (held > 0 && held <= y.size()) {
-        y[held - 1] = 0.0F - profile[held - 1]; // the points behind it count as 0.0
-    }
+    return sum;
 }
 
 // The length of the transform of n differences, n being at least 1: the power of 2 at or above n,
@@ -37,18 +41,6 @@ std::int32_t transform_length(std::int32_t n) {
     return std::int32_t{1} << std::clamp(truncate(logarithm / ln_2 + 0.99999F), 0, largest);
 }
 
-// Subtracts the mean, which is summed in 64-bit, in ascending order, and rounded once.
-void subtract_mean(std::span<float> y) {
-    double sum = 0.0;
-    for (const float difference : y) {
-        sum += static_cast<double>(difference);
-    }
-    const auto mean = static_cast<float>(sum / static_cast<double>(y.size()));
-    for (float& difference : y) {
-        difference -= mean;
-    }
-}
-
 // Squared amplitudes of the bins 0 to nHalf - 1, of which bin j has the frequency j dfft.
 struct Periodogram {
     std::vector<float> power;
@@ -57,27 +49,29 @@ struct Periodogram {
     [[nodiscard]] std::int32_t nHalf() const { return static_cast<std::int32_t>(power.size()); }
 };
 
-// y: n differences, and behind them zeros up to the length of the transform. Where that is below n,
-// its length alone takes part, less the mean of all n.
-Periodogram psd_transform(std::span<float> y, std::int32_t n, std::int32_t nfft, float dx) {
-    subtract_mean(y.first(static_cast<std::size_t>(n)));
-    const auto nHalf = static_cast<std::size_t>(nfft / 2);
-    Periodogram result{{}, 1.0F / (dx * static_cast<float>(nfft))};
-    if (nHalf == 0) {
-        return result;
+// y: the n differences, with their sum, and behind them zeros. Where the length of the transform is
+// below n, as many take part, less the mean of all n.
+Periodogram psd_transform(std::vector<float> y, double sum, std::int32_t n, std::int32_t nfft,
+                          float dx) {
+    const auto mean = static_cast<float>(sum / static_cast<double>(n));
+    for (float& difference : std::span(y).first(static_cast<std::size_t>(n))) {
+        difference -= mean;
     }
-    std::vector<float> im(nHalf + 1);
-    result.power.resize(nHalf + 1);
-    fourier_transform(y.first(2 * nHalf), result.power, im);
-    result.power.resize(nHalf); // the last bin belongs to no band
-
+    const auto nHalf = static_cast<std::size_t>(nfft / 2);
+    Periodogram result{std::move(y), 1.0F / (dx * static_cast<float>(nfft))};
+    std::vector<float>& power = result.power;
+    if (nHalf > 0) {
+        const std::span<float> samples = std::span(power).first(2 * nHalf + 2);
+        fourier_transform(samples, std::span(power).last(fourier_room(nHalf)));
+    }
     // The zeros behind the differences took their share of the scale.
     const float padding = std::sqrt(static_cast<float>(nfft) / static_cast<float>(n));
     for (std::size_t j = 0; j < nHalf; ++j) {
-        const float real = result.power[j] * padding;
-        const float imaginary = im[j] * padding;
-        result.power[j] = real * real + imaginary * imaginary;
+        const float real = power[j] * padding;
+        const float imaginary = power[nHalf + 1 + j] * padding;
+        power[j] = real * real + imaginary * imaginary;
     }
+    power.resize(nHalf); // the last bin belongs to no band
     return result;
 }
 
@@ -184,9 +178,11 @@ ReturnCode psd_drv(const tPSDCon& settings, std::int32_t N, float xStepSize,
 
     const std::int32_t n = N - 1;
     const std::int32_t nfft = transform_length(n);
-    std::vector<float> y(static_cast<std::size_t>(std::max(n, nfft)));
-    psd_difference(xProfile, std::span(y).first(static_cast<std::size_t>(n)));
-    const Periodogram periodogram = psd_transform(y, n, nfft, xStepSize);
+    // The work memory of the call in one block.
+    std::vector<float> y(static_cast<std::size_t>(std::max(n, nfft + 2)) +
+                         fourier_room(static_cast<std::size_t>(nfft / 2)));
+    const double sum = psd_difference(xProfile, std::span(y).first(static_cast<std::size_t>(n)));
+    const Periodogram periodogram = psd_transform(std::move(y), sum, n, nfft, xStepSize);
 
     const std::vector<float> ends = band_ends(f, mode);
     const BandRange range = valid_bands(ends, xPSD.size(), periodogram);
