@@ -4,7 +4,6 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
-#include <type_traits>
 
 #include "frame/file_units.hpp"
 
@@ -35,32 +34,16 @@ void DiagnosticText::put(std::string_view text) {
     }
 }
 
-template <class Number>
-void DiagnosticText::put_number(Number number) {
-    constexpr std::size_t longest = 32; // a blank and a double take 25 characters
-    if (capacity - used_ < longest) {
-        flush();
-    }
-    buffer_[used_] = ' ';
-    if constexpr (std::is_floating_point_v<Number>) {
-        // Without the sign that processors give it at random.
-        number = std::isnan(number) ? std::numeric_limits<Number>::quiet_NaN() : number;
-    }
-    const auto written =
-        std::to_chars(buffer_.data() + used_ + 1, buffer_.data() + capacity, number);
-    used_ = static_cast<std::size_t>(written.ptr - buffer_.data());
+char* DiagnosticText::write(char* text, std::int32_t number) {
+    *text = ' ';
+    return std::to_chars(text + 1, text + longest_number, number).ptr;
 }
 
-void DiagnosticText::put(std::int32_t number) {
-    put_number(number);
-}
-
-void DiagnosticText::put(float number) {
-    put_number(number);
-}
-
-void DiagnosticText::put(double number) {
-    put_number(number);
+char* DiagnosticText::write(char* text, double number) {
+    *text = ' ';
+    // Without the sign that processors give a NaN at random.
+    number = std::isnan(number) ? std::numeric_limits<double>::quiet_NaN() : number;
+    return std::to_chars(text + 1, text + longest_number, number).ptr;
 }
 
 } // namespace vialto

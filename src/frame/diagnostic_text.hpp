@@ -9,7 +9,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <type_traits>
 
+#include "frame/shortest_digits.hpp"
 #include "frame/text_file.hpp"
 
 namespace vialto {
@@ -28,9 +30,18 @@ public:
         if (file_ == nullptr) {
             return;
         }
-        put(" ");
-        (put(items), ...);
-        put("\n");
+        if constexpr ((std::is_arithmetic_v<Items> && ...)) {
+            // The row of a table, of which there are many.
+            char* end = room_for(sizeof...(items) * longest_number + 2);
+            *end++ = ' ';
+            ((end = write(end, items)), ...);
+            *end++ = '\n';
+            used_ = static_cast<std::size_t>(end - buffer_.data());
+        } else {
+            put(" ");
+            (put(items), ...);
+            put("\n");
+        }
     }
 
     // One record of the text as it stands.
@@ -43,15 +54,33 @@ public:
     }
 
 private:
+    static constexpr std::size_t capacity = 16384;
+    static constexpr std::size_t longest_number = 32; // a blank and a double take 25 characters
+
     void flush();
     void put(std::string_view text);
-    void put(std::int32_t number);
-    void put(float number);
-    void put(double number);
     template <class Number>
-    void put_number(Number number);
+    requires std::is_arithmetic_v<Number>
+    void put(Number number) {
+        char* end = write(room_for(longest_number), number);
+        used_ = static_cast<std::size_t>(end - buffer_.data());
+    }
 
-    static constexpr std::size_t capacity = 16384;
+    // The end of what is gathered, with room for `count` more characters.
+    [[nodiscard]] char* room_for(std::size_t count) {
+        if (capacity - used_ < count) {
+            flush();
+        }
+        return buffer_.data() + used_;
+    }
+
+    // A blank and the number. Returns the place behind it.
+    [[nodiscard]] static char* write(char* text, float number) {
+        *text = ' ';
+        return write_shortest(text + 1, number);
+    }
+    [[nodiscard]] static char* write(char* text, std::int32_t number);
+    [[nodiscard]] static char* write(char* text, double number);
 
     TextFile* file_;
     std::size_t used_ = 0;
