@@ -70,11 +70,13 @@ std::size_t detect_spikes(const JointTrack& track, std::span<const float> trace,
                           const Beyond& beyond, const Position& position) {
     Features features(track);
     const std::int64_t end = std::ssize(trace) - margin;
-    for (std::int64_t i = margin; i < end; ++i) {
+    const auto next_beyond = [&](std::int64_t i) {
+        const auto is_beyond = [&](float value) { return beyond(value, threshold); };
+        const auto first = trace.begin();
+        return i < end ? std::find_if(first + i, first + end, is_beyond) - first : end;
+    };
+    for (std::int64_t i = next_beyond(margin); i < end; i = next_beyond(i + 1)) {
         const float value = trace[static_cast<std::size_t>(i)];
-        if (!beyond(value, threshold)) {
-            continue;
-        }
         const double location = static_cast<double>(position(i)) * static_cast<double>(xStepSize);
         if (features.enter(location, closest_spikes)) {
             // The number of the feature serves as index into the trace: deliberate.

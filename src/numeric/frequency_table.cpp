@@ -21,7 +21,7 @@ std::vector<float> highest_so_far(std::span<const float> cut_points) {
     constexpr float infinity = std::numeric_limits<float>::infinity();
     std::vector<float> highest;
     highest.reserve(cut_points.size());
-    float limit = -infinity;
+    float limit = -std::numeric_limits<float>::infinity();
     for (const float cut_point : cut_points) {
         limit = std::max(limit, std::isnan(cut_point) ? infinity : cut_point);
         highest.push_back(limit);
