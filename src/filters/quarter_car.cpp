@@ -140,8 +140,8 @@ Slope slope_of(const QuarterCar& car, std::span<const float> profile) {
             car.xSlopeScale / (static_cast<float>(car.iBase) * car.xStepSize)};
 }
 
-// One number of each track: a float for one track, and for two a vector with room for two more. In
-// a vector of just two, g++ clears the rest of the register behind each operation.
+// One number of each track: a float for one track, and for more a vector with room for four. In a
+// vector of just two, g++ clears the rest of the register behind each operation.
 using FourFloats = float __attribute__((vector_size(4 * sizeof(float))));
 template <std::size_t Tracks>
 using Lanes = std::conditional_t<Tracks == 1, float, FourFloats>;
@@ -151,7 +151,11 @@ Lanes<Tracks> lanes_of(const OfTrack& of_track) {
     if constexpr (Tracks == 1) {
         return of_track(0);
     } else {
-        return FourFloats{of_track(0), of_track(1)};
+        FourFloats lanes{};
+        for (std::size_t track = 0; track < Tracks; ++track) {
+            lanes[track] = of_track(track);
+        }
+        return lanes;
     }
 }
 
@@ -171,8 +175,8 @@ float lane(const FourFloats& lanes, std::size_t track) {
 // waits for its own chain of sums. For the same reason the state stands in four separate variables:
 // the products of a step run side by side. And a second track costs little, as its chain is another.
 template <std::size_t Tracks, class Magnitude>
-std::array<float, Tracks> stfilt(const QuarterCar& car, std::span<QuarterCarRun, Tracks> runs,
-                                 const Magnitude& magnitude) {
+std::array<float, most_runs> stfilt(const QuarterCar& car, std::span<QuarterCarRun, Tracks> runs,
+                                    const Magnitude& magnitude) {
     const Matrix st = car.st;
     const Vector pr = car.pr;
     std::array<Slope, Tracks> slope;
@@ -188,7 +192,7 @@ std::array<float, Tracks> stfilt(const QuarterCar& car, std::span<QuarterCarRun,
     Lanes<Tracks> x2 = state(1);
     Lanes<Tracks> x3 = state(2);
     Lanes<Tracks> x4 = state(3);
-    std::array<float, Tracks> sums{};
+    std::array<float, most_runs> sums{};
     const std::size_t count = runs[0].y.size();
     for (std::size_t i = 0; i < count; ++i) {
         const Lanes<Tracks> u =
@@ -218,12 +222,18 @@ std::array<float, Tracks> stfilt(const QuarterCar& car, std::span<QuarterCarRun,
 }
 
 template <class Magnitude>
-std::array<float, most_tracks> stfilt(const QuarterCar& car, std::span<QuarterCarRun> runs,
-                                      const Magnitude& magnitude) {
-    if (runs.size() == 1) {
-        return {stfilt(car, runs.first<1>(), magnitude)[0]};
+std::array<float, most_runs> stfilt(const QuarterCar& car, std::span<QuarterCarRun> runs,
+                                    const Magnitude& magnitude) {
+    switch (runs.size()) {
+    case 1:
+        return stfilt(car, runs.first<1>(), magnitude);
+    case 2:
+        return stfilt(car, runs.first<2>(), magnitude);
+    case 3:
+        return stfilt(car, runs.first<3>(), magnitude);
+    default:
+        return stfilt(car, runs.first<most_runs>(), magnitude);
     }
-    return stfilt(car, runs.first<most_tracks>(), magnitude);
 }
 
 // Slope of the unsmoothed profile over its first iInit samples. It is divided by iInit intervals,
@@ -300,7 +310,7 @@ ReturnCode qcar_filter(std::span<QuarterCarTrack> tracks, float xStepSize, float
                    track.xFiltered.first(filtered_count)};
     }
     const bool mean_of_magnitudes = parameters.xStatPower == 1.0F;
-    const std::array<float, most_tracks> sums =
+    const std::array<float, most_runs> sums =
         mean_of_magnitudes ? stfilt(car, runs, [](float value) { return std::fabs(value); })
                            : stfilt(car, runs, [](float value) { return value * value; });
     for (std::size_t k = 0; k < tracks.size(); ++k) {

@@ -94,6 +94,9 @@ struct QuarterCar {
 // The state ahead of the first sample.
 [[nodiscard]] QuarterCarState start_state(const QuarterCar& car, std::span<const float> xProfile);
 
+// At most so many stretches go through one quarter car side by side.
+inline constexpr std::size_t most_runs = 4;
+
 // A stretch of a track on its way through the quarter car.
 struct QuarterCarRun {
     std::span<const float> profile = {}; // from the stretch's first sample on
@@ -101,7 +104,8 @@ struct QuarterCarRun {
     std::span<float> y = {};    // the filtered slopes, as many as it has room for
 };
 
-// Filters stretches of one track or two, equally long, whichever samples they start from.
+// Filters stretches, equally long, whichever tracks they lie on and samples they start from. Each has
+// the bits that it has alone; together they take little longer than one.
 void run_quarter_car(const QuarterCar& car, std::span<QuarterCarRun> runs);
 
 } // namespace vialto

@@ -298,7 +298,7 @@ TEST(QuarterCar, SameBitsAsTheRecursionWrittenDownLiterally) {
 }
 
 // One lane may hold what spreads: an infinity, a NaN, or a height that overflows. Behind the whole
-// roads go stretches of them that start at different samples.
+// roads go two to four stretches of them that start at different samples.
 TEST(QuarterCar, TwoTracksHaveTheBitsThatEachHasAlone) {
     constexpr float infinity = std::numeric_limits<float>::infinity();
     for (const float odd : {0.0F, nan, infinity, 3e38F}) {
@@ -314,23 +314,26 @@ TEST(QuarterCar, TwoTracksHaveTheBitsThatEachHasAlone) {
             EXPECT_EQ(set_up_quarter_car(0.125F, 0.25F, 1.0F,
                                          lane == 0 ? iri_parameters() : rn_parameters(70.0F), car),
                       success);
-            std::array<QuarterCarRun, 2> runs;
-            std::array<Road, 2> stretch{Road(300), Road(300)};
             for (const std::size_t k : {0U, 1U}) {
                 const FilterRun alone(roads[k], {type, 0, 0.0F, 0.0F, 2});
                 EXPECT_EQ(listing(0, 0, y[k]), listing(0, 0, alone.y)) << odd << " " << lane;
                 EXPECT_EQ(listing(0, 0, {tracks[k].xQcarStat}), listing(0, 0, {alone.statistic}));
-                const std::size_t first = 40 + 60 * k;
-                runs[k] = {roads[k], start_state(car, roads[k]),
-                           std::span(stretch[k]).first(first)};
-                run_quarter_car(car, {&runs[k], 1});
-                runs[k].profile = runs[k].profile.subspan(first);
-                runs[k].y = stretch[k];
             }
-            run_quarter_car(car, runs);
-            for (const std::size_t k : {0U, 1U}) {
-                const auto from = y[k].begin() + 40 + 60 * static_cast<std::ptrdiff_t>(k);
-                EXPECT_EQ(listing(0, 0, stretch[k]), listing(0, 0, {from, from + 300}));
+            for (const std::size_t count : {2U, 3U, 4U}) {
+                std::vector<QuarterCarRun> runs(count);
+                std::vector<Road> stretch(count, Road(300));
+                for (std::size_t k = 0; k < count; ++k) {
+                    const std::size_t first = 40 + 60 * k;
+                    const Road& road = roads[k % 2];
+                    runs[k] = {road, start_state(car, road), std::span(stretch[k]).first(first)};
+                    run_quarter_car(car, {&runs[k], 1});
+                    runs[k] = {runs[k].profile.subspan(first), runs[k].state, stretch[k]};
+                }
+                run_quarter_car(car, runs);
+                for (std::size_t k = 0; k < count; ++k) {
+                    const auto from = y[k % 2].begin() + 40 + 60 * static_cast<std::ptrdiff_t>(k);
+                    EXPECT_EQ(listing(0, 0, stretch[k]), listing(0, 0, {from, from + 300}));
+                }
             }
         }
     }
