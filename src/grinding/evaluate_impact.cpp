@@ -1,10 +1,10 @@
 #include "grinding/evaluate_impact.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <string_view>
-#include <utility>
 
 #include "grinding/grindsimu.hpp"
 #include "grinding/ride_trial.hpp"
@@ -22,10 +22,10 @@ constexpr float feet_per_metre = 3.28F;
 // A road and the wheels' path on it, to grind one spot at a time.
 class TrialRoad {
 public:
-    TrialRoad(const MustGrindRequest& request, std::vector<float> xWheelPath)
+    TrialRoad(const MustGrindRequest& request, std::span<const float> xWheelPath)
         : grinder_(grinder_of(request.setup, request.xStepSize)), xProfile_(request.xProfile),
-          xWork_(xProfile_.begin(), xProfile_.end()), xWheelPath_(std::move(xWheelPath)),
-          xWheelWork_(xWheelPath_) {}
+          xWheelPath_(xWheelPath), xWork_(xProfile_.begin(), xProfile_.end()),
+          xWheelWork_(xWheelPath_.begin(), xWheelPath_.end()) {}
 
     // Grinds the spot alone, the one before it being restored.
     void grind(const Spot& spot) {
@@ -50,9 +50,9 @@ private:
     }
 
     Grinder grinder_;
-    std::span<const float> xProfile_;
-    std::vector<float> xWork_;
-    std::vector<float> xWheelPath_;
+    std::span<const float> xProfile_; // the untouched road, and the path on it
+    std::span<const float> xWheelPath_;
+    std::vector<float> xWork_; // with the spot ground
     std::vector<float> xWheelWork_;
     PlaceRange ground_{};
 };
@@ -79,20 +79,18 @@ std::size_t first_sample_reaching(const std::vector<Spot>& tOutOfSpec, std::int3
 }
 
 // The outcome by the statistic of the whole ground profile. Fails as that statistic does.
-ReturnCode compute_outcome(const MustGrindRequest& request, std::span<const float> ground_profile,
-                           std::span<const float> xRideBefore,
-                           std::span<const std::uint8_t> in_stretch, std::size_t from,
-                           TrialOutcome& outcome) {
+ReturnCode compute_outcome(const MustGrindRequest& request, std::span<const float> xRideBefore,
+                           std::span<const std::uint8_t> in_stretch, Trial& trial) {
     const tMustGrindCfg& cfg = request.cfg;
-    std::vector<float> xRideAfter(ground_profile.size());
+    std::vector<float> xRideAfter(trial.ground_profile.size());
     if (ridecon_drv(cfg.if250mmFilter, request.xStepSize, cfg.xSlideBaseLength, cfg.iRideIndexType,
-                    ground_profile, xRideAfter) != success) {
+                    trial.ground_profile, xRideAfter) != success) {
         return failure;
     }
-    outcome = TrialOutcome::does_not_help;
-    for (std::size_t j = from; j < xRideAfter.size(); ++j) {
+    trial.outcome = TrialOutcome::does_not_help;
+    for (std::size_t j = trial.from; j < xRideAfter.size(); ++j) {
         if (in_stretch[j] != 0 && gain(cfg, xRideBefore[j], xRideAfter[j]) > negligible_gain) {
-            outcome = TrialOutcome::helps;
+            trial.outcome = TrialOutcome::helps;
         }
     }
     return success;
@@ -110,28 +108,37 @@ ReturnCode evaluate_impact(const MustGrindRequest& request, std::span<const floa
                           xWheelPath) != success) {
         return pass_failure(name);
     }
-    TrialRoad road(request, std::move(xWheelPath));
+    std::vector<TrialRoad> roads(std::min(most_runs, spots.iActive.size()),
+                                 TrialRoad(request, xWheelPath));
     const std::vector<std::uint8_t> in_stretch = samples_in(tOutOfSpec, nsamp);
-    std::optional<RideTrial> trial;
+    std::optional<RideTrial> ride_trial;
     if (!spots.iActive.empty() && RideTrial::serves(request)) {
-        trial.emplace(request, xRideBefore, in_stretch);
+        ride_trial.emplace(request, xRideBefore, in_stretch);
     }
-    for (std::size_t t = 0; t < spots.iActive.size(); ++t) {
-        Spot& spot = spots.tGrindSpots[static_cast<std::size_t>(spots.iActive[t])];
-        road.grind(spot);
-        // The spot at place t of the whole list, not the one tried: deliberate.
-        const std::size_t from =
-            first_sample_reaching(tOutOfSpec, iWindow, nsamp, spots.tGrindSpots[t]);
-        TrialOutcome outcome =
-            trial ? trial->outcome(road.profile(), road.ground(), from) : TrialOutcome::unknown;
-        if (outcome == TrialOutcome::unknown &&
-            compute_outcome(request, road.profile(), xRideBefore, in_stretch, from, outcome) !=
-                success) {
-            return pass_failure(name);
+    const auto active_spot = [&](std::size_t t) -> Spot& {
+        return spots.tGrindSpots[static_cast<std::size_t>(spots.iActive[t])];
+    };
+    std::array<Trial, most_runs> room;
+    for (std::size_t t = 0; t < spots.iActive.size(); t += most_runs) {
+        const auto trials = std::span(room).first(std::min(most_runs, spots.iActive.size() - t));
+        for (std::size_t k = 0; k < trials.size(); ++k) {
+            roads[k].grind(active_spot(t + k));
+            // By the spot at this place of the whole list, not the one tried: deliberate.
+            trials[k] = {
+                roads[k].profile(), roads[k].ground(),
+                first_sample_reaching(tOutOfSpec, iWindow, nsamp, spots.tGrindSpots[t + k])};
         }
-        if (outcome == TrialOutcome::does_not_help) {
-            spot.iStatus = spot_dropped;
-            set_flags(iGrindFlags, spot.iStart, spot.iEnd, not_ground);
+        if (ride_trial) {
+            ride_trial->run(trials);
+        }
+        for (std::size_t k = 0; k < trials.size(); ++k) {
+            if (trials[k].outcome == TrialOutcome::unknown &&
+                compute_outcome(request, xRideBefore, in_stretch, trials[k]) != success) {
+                return pass_failure(name);
+            }
+            if (trials[k].outcome == TrialOutcome::does_not_help) {
+                drop_spot(active_spot(t + k), iGrindFlags);
+            }
         }
     }
     spots.rebuild_active();

@@ -42,19 +42,16 @@ RideTrial::RideTrial(const MustGrindRequest& request, std::span<const float> xRi
     run_lower_means(negligible_gain * (squared_ ? std::max(cfg_.xRideThreshold, 0.0F) : 0.5F));
 }
 
-TrialOutcome RideTrial::outcome(std::span<const float> ground_profile, PlaceRange cut,
-                                std::size_t from) {
-    PlaceRange slopes{};
-    const bool finite = refilter(ground_profile, cut, slopes);
-    const PlaceRange changed = extend_changed_start(slopes);
-    const bool gained = finite && gains_anywhere(changed, from);
-    std::copy(untouched_.begin() + static_cast<std::ptrdiff_t>(changed.first),
-              untouched_.begin() + static_cast<std::ptrdiff_t>(changed.end),
-              trial_.begin() + static_cast<std::ptrdiff_t>(changed.first));
-    if (!finite) {
-        return TrialOutcome::unknown;
+void RideTrial::run(std::span<Trial> trials) {
+    const std::span<Lane> lanes = std::span(lanes_).first(trials.size());
+    for (std::size_t k = 0; k < trials.size(); ++k) {
+        start(trials[k], lanes[k]);
     }
-    return gained ? TrialOutcome::helps : TrialOutcome::does_not_help;
+    refilter(lanes, slope_count_ / block);
+    refilter(lanes, checkpoints_.size()); // the last block, where it is a shorter one
+    for (std::size_t k = 0; k < trials.size(); ++k) {
+        trials[k].outcome = outcome(trials[k], lanes[k]);
+    }
 }
 
 void RideTrial::filter_untouched_road(std::span<const float> xProfile) {
@@ -64,10 +61,15 @@ void RideTrial::filter_untouched_road(std::span<const float> xProfile) {
     QuarterCarState state = start_state(car_, xProfile);
     for (std::size_t first = 0; first < slope_count_; first += block) {
         checkpoints_.push_back(state);
-        filter_block(xProfile, first, state, untouched_);
+        QuarterCarRun run = block_run(xProfile, first, state, untouched_);
+        run_quarter_car(car_, {&run, 1});
+        take_magnitudes(run.y);
+        state = run.state;
     }
     extend_both_ends(untouched_);
-    trial_ = untouched_;
+    for (Lane& lane : lanes_) {
+        lane.slopes = untouched_;
+    }
     means_.resize(count);
     means_[0] = box_mean(std::span(untouched_).first(base_));
     continue_means(untouched_, std::span(untouched_).subspan(base_), base_, means_[0],
@@ -91,61 +93,98 @@ void RideTrial::extend_both_ends(std::span<float> extended) const {
                 extended.last(half_));
 }
 
-// The slopes from `first` on, a block or what is left of one, into their places in `extended`.
-void RideTrial::filter_block(std::span<const float> xProfile, std::size_t first,
-                             QuarterCarState& state, std::vector<float>& extended) const {
-    const std::span<float> y =
-        std::span(extended).subspan(half_ + first, std::min(block, slope_count_ - first));
-    QuarterCarRun run{xProfile.subspan(first), state, y};
-    run_quarter_car(car_, {&run, 1});
-    state = run.state;
-    for (float& slope : y) {
+// The run over the block whose first sample is `first`, into its place in `extended`.
+QuarterCarRun RideTrial::block_run(std::span<const float> xProfile, std::size_t first,
+                                   const QuarterCarState& state, std::span<float> extended) const {
+    return {xProfile.subspan(first), state,
+            extended.subspan(half_ + first, std::min(block, slope_count_ - first))};
+}
+
+void RideTrial::take_magnitudes(std::span<float> slopes) const {
+    for (float& slope : slopes) {
         slope = squared_ ? slope * slope : std::fabs(slope);
     }
 }
 
-// Filters the ground profile into trial_, from the last checkpoint ahead of the first slope that
-// the cut touches, until the state coincides with the untouched road's. `slopes` is the range
-// filtered anew. Returns false where the state has left the finite numbers, to which it never
-// returns.
-bool RideTrial::refilter(std::span<const float> ground_profile, PlaceRange cut,
-                         PlaceRange& slopes) {
-    QuarterCarState state = start_state(car_, ground_profile);
-    std::size_t number = 0; // of the next block, and of the checkpoint ahead of it
-    if (state == checkpoints_[0]) {
+// Puts the lane at the last checkpoint ahead of the first slope that the cut touches.
+void RideTrial::start(const Trial& trial, Lane& lane) const {
+    lane.ground_profile = trial.ground_profile;
+    lane.cut_end = trial.cut.end;
+    lane.state = start_state(car_, trial.ground_profile);
+    lane.next_block = 0;
+    if (lane.state == checkpoints_[0]) {
         const auto reach = static_cast<std::size_t>(car_.iBase);
-        number = (cut.first - std::min(cut.first, reach)) / block;
-        state = checkpoints_[number];
+        lane.next_block = (trial.cut.first - std::min(trial.cut.first, reach)) / block;
+        lane.state = checkpoints_[lane.next_block];
     }
-    slopes.first = number * block;
-    const auto coincides = [&] {
-        return number * block >= cut.end && state == checkpoints_[number];
-    };
-    while (number < checkpoints_.size() && !coincides()) {
-        filter_block(ground_profile, number * block, state, trial_);
-        ++number;
-    }
-    slopes.end = std::min(number * block, slope_count_);
-    return std::all_of(state.begin(), state.end(), [](float x) { return std::isfinite(x); });
+    lane.first = lane.next_block * block;
 }
 
-// Extends trial_ anew where the line through its first slopes has changed. Returns the range of
-// trial_ that differs from untouched_, as far as the means of samples out of specification depend
-// on it: none of their boxes reaches the extension of the end.
-PlaceRange RideTrial::extend_changed_start(PlaceRange slopes) {
-    const bool at_start = slopes.first < half_;
+// Filters the blocks of the lanes' ground profiles ahead of end_block, which are equally long: of
+// each lane until its state coincides with the untouched road's.
+void RideTrial::refilter(std::span<Lane> lanes, std::size_t end_block) const {
+    while (true) {
+        std::array<QuarterCarRun, most_runs> room;
+        std::array<Lane*, most_runs> busy{};
+        std::size_t count = 0;
+        for (Lane& lane : lanes) {
+            const std::size_t first = lane.next_block * block;
+            if (lane.next_block < end_block &&
+                !(first >= lane.cut_end && lane.state == checkpoints_[lane.next_block])) {
+                room[count] = block_run(lane.ground_profile, first, lane.state, lane.slopes);
+                busy[count] = &lane;
+                ++count;
+            }
+        }
+        if (count == 0) {
+            return;
+        }
+        const std::span<QuarterCarRun> runs = std::span(room).first(count);
+        run_quarter_car(car_, runs);
+        for (std::size_t k = 0; k < count; ++k) {
+            take_magnitudes(runs[k].y);
+            busy[k]->state = runs[k].state;
+            ++busy[k]->next_block;
+        }
+    }
+}
+
+// What follows from the slopes of a lane, which has run to its end. Restores them.
+TrialOutcome RideTrial::outcome(const Trial& trial, Lane& lane) const {
+    // A state that has left the finite numbers never returns to them.
+    const bool finite =
+        std::all_of(lane.state.begin(), lane.state.end(), [](float x) { return std::isfinite(x); });
+    const PlaceRange changed = extend_changed_start(
+        {lane.first, std::min(lane.next_block * block, slope_count_)}, lane.slopes);
+    const bool gained = finite && gains_anywhere(lane.slopes, changed, trial.from);
+    std::copy(untouched_.begin() + static_cast<std::ptrdiff_t>(changed.first),
+              untouched_.begin() + static_cast<std::ptrdiff_t>(changed.end),
+              lane.slopes.begin() + static_cast<std::ptrdiff_t>(changed.first));
+    if (!finite) {
+        return TrialOutcome::unknown;
+    }
+    return gained ? TrialOutcome::helps : TrialOutcome::does_not_help;
+}
+
+// Extends the trial's slopes anew where the line through the first ones has changed, the range
+// `filtered` being new. Returns the range in which they differ from untouched_, as far as the means
+// of samples out of specification depend on it: none of their boxes reaches the extension of the
+// end.
+PlaceRange RideTrial::extend_changed_start(PlaceRange filtered, std::span<float> extended) const {
+    const bool at_start = filtered.first < half_;
     if (at_start) {
-        extend_both_ends(trial_);
+        extend_both_ends(extended);
     }
-    return {at_start ? 0 : slopes.first + half_, slopes.end + half_};
+    return {at_start ? 0 : filtered.first + half_, filtered.end + half_};
 }
 
-bool RideTrial::gains_anywhere(PlaceRange changed, std::size_t from) const {
+bool RideTrial::gains_anywhere(std::span<const float> extended, PlaceRange changed,
+                               std::size_t from) const {
     std::array<float, block> room{};
     std::size_t i = 1; // the sample whose mean comes next, and
     float mean = 0.0F; // the mean of the one before
     if (changed.first < base_) {
-        mean = box_mean(std::span(trial_).first(base_));
+        mean = box_mean(extended.first(base_));
         if (gains_within(0, {&mean, 1}, from)) {
             return true;
         }
@@ -160,7 +199,7 @@ bool RideTrial::gains_anywhere(PlaceRange changed, std::size_t from) const {
             return false;
         }
         const std::span<float> means = std::span(room).first(std::min(block, means_.size() - i));
-        const std::span<const float> leaving = std::span(trial_).subspan(i - 1);
+        const std::span<const float> leaving = extended.subspan(i - 1);
         continue_means(leaving, leaving.subspan(base_), base_, mean, means);
         if (gains_within(i, means, from)) {
             return true;

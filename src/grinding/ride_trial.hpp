@@ -15,8 +15,11 @@
 //     never falls when the mean rises. So a mean that is at some sample no less than that of a
 //     lower run, which was started a margin below the untouched one, never falls below it again,
 //     and gains nothing where the lower run does not.
+//
+// Several trials go through the quarter car side by side.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -35,6 +38,15 @@ struct PlaceRange {
 
 enum class TrialOutcome { helps, does_not_help, unknown };
 
+// The profile, ground within `cut` alone. Of the samples that are out of specification, those from
+// `from` on count. The outcome is unknown where the quarter car overflows.
+struct Trial {
+    std::span<const float> ground_profile;
+    PlaceRange cut;
+    std::size_t from;
+    TrialOutcome outcome = TrialOutcome::unknown;
+};
+
 class RideTrial {
 public:
     // Whether the request's statistic is one that trials know: IRI or RN, smoothed.
@@ -46,22 +58,35 @@ public:
     RideTrial(const MustGrindRequest& request, std::span<const float> xRideBefore,
               std::span<const std::uint8_t> in_stretch);
 
-    // The profile, ground within `cut` alone. The samples from `from` on count, as far as they are
-    // out of specification. Unknown is what follows where the quarter car overflows.
-    [[nodiscard]] TrialOutcome outcome(std::span<const float> ground_profile, PlaceRange cut,
-                                       std::size_t from);
+    // Finds the outcomes of at most most_runs trials.
+    void run(std::span<Trial> trials);
 
 private:
+    // A trial on its way through the quarter car.
+    struct Lane {
+        std::vector<float> slopes; // as untouched_, but for the range that the trial changes
+        std::span<const float> ground_profile;
+        std::size_t cut_end;
+        std::size_t first;      // the first slope filtered anew
+        std::size_t next_block; // and the checkpoint ahead of it
+        QuarterCarState state;
+    };
+
     void filter_untouched_road(std::span<const float> xProfile);
     void run_lower_means(float margin);
     void extend_both_ends(std::span<float> extended) const;
 
-    void filter_block(std::span<const float> xProfile, std::size_t first, QuarterCarState& state,
-                      std::vector<float>& extended) const;
-    [[nodiscard]] bool refilter(std::span<const float> ground_profile, PlaceRange cut,
-                                PlaceRange& slopes);
-    [[nodiscard]] PlaceRange extend_changed_start(PlaceRange slopes);
-    [[nodiscard]] bool gains_anywhere(PlaceRange changed, std::size_t from) const;
+    [[nodiscard]] QuarterCarRun block_run(std::span<const float> xProfile, std::size_t first,
+                                          const QuarterCarState& state,
+                                          std::span<float> extended) const;
+    void take_magnitudes(std::span<float> slopes) const;
+    void start(const Trial& trial, Lane& lane) const;
+    void refilter(std::span<Lane> lanes, std::size_t end_block) const;
+    [[nodiscard]] TrialOutcome outcome(const Trial& trial, Lane& lane) const;
+    [[nodiscard]] PlaceRange extend_changed_start(PlaceRange filtered,
+                                                  std::span<float> extended) const;
+    [[nodiscard]] bool gains_anywhere(std::span<const float> extended, PlaceRange changed,
+                                      std::size_t from) const;
     [[nodiscard]] bool gains_within(std::size_t first, std::span<const float> means,
                                     std::size_t from) const;
     [[nodiscard]] bool gains(std::size_t sample, float mean) const;
@@ -75,10 +100,8 @@ private:
     QuarterCar car_{};
     std::size_t slope_count_ = 0;
     std::vector<QuarterCarState> checkpoints_; // of the untouched road, ahead of each block
-    // |slope| or its square with both ends extended: of the untouched road, and of a trial, which
-    // is the same but for the range that the trial changes and restores.
-    std::vector<float> untouched_;
-    std::vector<float> trial_;
+    std::vector<float> untouched_;             // |slope| or its square, with both ends extended
+    std::array<Lane, most_runs> lanes_{};
     std::vector<float> means_;          // of the untouched road
     std::vector<float> lower_means_;    // of the lower run
     std::size_t lower_gains_until_ = 0; // from this sample on, the lower run gains nothing

@@ -1,11 +1,21 @@
 #include "grinding/spot_list.hpp"
 
-#include <string_view>
+#include <algorithm>
 
 #include "grinding/grindsimu.hpp"
 #include "numeric/rounding.hpp"
 
 namespace vialto {
+
+namespace {
+
+// The samples first to last count from 1, both inclusive.
+void set_flags(std::span<std::int32_t> iGrindFlags, std::int32_t first, std::int32_t last,
+               std::int32_t flag) {
+    std::fill(iGrindFlags.begin() + (first - 1), iGrindFlags.begin() + last, flag);
+}
+
+} // namespace
 
 void SpotList::rebuild_active() {
     iActive.clear();
@@ -16,9 +26,9 @@ void SpotList::rebuild_active() {
     }
 }
 
-void set_flags(std::span<std::int32_t> iGrindFlags, std::int32_t first, std::int32_t last,
-               std::int32_t flag) {
-    std::fill(iGrindFlags.begin() + (first - 1), iGrindFlags.begin() + last, flag);
+void drop_spot(Spot& spot, std::span<std::int32_t> iGrindFlags) {
+    spot.iStatus = spot_dropped;
+    set_flags(iGrindFlags, spot.iStart, spot.iEnd, not_ground);
 }
 
 ReturnCode tossout_shortgrindspots(float x_grindlength_min, float xStepSize,
@@ -29,8 +39,7 @@ ReturnCode tossout_shortgrindspots(float x_grindlength_min, float xStepSize,
         [&](std::size_t i) { return iGrindFlags[i] != not_ground; }, spots.tGrindSpots);
     for (Spot& spot : spots.tGrindSpots) {
         if (spot.iEnd - spot.iStart < iMinLen) {
-            set_flags(iGrindFlags, spot.iStart, spot.iEnd, not_ground);
-            spot.iStatus = spot_dropped;
+            drop_spot(spot, iGrindFlags);
         }
     }
     if (!all_listed) {

@@ -33,9 +33,8 @@ struct SpotList {
     void rebuild_active();
 };
 
-// Sets the flags of the samples first to last, counted from 1, both inclusive.
-void set_flags(std::span<std::int32_t> iGrindFlags, std::int32_t first, std::int32_t last,
-               std::int32_t flag);
+// The spot is not to be ground, and its flags become 1.
+void drop_spot(Spot& spot, std::span<std::int32_t> iGrindFlags);
 
 // Walks the samples first to last of a profile, counted from 1, and adds each stretch of those that
 // `marked` names, by their places from 0, to the list.

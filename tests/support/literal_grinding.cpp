@@ -99,7 +99,7 @@ LiteralMustGrind literal_mustgrind(const MustGrindRequest& request) {
         }
         if (!helps) {
             spot.iStatus = spot_dropped;
-            set_flags(flags, spot.iStart, spot.iEnd, not_ground);
+            std::fill(flags.begin() + (spot.iStart - 1), flags.begin() + spot.iEnd, not_ground);
         }
     }
     list.rebuild_active();
