@@ -1,12 +1,16 @@
-# The library exports the functions that the header declares, and nothing else. Called with -DNM=...
-# and -DLIBRARY=....
+# The library exports the functions that the header declares, and nothing else. Called with
+# -DNM=..., -DLIBRARY=... and, for a shared library, -DSHARED=ON.
 cmake_minimum_required(VERSION 3.21)
 include(${CMAKE_CURRENT_LIST_DIR}/../cmake/VialtoHeader.cmake)
 
-execute_process(COMMAND ${NM} -D --defined-only ${LIBRARY} OUTPUT_VARIABLE symbols
-  COMMAND_ERROR_IS_FATAL ANY)
-string(REGEX MATCHALL "[^ \n]+\n" exported "${symbols}")
-list(TRANSFORM exported STRIP)
+set(dynamic "")
+if(SHARED)
+  set(dynamic --dynamic)
+endif()
+execute_process(COMMAND ${NM} ${dynamic} --extern-only --defined-only --format=posix ${LIBRARY}
+  OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX MATCHALL "[^ \n]+ [A-Za-z] " exported "${symbols}")
+list(TRANSFORM exported REPLACE " .*" "")
 
 set(undeclared ${exported})
 list(REMOVE_ITEM undeclared ${VIALTO_FUNCTIONS})
