@@ -35,19 +35,16 @@ Comparison compare(const Road& reference, const Road& road, std::size_t track, f
     result.analysis.x_offset_max = max_offset;
     std::array<tProfinfo, 2> profiles{whole_profile(reference), whole_profile(road)};
 
-    tEvent event;
     std::int32_t points = 0;
-    require_success(CC_CoeffArray(&points, &result.analysis, profiles.data(), &event), event);
+    vialto::call(CC_CoeffArray, &points, &result.analysis, profiles.data());
     result.coefficients.resize(static_cast<std::size_t>(points));
     result.offsets.resize(static_cast<std::size_t>(points));
     std::vector<float> unused_reference(reference.tracks[track].elevation.size());
     std::vector<float> unused_test(road.tracks[track].elevation.size());
-    require_success(ccfunc(reference.samples(), road.samples(), points,
-                           reference.tracks[track].elevation.data(),
-                           road.tracks[track].elevation.data(), &result.analysis, profiles.data(),
-                           result.coefficients.data(), result.offsets.data(),
-                           unused_reference.data(), unused_test.data(), &event),
-                    event);
+    vialto::call(ccfunc, reference.samples(), road.samples(), points,
+                 reference.tracks[track].elevation.data(), road.tracks[track].elevation.data(),
+                 &result.analysis, profiles.data(), result.coefficients.data(),
+                 result.offsets.data(), unused_reference.data(), unused_test.data());
     return result;
 }
 

@@ -26,10 +26,8 @@ std::vector<std::int32_t> must_grind(const Road& road, const Track& track) {
     settings.x_grindlength_min = 0.3F;
     settings.x_grindgap_min = 1.0F;
     std::vector<std::int32_t> flags(track.elevation.size());
-    tEvent event;
-    require_success(mustgrind_dlldrv(road.samples(), road.interval, &settings, &grinder,
-                                     track.elevation.data(), flags.data(), &event),
-                    event);
+    vialto::call(mustgrind_dlldrv, road.samples(), road.interval, &settings, &grinder,
+                 track.elevation.data(), flags.data());
     return flags;
 }
 
@@ -56,11 +54,8 @@ std::vector<tGrindSpot> spots_of(const std::vector<std::int32_t>& flags) {
 
 Track grind(const Road& road, Track track, const std::vector<tGrindSpot>& spots,
             std::vector<std::int32_t>& flags) {
-    tEvent event;
-    require_success(grindsimu_dlldrv(road.interval, static_cast<std::int32_t>(spots.size()),
-                                     road.samples(), &grinder, spots.data(), track.elevation.data(),
-                                     flags.data(), &event),
-                    event);
+    vialto::call(grindsimu_dlldrv, road.interval, static_cast<std::int32_t>(spots.size()),
+                 road.samples(), &grinder, spots.data(), track.elevation.data(), flags.data());
     return track;
 }
 

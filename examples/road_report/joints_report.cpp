@@ -35,12 +35,9 @@ void measure_faults(const Road& road, const Track& track, Features& features) {
         elevation *= 1000.0F;
     }
     features.fault.assign(features.location.size(), std::numeric_limits<float>::quiet_NaN());
-    tEvent event;
-    require_success(joint_fault_dlldrv(road.samples(),
-                                       static_cast<std::int32_t>(features.location.size()),
-                                       road.interval, joint_window, millimetres.data(),
-                                       features.location.data(), features.fault.data(), &event),
-                    event);
+    vialto::call(joint_fault_dlldrv, road.samples(),
+                 static_cast<std::int32_t>(features.location.size()), road.interval, joint_window,
+                 millimetres.data(), features.location.data(), features.fault.data());
 }
 
 void print_features(const Track& track, const Features& features) {
@@ -73,12 +70,9 @@ void print_distribution(const Features& features) {
     }
     std::array<float, classes.size()> percentages{};
     float above = 0.0F;
-    tEvent event;
-    require_success(histgrm_dlldrv(vialto_yes, static_cast<std::int32_t>(classes.size()),
-                                   static_cast<std::int32_t>(mask.size()), -4.0F, 4.0F, 2.0F, 0.0F,
-                                   features.fault.data(), mask.data(), percentages.data(), &above,
-                                   &event),
-                    event);
+    vialto::call(histgrm_dlldrv, vialto_yes, static_cast<std::int32_t>(classes.size()),
+                 static_cast<std::int32_t>(mask.size()), -4.0F, 4.0F, 2.0F, 0.0F,
+                 features.fault.data(), mask.data(), percentages.data(), &above);
     for (std::size_t k = 0; k < classes.size(); ++k) {
         std::printf("    %-11s %7.1f %%\n", classes[k], static_cast<double>(percentages[k]));
     }
@@ -96,12 +90,9 @@ void report_joints(const Options& options, const Road& road) {
     Features left(road);
     Features right(road);
     const tJointIDCfg settings{options.joint_method, vialto_no, options.joint_spacing};
-    tEvent event;
-    require_success(joint_id_dlldrv(&settings, road.interval, road.samples(),
-                                    left_track.elevation.data(), right_track.elevation.data(),
-                                    left.type.data(), right.type.data(), left.location.data(),
-                                    right.location.data(), &event),
-                    event);
+    vialto::call(joint_id_dlldrv, &settings, road.interval, road.samples(),
+                 left_track.elevation.data(), right_track.elevation.data(), left.type.data(),
+                 right.type.data(), left.location.data(), right.location.data());
 
     std::printf("\nJoints, slabs of %.4g m; a fault is positive where the slab behind is higher\n",
                 static_cast<double>(options.joint_spacing));

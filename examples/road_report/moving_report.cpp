@@ -18,11 +18,8 @@ constexpr float acceptable_roughness = 2.68F; // m/km; 170 inches a mile
 Curve moving_roughness(const Road& road, const Track& track) {
     Curve curve{track.name, std::vector<float>(track.elevation.size()),
                 std::vector<float>(track.elevation.size())};
-    tEvent event;
-    require_success(ridecon_dlldrv(if250mm_filter(road), road.interval, base_length,
-                                   idx_ridests_IRI, road.samples(), track.elevation.data(),
-                                   curve.y.data(), &event),
-                    event);
+    vialto::call(ridecon_dlldrv, if250mm_filter(road), road.interval, base_length, idx_ridests_IRI,
+                 road.samples(), track.elevation.data(), curve.y.data());
     for (std::size_t i = 0; i < curve.x.size(); ++i) {
         curve.x[i] = static_cast<float>(i) * road.interval;
         curve.y[i] *= 1000.0F; // m/m to m/km

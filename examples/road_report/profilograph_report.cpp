@@ -38,12 +38,9 @@ Trace roll(const Track& track, float interval) {
     const auto count = static_cast<std::int32_t>(profile.size());
     Trace trace;
     trace.height.resize(profile.size());
-    tEvent event;
-    require_success(pgfilt_dll(0, count - 1, interval,
-                               static_cast<std::int32_t>(wheel_offsets.size()), count,
-                               wheel_offsets.data(), profile.data(), trace.height.data(),
-                               &trace.first, &trace.last, &event),
-                    event);
+    vialto::call(pgfilt_dll, 0, count - 1, interval,
+                 static_cast<std::int32_t>(wheel_offsets.size()), count, wheel_offsets.data(),
+                 profile.data(), trace.height.data(), &trace.first, &trace.last);
     return trace;
 }
 
@@ -70,12 +67,10 @@ ProfileIndex evaluate(const Trace& trace, float interval, float band, float lowe
     ProfileIndex result{divide(trace, interval), std::vector<tPGDefect>(vialto_i_PG_maxdefects)};
     std::int32_t defects = 0;
     const std::int32_t no_bumps = 0;
-    tEvent event;
-    require_success(pgindex_dll(trace.first, trace.last, interval, settings.data(),
-                                static_cast<std::int32_t>(trace.height.size()), trace.height.data(),
-                                static_cast<std::int32_t>(result.lots.size()), result.lots.data(),
-                                &defects, result.defects.data(), &no_bumps, nullptr, &event),
-                    event);
+    vialto::call(pgindex_dll, trace.first, trace.last, interval, settings.data(),
+                 static_cast<std::int32_t>(trace.height.size()), trace.height.data(),
+                 static_cast<std::int32_t>(result.lots.size()), result.lots.data(), &defects,
+                 result.defects.data(), &no_bumps, nullptr);
     result.defects.resize(static_cast<std::size_t>(defects));
     return result;
 }

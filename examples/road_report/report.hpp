@@ -5,10 +5,7 @@
 
 #include "options.hpp"
 #include "road.hpp"
-#include "vialto/vialto.h"
-
-// Throws std::runtime_error with the library's own words if a call did not succeed.
-void require_success(std::int32_t result, const tEvent& event);
+#include "vialto/vialto.hpp"
 
 // A 250 mm moving average belongs ahead of the quarter car where samples lie closer than that.
 [[nodiscard]] std::int32_t if250mm_filter(const Road& road);

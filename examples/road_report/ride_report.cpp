@@ -10,10 +10,8 @@
 
 double overall_index(const Road& road, const Track& track, std::int32_t selector) {
     float index = 0.0F;
-    tEvent event;
-    require_success(ride_dlldrv(vialto_no, if250mm_filter(road), selector, road.samples(),
-                                track.elevation.data(), nullptr, road.interval, &index, &event),
-                    event);
+    vialto::call(ride_dlldrv, vialto_no, if250mm_filter(road), selector, road.samples(),
+                 track.elevation.data(), nullptr, road.interval, &index);
     return static_cast<double>(index);
 }
 
@@ -23,12 +21,9 @@ constexpr double inches_per_mile = 63360.0;
 
 double index_of_both(const Road& road, std::int32_t selector) {
     float index = 0.0F;
-    tEvent event;
-    require_success(ride2chan_dlldrv(vialto_no, if250mm_filter(road), selector, road.samples(),
-                                     road.tracks[0].elevation.data(),
-                                     road.tracks[1].elevation.data(), nullptr, road.interval,
-                                     &index, &event),
-                    event);
+    vialto::call(ride2chan_dlldrv, vialto_no, if250mm_filter(road), selector, road.samples(),
+                 road.tracks[0].elevation.data(), road.tracks[1].elevation.data(), nullptr,
+                 road.interval, &index);
     return static_cast<double>(index);
 }
 

@@ -45,12 +45,9 @@ double Segments::end(std::size_t k) const {
 Segments roughness_segments(const Road& road, const Track& track) {
     const std::vector<std::int32_t> counts = sample_counts(road);
     Segments segments = room_for(counts);
-    tEvent event;
-    require_success(rideseg_dlldrv(if250mm_filter(road), idx_ridests_IRI, road.samples(),
-                                   track.elevation.data(), road.interval,
-                                   static_cast<std::int32_t>(counts.size()), counts.data(),
-                                   segments.index.data(), segments.length.data(), &event),
-                    event);
+    vialto::call(rideseg_dlldrv, if250mm_filter(road), idx_ridests_IRI, road.samples(),
+                 track.elevation.data(), road.interval, static_cast<std::int32_t>(counts.size()),
+                 counts.data(), segments.index.data(), segments.length.data());
     scale(segments.index);
     return segments;
 }
@@ -58,13 +55,10 @@ Segments roughness_segments(const Road& road, const Track& track) {
 Segments segments_of_both(const Road& road, std::int32_t selector) {
     const std::vector<std::int32_t> counts = sample_counts(road);
     Segments segments = room_for(counts);
-    tEvent event;
-    require_success(rideseg2chan_dlldrv(if250mm_filter(road), selector, road.samples(),
-                                        road.tracks[0].elevation.data(),
-                                        road.tracks[1].elevation.data(), road.interval,
-                                        static_cast<std::int32_t>(counts.size()), counts.data(),
-                                        segments.index.data(), segments.length.data(), &event),
-                    event);
+    vialto::call(rideseg2chan_dlldrv, if250mm_filter(road), selector, road.samples(),
+                 road.tracks[0].elevation.data(), road.tracks[1].elevation.data(), road.interval,
+                 static_cast<std::int32_t>(counts.size()), counts.data(), segments.index.data(),
+                 segments.length.data());
     if (selector != idx_ridests_2ChanRN) {
         scale(segments.index);
     }

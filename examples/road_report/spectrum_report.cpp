@@ -17,11 +17,9 @@ Curve slope_spectrum(const Road& road, const Track& track) {
                    std::vector<float>(track.elevation.size())};
     std::int32_t first = 0;
     std::int32_t last = 0;
-    tEvent event;
-    require_success(psd_dll(0, samples - 1, idx_psdtyp_slope, idx_psdband_octave, points_per_octave,
-                            0.0F, samples, road.interval, track.elevation.data(), spectrum.x.data(),
-                            spectrum.y.data(), &first, &last, &event),
-                    event);
+    vialto::call(psd_dll, 0, samples - 1, idx_psdtyp_slope, idx_psdband_octave, points_per_octave,
+                 0.0F, samples, road.interval, track.elevation.data(), spectrum.x.data(),
+                 spectrum.y.data(), &first, &last);
     for (std::vector<float>* column : {&spectrum.x, &spectrum.y}) {
         column->resize(static_cast<std::size_t>(last + 1));
         column->erase(column->begin(), column->begin() + first);
