@@ -7,8 +7,14 @@ from typing import Annotated
 import typer
 
 import vialto
+from vialto.network.command import network
 
-app = typer.Typer(no_args_is_help=True, add_completion=False, pretty_exceptions_enable=False)
+app = typer.Typer(
+    no_args_is_help=True,
+    add_completion=False,
+    pretty_exceptions_enable=False,
+    rich_markup_mode="markdown",
+)
 
 
 def _show_version(asked: bool) -> None:
@@ -25,3 +31,6 @@ def _main(
     ] = False,
 ) -> None:
     """Numerical analyses of measured road profiles."""
+
+
+app.command()(network)

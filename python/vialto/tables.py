@@ -64,7 +64,7 @@ def roughness(road: Road, length: float = 100.0) -> pd.DataFrame:
     """
     if not length >= road.interval:
         raise ValueError(f"length {length:g} m is shorter than an interval")
-    bounds = _section_bounds(road, length)
+    bounds = section_bounds(road, length)
     points = np.diff(bounds) + 1
     average = road.moving_average
 
@@ -94,7 +94,7 @@ def roughness(road: Road, length: float = 100.0) -> pd.DataFrame:
     )
 
 
-def _section_bounds(road: Road, length: float) -> NDArray[np.intp]:
+def section_bounds(road: Road, length: float) -> NDArray[np.intp]:
     """The sample at which each section begins, and the one that ends the last."""
     last = road.samples - 1
     whole = int(last * road.interval / length * (1.0 + ROUNDING))
