@@ -1,7 +1,9 @@
 #include "profilograph/profile_index.hpp"
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "numeric/line_fit.hpp"
@@ -39,8 +41,9 @@ std::vector<float> distances(std::size_t count, float xStepSize) {
 }
 
 // The samples without their least-squares line, in y; all have the length of x.
-Trend DetrendProfile(std::span<const float> x, std::span<const float> samples, std::span<float> y) {
-    const auto [b0, b1] = fit_line(x, samples);
+Trend DetrendProfile(const Line& line, std::span<const float> x, std::span<const float> samples,
+                     std::span<float> y) {
+    const auto [b0, b1] = line;
     for (std::size_t k = 0; k < y.size(); ++k) {
         y[k] = samples[k] - b0 - x[k] * b1;
     }
@@ -137,15 +140,26 @@ ReturnCode write_defects(const TraceLot& lot, std::span<const Scallop> scallops,
 // The analysis of one lot after the other.
 class LotAnalysis {
 public:
-    LotAnalysis(float xStepSize, const PGSettings& settings, std::span<const float> xTrace)
+    LotAnalysis(float xStepSize, const PGSettings& settings, std::span<const float> xTrace,
+                std::span<TraceLot> tLots)
         : xStepSize_(xStepSize), half_(settings.BlankingBand * 0.5F), rules_(rules_of(settings)),
-          xTrace_(xTrace) {}
+          xTrace_(xTrace), tLots_(tLots) {}
 
-    // Lot number lot_number of the list, of more than one sample and inside the stretch.
-    [[nodiscard]] ReturnCode run(std::size_t lot_number, TraceLot& lot, std::int32_t& iNumDefects,
+    // The next lot, number lot_number of the list.
+    [[nodiscard]] ReturnCode run(std::size_t lot_number, std::int32_t& iNumDefects,
                                  std::span<tPGDefect> tDefects) {
-        const auto s = static_cast<std::size_t>(lot.iStart);
-        const std::size_t n = static_cast<std::size_t>(lot.iEnd) - s + 1;
+        TraceLot& lot = tLots_[lot_number - 1];
+        lot.result = {};
+        if (lot.iEnd <= lot.iStart) {
+            return success;
+        }
+        const std::span<const float> samples = samples_of(lot);
+        // A lot is refused as a whole and before it is read, so no defect of a counted lot can end
+        // outside the stretch.
+        if (samples.empty()) {
+            return raise_failure("End location of a defect exceeds the profile length.", name);
+        }
+        const std::size_t n = samples.size();
         // From the lot's first sample to its last: one interval less than it has samples.
         const float Linv = 1.0F / (static_cast<float>(n - 1) * xStepSize_);
 
@@ -153,7 +167,8 @@ public:
             x_ = distances(n, xStepSize_);
         }
         y_.resize(n);
-        const Trend trend = DetrendProfile(std::span(x_).first(n), xTrace_.subspan(s, n), y_);
+        const auto x = std::span(x_).first(n);
+        const Trend trend = DetrendProfile(trend_line(lot_number, x, samples), x, samples, y_);
         set_band(trend, half_, lot.result);
         const float xSlope = (trend.yEnd - trend.yStart) * Linv;
 
@@ -176,12 +191,41 @@ public:
     }
 
 private:
+    // None where the lot reaches outside the stretch or has no trend.
+    [[nodiscard]] std::span<const float> samples_of(const TraceLot& lot) const {
+        if (lot.iStart < 0 || lot.iEnd <= lot.iStart ||
+            lot.iEnd >= static_cast<std::int64_t>(xTrace_.size())) {
+            return {};
+        }
+        return xTrace_.subspan(static_cast<std::size_t>(lot.iStart),
+                               static_cast<std::size_t>(lot.iEnd - lot.iStart) + 1);
+    }
+
+    // The line through the samples of a lot. That of the next lot comes along with it if the two
+    // are equally long.
+    Line trend_line(std::size_t lot_number, std::span<const float> x,
+                    std::span<const float> samples) {
+        if (next_line_) {
+            return *std::exchange(next_line_, std::nullopt);
+        }
+        const std::span<const float> next =
+            lot_number < tLots_.size() ? samples_of(tLots_[lot_number]) : std::span<const float>();
+        if (next.size() != samples.size()) {
+            return fit_line(x, samples);
+        }
+        const auto [line, next_line] = fit_two_lines(x, samples, next);
+        next_line_ = next_line;
+        return line;
+    }
+
     float xStepSize_;
     float half_;
     ScallopRules rules_;
     std::span<const float> xTrace_;
+    std::span<TraceLot> tLots_;
     std::vector<float> x_; // m; distances from the first sample, of the longest lot so far
     std::vector<float> y_; // the lot, detrended
+    std::optional<Line> next_line_;
     LotScallops found_;
     PreviousLot previous_;
 };
@@ -192,19 +236,9 @@ ReturnCode pgindex(float xStepSize, const PGSettings& settings, std::span<const 
                    std::span<TraceLot> tLots, std::int32_t& iNumDefects,
                    std::span<tPGDefect> tDefects) {
     iNumDefects = 0;
-    LotAnalysis analysis(xStepSize, settings, xTrace);
-    for (std::size_t k = 0; k < tLots.size(); ++k) {
-        TraceLot& lot = tLots[k];
-        lot.result = {};
-        if (lot.iEnd <= lot.iStart) {
-            continue;
-        }
-        // A lot is refused as a whole and before it is read, so no defect of a counted lot can end
-        // outside the stretch.
-        if (lot.iStart < 0 || lot.iEnd >= static_cast<std::int64_t>(xTrace.size())) {
-            return raise_failure("End location of a defect exceeds the profile length.", name);
-        }
-        if (analysis.run(k + 1, lot, iNumDefects, tDefects) != success) {
+    LotAnalysis analysis(xStepSize, settings, xTrace, tLots);
+    for (std::size_t lot_number = 1; lot_number <= tLots.size(); ++lot_number) {
+        if (analysis.run(lot_number, iNumDefects, tDefects) != success) {
             return failure;
         }
     }

@@ -7,9 +7,14 @@
 namespace vialto::test {
 
 TEST(LineFit, FindsTheLineOfLeastSquaresFarFromTheOriginToo) {
-    const Line line = fit_line(std::vector<float>{1, 2, 3, 4}, std::vector<float>{1, 0, 0, 3});
+    const std::vector<float> four{1, 2, 3, 4};
+    const std::vector<float> rising{1, 0, 0, 3};
+    const std::vector<float> falling{3, 0, 0, 1};
+    const auto [line, mirrored] = fit_two_lines(four, rising, falling);
     EXPECT_EQ(line.intercept, -0.5F);
     EXPECT_EQ(line.slope, 0.6F);
+    EXPECT_EQ(mirrored.intercept, 2.5F);
+    EXPECT_EQ(mirrored.slope, -0.6F);
 
     // Sums of squares in 32 bits would lose the slope against the height of the road above the sea.
     std::vector<float> x;
@@ -20,6 +25,7 @@ TEST(LineFit, FindsTheLineOfLeastSquaresFarFromTheOriginToo) {
     }
     EXPECT_EQ(fit_line(x, y).intercept, 4096.0F);
     EXPECT_EQ(fit_line(x, y).slope, 1.0F / 1024.0F);
+    EXPECT_EQ(fit_two_lines(x, x, y)[1].slope, 1.0F / 1024.0F);
 }
 
 } // namespace vialto::test
