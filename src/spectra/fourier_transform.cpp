@@ -246,6 +246,9 @@ public:
             rotate(column, block);
         }
         float* const work = rows + across_.length() / width_ * block_size();
+        if (height_ < lanes) {
+            std::fill_n(work, across_.length() * row_size, 0.0F);
+        }
         for (std::size_t row = 0; row < down_.length(); row += height_) {
             load_rows(rows, row, work);
             across_.run(work);

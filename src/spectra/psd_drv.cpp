@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <memory>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "numeric/rounding.hpp"
@@ -19,17 +19,18 @@ constexpr std::int32_t mxProfile = vialto_mxProfile;
 constexpr float ln_2 = 0.6931472F;
 constexpr float pi = 3.14159265F;
 
-// The n differences between the n + 1 points of the stretch. Returns their sum, in 64-bit and in
-// ascending order.
-double psd_difference(std::span<const float> profile, std::span<float> y) {
-    const std::size_t held = std::min(profile.size(), y.size() + 1);
+// The n differences between the n + 1 points of the stretch, of which `profile` holds the first ones,
+// the others counting as 0.0; and zeros in the rest of y. Returns the sum of the differences, in
+// 64-bit and in ascending order.
+double psd_difference(std::span<const float> profile, std::size_t n, std::span<float> y) {
+    const std::size_t held = std::min(profile.size(), n + 1);
     double sum = 0.0;
-    for (std::size_t i = 0; i < std::min(held, y.size()); ++i) {
-        const float next =
-            i + 1 < held ? profile[i + 1] : 0.0F; // the points behind it count as 0.0
-        y[i] = next - profile[i];
+    std::size_t i = 0;
+    for (; i < std::min(held, n); ++i) {
+        y[i] = (i + 1 < held ? profile[i + 1] : 0.0F) - profile[i];
         sum += static_cast<double>(y[i]);
     }
+    std::fill(y.begin() + static_cast<std::ptrdiff_t>(i), y.end(), 0.0F);
     return sum;
 }
 
@@ -43,36 +44,33 @@ std::int32_t transform_length(std::int32_t n) {
 
 // Squared amplitudes of the bins 0 to nHalf - 1, of which bin j has the frequency j dfft.
 struct Periodogram {
-    std::vector<float> power;
+    std::span<const float> power;
     float dfft; // cycles/m
 
     [[nodiscard]] std::int32_t nHalf() const { return static_cast<std::int32_t>(power.size()); }
 };
 
-// y: the n differences, with their sum, and behind them zeros. Where the length of the transform is
-// below n, as many take part, less the mean of all n.
-Periodogram psd_transform(std::vector<float> y, double sum, std::int32_t n, std::int32_t nfft,
-                          float dx) {
+// y: the n differences, with their sum, and behind them zeros; it gives its place to the result. Where
+// the length of the transform is below n, as many take part, less the mean of all n.
+Periodogram psd_transform(std::span<float> y, std::span<float> room, double sum, std::int32_t n,
+                          std::int32_t nfft, float dx) {
     const auto mean = static_cast<float>(sum / static_cast<double>(n));
-    for (float& difference : std::span(y).first(static_cast<std::size_t>(n))) {
+    for (float& difference : y.first(static_cast<std::size_t>(n))) {
         difference -= mean;
     }
     const auto nHalf = static_cast<std::size_t>(nfft / 2);
-    Periodogram result{std::move(y), 1.0F / (dx * static_cast<float>(nfft))};
-    std::vector<float>& power = result.power;
     if (nHalf > 0) {
-        const std::span<float> samples = std::span(power).first(2 * nHalf + 2);
-        fourier_transform(samples, std::span(power).last(fourier_room(nHalf)));
+        fourier_transform(y.first(2 * nHalf + 2), room);
     }
     // The zeros behind the differences took their share of the scale.
     const float padding = std::sqrt(static_cast<float>(nfft) / static_cast<float>(n));
     for (std::size_t j = 0; j < nHalf; ++j) {
-        const float real = power[j] * padding;
-        const float imaginary = power[nHalf + 1 + j] * padding;
-        power[j] = real * real + imaginary * imaginary;
+        const float real = y[j] * padding;
+        const float imaginary = y[nHalf + 1 + j] * padding;
+        y[j] = real * real + imaginary * imaginary;
     }
-    power.resize(nHalf); // the last bin belongs to no band
-    return result;
+    // The last bin belongs to no band.
+    return {y.first(nHalf), 1.0F / (dx * static_cast<float>(nfft))};
 }
 
 // The boundaries between the grid points, and so between the bands.
@@ -178,11 +176,14 @@ ReturnCode psd_drv(const tPSDCon& settings, std::int32_t N, float xStepSize,
 
     const std::int32_t n = N - 1;
     const std::int32_t nfft = transform_length(n);
-    // The work memory of the call in one block.
-    std::vector<float> y(static_cast<std::size_t>(std::max(n, nfft + 2)) +
-                         fourier_room(static_cast<std::size_t>(nfft / 2)));
-    const double sum = psd_difference(xProfile, std::span(y).first(static_cast<std::size_t>(n)));
-    const Periodogram periodogram = psd_transform(std::move(y), sum, n, nfft, xStepSize);
+    // In one block, whose pages an allocator is more likely to keep from call to call.
+    const auto samples = static_cast<std::size_t>(std::max(n, nfft + 2));
+    const std::size_t room = fourier_room(static_cast<std::size_t>(nfft / 2));
+    const auto memory = std::make_unique_for_overwrite<float[]>(samples + room);
+    const std::span<float> y(memory.get(), samples);
+    const double sum = psd_difference(xProfile, static_cast<std::size_t>(n), y);
+    const Periodogram periodogram =
+        psd_transform(y, {memory.get() + samples, room}, sum, n, nfft, xStepSize);
 
     const std::vector<float> ends = band_ends(f, mode);
     const BandRange range = valid_bands(ends, xPSD.size(), periodogram);
