@@ -16,9 +16,12 @@ else()
   set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/vialto.o PROPERTIES EXTERNAL_OBJECT ON)
 endif()
 
-# A host in C is linked with the C compiler, and needs the C++ standard library named.
+# A host in C is linked with the C compiler, and needs the C++ standard library named, and that of
+# threads where the platform has one.
 set_target_properties(vialto PROPERTIES LINKER_LANGUAGE C)
 set(VIALTO_CXX_RUNTIME ${CMAKE_CXX_IMPLICIT_LINK_LIBRARIES})
 list(REMOVE_ITEM VIALTO_CXX_RUNTIME ${CMAKE_C_IMPLICIT_LINK_LIBRARIES})
 list(REMOVE_DUPLICATES VIALTO_CXX_RUNTIME)
+string(REPLACE "-l" "" threads "${CMAKE_THREAD_LIBS_INIT}")
+list(APPEND VIALTO_CXX_RUNTIME ${threads})
 target_link_libraries(vialto INTERFACE ${VIALTO_CXX_RUNTIME})

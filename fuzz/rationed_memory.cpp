@@ -5,7 +5,7 @@
 
 namespace vialto::fuzz {
 
-Ration ration;
+thread_local Ration ration;
 
 } // namespace vialto::fuzz
 

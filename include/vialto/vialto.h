@@ -24,11 +24,14 @@
  *     the directory that the environment variable TMP names. Where that file cannot be opened
  *     there is no output: result 3 with
  *         code 102  "error opening a new file - PATH, iostat = STATUS"
- *         code 101  "error in finding a free file unit" (units 11 to 99 are all in use)
+ *         code 101  "error in finding a free file unit" (89 other calls are writing files)
  *     and the routine "io_tmp_file/" with the function's name. A contract says where a function
  *     differs.
- *  6. The library has one current event and one table of file units: two calls must not run at the
- *     same time in one process.
+ *  6. Any number of threads may call any functions at the same time; each call gives what it gives
+ *     alone. While one call writes a diagnostic file, another of the process that wants the same
+ *     path leaves the file to it and writes none; that is no failure. A process that forks between
+ *     its calls goes on calling in both halves. No thread may change the environment (TMP) while
+ *     another calls.
  */
 #ifndef VIALTO_VIALTO_H
 #define VIALTO_VIALTO_H

@@ -110,7 +110,7 @@ def test_layout_and_type_make_no_difference() -> None:
         assert vialto.ride_index(road, INTERVAL) == vialto.ride_index(plain, INTERVAL)
 
 
-def test_threads_take_turns() -> None:
+def test_threads_call_at_the_same_time() -> None:
     roads = [rough_road(seed) for seed in range(8)]
     expected = [vialto.ride_index(road, INTERVAL) for road in roads]
     with ThreadPoolExecutor() as threads:

@@ -6,7 +6,6 @@ import ctypes
 import operator
 import os
 import sys
-import threading
 from ctypes import POINTER, c_float, c_int32
 from pathlib import Path
 from typing import Any, SupportsIndex
@@ -263,8 +262,6 @@ _ARGUMENTS: dict[str, tuple[Any, ...]] = {
     ),
 }
 
-# The library has one current event: one call at a time in a process.
-_turn = threading.RLock()
 _loaded: _Library | None = None
 
 
@@ -339,8 +336,7 @@ def load(path: os.PathLike[str] | str | None = None) -> None:
     """
     global _loaded
     library = _Library(os.fspath(path) if path is not None else _default_path())
-    with _turn:
-        _loaded = library
+    _loaded = library
 
 
 def _text(padded: bytes) -> str:
@@ -351,15 +347,14 @@ def call(name: str, *arguments: Any) -> None:
     """Call a function of the library; raises VialtoError when it fails."""
     ensure_directory()
     event = Event()
-    with _turn:
-        if _loaded is None:
-            load()
-        assert _loaded is not None
-        function = _loaded.functions.get(name)
-        if function is None:
-            raise NotImplementedError(f"{_loaded.path} is older than this package: it lacks {name}")
-        result = function(*arguments, event)
-    if result != SUCCESS:
+    if _loaded is None:
+        load()
+    library = _loaded
+    assert library is not None
+    function = library.functions.get(name)
+    if function is None:
+        raise NotImplementedError(f"{library.path} is older than this package: it lacks {name}")
+    if function(*arguments, event) != SUCCESS:
         raise VialtoError(
             _text(event.description), _text(event.routine), event.error_code, event.error_type
         )

@@ -7,6 +7,7 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <tuple>
 #include <utility>
 
@@ -174,6 +175,21 @@ TEST(AnalysisFrame, TakesUnits11To99AndFailsWhenAllAreInUse) {
     for (std::int32_t unit = 11; unit <= 99; ++unit) {
         close_unit(unit);
     }
+}
+
+TEST(AnalysisFrame, LeavesAFileToTheCallThatWritesIt) {
+    const test::TemporaryDirectory directory;
+    const std::int32_t unit = io_tmp_file("analysis.txt");
+    DiagnosticText(unit).record("first");
+    std::thread([] {
+        EXPECT_EQ(outcome({}), "1+");
+        EXPECT_EQ(outcome({.drive = fail}), "3 101 2 inner/driver/analysis: it broke");
+    }).join();
+    EXPECT_FALSE(event_is_fatal()) << "the event is the other thread's";
+    close_unit(unit);
+    EXPECT_EQ(directory.text_of("analysis.txt"), " first\n");
+    EXPECT_EQ(outcome({}), "1+");
+    EXPECT_EQ(directory.text_of("analysis.txt"), complete_file);
 }
 
 TEST(FileUnits, FreeUnitIsTheFirstInTheRangeThatIsNotExcluded) {

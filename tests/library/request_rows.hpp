@@ -22,6 +22,8 @@ inline std::vector<fuzz::Request> all_requests() {
     return all;
 }
 
+constexpr std::uint32_t requests_of_each = 300; // that digests are made of
+
 inline std::vector<std::uint8_t> bytes_of_request(std::uint32_t number) {
     constexpr std::uint32_t tame = 208; // bytes below it choose nothing odd
     std::mt19937 generator(number);
