@@ -1,0 +1,247 @@
+"""The rows of a file: distances and elevations as they stand there, in metres."""
+
+from __future__ import annotations
+
+import csv
+import re
+from collections.abc import Sequence
+from dataclasses import dataclass
+from functools import cached_property
+from pathlib import Path
+from typing import TYPE_CHECKING, Any
+
+import numpy as np
+from numpy.typing import NDArray
+
+from ._arrays import Doubles
+from ._pandas import pandas, table
+from .road import TRACKS, RoadError
+
+if TYPE_CHECKING:
+    import pandas as pd
+
+#: metres in each unit that a column may be in
+UNITS = {"mm": 0.001, "cm": 0.01, "m": 1.0, "km": 1e3, "in": 0.0254, "ft": 0.3048, "mi": 1609.344}
+
+EVEN = 0.01  # of the interval: how far a step may be off
+ROUNDED = 0.1  # of the interval: how far one may be off for the rounding of printed distances
+
+_DISTANCES = {"distance", "dist", "station", "chainage", "position", "x"}
+_UNIT = re.compile(rf"[\s_(\[]+({'|'.join(UNITS)})[\s)\]]*$")
+
+
+@dataclass(frozen=True)
+class Rows:
+    """Those rows of a file that have a distance.
+
+    Attributes
+    ----------
+    path : Path
+        The file.
+    distance : (R,) float64
+        m
+    tracks : dict of str to (R,) float64
+        Elevations, m; NaN where one is missing.
+    line : (R,) int
+        Where each row stands.
+    place : str
+        What that is called: line or row.
+    cells : DataFrame
+        The cells without a number, as in `Quality`.
+    rounding : float
+        The last decimal of the distances, m.
+    """
+
+    path: Path
+    distance: Doubles
+    tracks: dict[str, Doubles]
+    line: NDArray[np.int64]
+    place: str
+    cells: pd.DataFrame
+    rounding: float
+
+    @cached_property
+    def steps(self) -> Doubles:
+        """From one row to the next, m."""
+        return np.diff(self.distance)
+
+    @cached_property
+    def usual(self) -> float:
+        """The usual step, m."""
+        if self.steps.size == 0:
+            raise RoadError(f"{self.path}: at least two samples are needed")
+        median = float(np.quantile(self.steps, 0.5, method="lower"))  # a step that occurs
+        if not median > 0.0:
+            raise RoadError(f"{self.path}: distances must ascend")
+        return float(np.mean(self.steps[np.abs(self.steps - median) <= ROUNDED * median]))
+
+    @cached_property
+    def uneven(self) -> NDArray[np.bool_]:
+        """Whether each step is neither the usual one nor a whole number of them."""
+        whole = np.maximum(np.rint(self.steps / self.usual), 1.0)
+        tolerance = max(EVEN * self.usual, min(self.rounding, ROUNDED * self.usual))
+        return np.asarray(np.abs(self.steps - whole * self.usual) > tolerance)
+
+    @cached_property
+    def number(self) -> Doubles:
+        """The number of each row on an even grid, from 0."""
+        steps = self.steps / self.usual
+        # What is longer than one step and shorter than two misses no sample.
+        whole = np.where(self.uneven, np.floor(steps), np.rint(steps))
+        return np.concatenate([[0.0], np.cumsum(whole)])
+
+
+def read_rows(path: Path, columns: Sequence[str] | None) -> Rows:
+    """The rows of a file, of the columns asked for or those that are called so."""
+    frame, first_line, place = _read_frame(path)
+    line = first_line + np.arange(len(frame))
+    kept = ~frame.isna().all(axis=1).to_numpy()  # blank lines hold nothing
+    frame, line = frame[kept], line[kept]
+    distance_column, track_columns = _choose(path, frame, columns)
+    bad: list[tuple[int, str, str]] = []
+    values = {
+        column: _numbers(frame[column], line, bad)
+        for column in (distance_column, *track_columns.values())
+    }
+    there = np.isfinite(values[distance_column])
+    printed = values[distance_column][there]
+    scale = _unit(distance_column)
+    bad.sort()
+    return Rows(
+        path=path,
+        distance=printed * scale,
+        tracks={
+            track: values[column][there] * _unit(column) for track, column in track_columns.items()
+        },
+        line=line[there],
+        place=place,
+        cells=table(
+            line=[cell[0] for cell in bad],
+            column=[cell[1] for cell in bad],
+            text=[cell[2] for cell in bad],
+        ),
+        rounding=scale * _rounding(frame[distance_column], printed),
+    )
+
+
+def _read_frame(path: Path) -> tuple[pd.DataFrame, int, str]:
+    """The table of a file, where its first row stands, and what its rows are called."""
+    pd = pandas()
+    if path.suffix.lower() in (".parquet", ".pq"):
+        with path.open("rb") as file:
+            try:
+                frame = pd.read_parquet(file)
+            except (ValueError, OSError) as problem:
+                raise RoadError(f"{path}: no Parquet file that can be read: {problem}") from problem
+        return frame.reset_index(drop=frame.index.names == [None]), 1, "row"
+    with path.open(encoding="utf-8-sig", errors="replace") as file:
+        skipped, head = 0, file.readline()
+        while head.startswith("#"):
+            skipped, head = skipped + 1, file.readline()
+    delimiter = max(",;\t", key=head.count)
+    titles = next(csv.reader([head], delimiter=delimiter), [])
+    titled = not all(_is_number(title) for title in titles)
+    try:
+        frame = pd.read_csv(
+            path,
+            encoding="utf-8",
+            encoding_errors="replace",
+            sep=delimiter,
+            skiprows=skipped,
+            header=0 if titled else None,
+            skip_blank_lines=False,
+            skipinitialspace=True,
+            **_exact_numbers(pd.__version__),
+            low_memory=False,
+            index_col=False,
+        )
+    except pd.errors.EmptyDataError as problem:
+        raise RoadError(f"{path}: the file is empty") from problem
+    except pd.errors.ParserError as problem:
+        raise RoadError(f"{path}: {str(problem).split('error: ')[-1].strip()}") from problem
+    frame.columns = [str(column).strip() for column in frame.columns]
+    return frame, skipped + (2 if titled else 1), "line"
+
+
+def _exact_numbers(version: str) -> dict[str, str]:
+    """What makes pandas read each number as the nearest one, as from 3.1 on it always does."""
+    newer = tuple(int(number) for number in version.split(".")[:2]) >= (3, 1)
+    return {} if newer else {"float_precision": "round_trip"}
+
+
+def _is_number(text: str) -> bool:
+    try:
+        float(text)
+    except ValueError:
+        return False
+    return True
+
+
+def _choose(
+    path: Path, frame: pd.DataFrame, columns: Sequence[str] | None
+) -> tuple[str, dict[str, str]]:
+    """The column of the distance, and that of each track."""
+    names = [str(column) for column in frame.columns]
+    if columns is not None:
+        missing = [column for column in columns if column not in names]
+        if missing or not 2 <= len(columns) <= 3:
+            raise RoadError(
+                f"{path}: columns are {', '.join(names)}; asked for {', '.join(columns)}"
+            )
+        distance, *others = columns
+    else:
+        distance = next((name for name in names if _stem(name) in _DISTANCES), names[0])
+        others = [name for name in names if name != distance]
+        sides = {track: [name for name in others if track in _stem(name)] for track in TRACKS}
+        if all(len(found) == 1 for found in sides.values()):
+            return distance, {track: found[0] for track, found in sides.items()}
+        if not 1 <= len(others) <= 2:
+            raise RoadError(
+                f"{path}: a distance and one or two elevations are needed, and the columns are"
+                f" {', '.join(names)}; name those to take"
+            )
+    if len(others) == 1:
+        return distance, {"right" if "right" in _stem(others[0]) else "left": others[0]}
+    return distance, dict(zip(TRACKS, others, strict=True))
+
+
+def _stem(name: str) -> str:
+    """What a column is called, without its unit."""
+    return _UNIT.sub("", name.lower())
+
+
+def _unit(name: str) -> float:
+    """The unit of a column, in metres."""
+    unit = _UNIT.search(name.lower())
+    return UNITS[unit[1]] if unit else 1.0
+
+
+def _numbers(column: pd.Series[Any], line: NDArray[np.int64], bad: list[Any]) -> Doubles:
+    """The numbers of a column, NaN where a cell has none; those cells are added to `bad`."""
+    if column.dtype.kind in "fiu":
+        numbers = column.to_numpy(np.float64, na_value=np.nan, copy=True)
+    else:
+        numbers = np.array([_number(cell) for cell in column], np.float64)
+    missing = ~np.isfinite(numbers)
+    cells = column[missing]
+    for place, cell, empty in zip(line[missing], cells, cells.isna(), strict=True):
+        bad.append((int(place), str(column.name), "" if empty else str(cell).strip()))
+    numbers[missing] = np.nan
+    return numbers
+
+
+def _number(cell: Any) -> float:
+    try:
+        return float(cell)
+    except (TypeError, ValueError):
+        return float("nan")
+
+
+def _rounding(column: pd.Series[Any], numbers: Doubles) -> float:
+    """How far the distances are rounded: to a decimal, or to the digits of float32."""
+    if column.dtype == np.float32:
+        return float(np.spacing(np.float32(np.max(np.abs(numbers), initial=0.0))))
+    for decimals in range(7):
+        if np.allclose(np.round(numbers, decimals), numbers, rtol=0.0, atol=1e-9):
+            return float(10.0**-decimals)
+    return 0.0
