@@ -80,6 +80,7 @@ def test_files_that_are_roads(
         ("d,z\n.2,1\n.1,1\n0,1\n", "distances must ascend"),
         ("d,z\n0,1\n25,1\n50,1\n", "interval 25 m lies outside"),
         ("d,z\n0,1\n.1,1,1\n", "Expected 2 fields in line 3, saw 3"),
+        ("d,z\n0,1,1\n.1,1,1\n", "rows of 3 fields under a header of 2"),
     ],
 )
 def test_files_that_are_no_roads(tmp_path: Path, text: str, words: str) -> None:
@@ -225,3 +226,28 @@ def test_lost_rows_are_filled_and_told(lost: set[int], interval: float, decimals
     np.testing.assert_allclose(
         road.tracks["left"], np.interp(np.arange(60), kept, height[kept]), atol=1e-12
     )
+
+
+CELLS = ["0", "0.1", "0.2", "0.3", "1e308", "nan", "inf", "", "NA", "x", '"', "'", "\0", "9" * 400]
+
+
+@given(
+    head=st.sampled_from(["d,l,r", "distance;left", "", "# by\nx,y", "0,0,0", "a,a,a"]),
+    lines=st.lists(st.lists(st.sampled_from(CELLS), max_size=4).map(",".join), max_size=8),
+    resample=st.sampled_from([False, True, 0.05]),
+    fill_gaps=st.sampled_from([0.0, 1.0]),
+)
+@pytest.mark.filterwarnings("ignore::pandas.errors.ParserWarning", "ignore:.*is it in metres")
+def test_any_file_is_a_road_or_is_refused_in_a_line(
+    head: str, lines: list[str], resample: float, fill_gaps: float
+) -> None:
+    with TemporaryDirectory() as directory:
+        path = written(Path(directory), "\n".join([head, *lines]))
+        try:
+            road = read_road(path, resample=resample, fill_gaps=fill_gaps)
+        except RoadError as error:
+            refusal = str(error)
+        else:
+            refusal = ""
+            assert all(np.isfinite(track).all() for track in road.tracks.values())
+    assert "\n" not in refusal

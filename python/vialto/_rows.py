@@ -25,6 +25,8 @@ UNITS = {"mm": 0.001, "cm": 0.01, "m": 1.0, "km": 1e3, "in": 0.0254, "ft": 0.304
 
 EVEN = 0.01  # of the interval: how far a step may be off
 ROUNDED = 0.1  # of the interval: how far one may be off for the rounding of printed distances
+SHORTEST_STEP = 1e-6  # m
+LARGEST = 1e12  # in any unit; what is larger is taken for no number
 
 _DISTANCES = {"distance", "dist", "station", "chainage", "position", "x"}
 _UNIT = re.compile(rf"[\s_(\[]+({'|'.join(UNITS)})[\s)\]]*$")
@@ -71,8 +73,8 @@ class Rows:
         if self.steps.size == 0:
             raise RoadError(f"{self.path}: at least two samples are needed")
         median = float(np.quantile(self.steps, 0.5, method="lower"))  # a step that occurs
-        if not median > 0.0:
-            raise RoadError(f"{self.path}: distances must ascend")
+        if not median > SHORTEST_STEP:
+            raise RoadError(f"{self.path}: distances must ascend, by {SHORTEST_STEP:g} m at least")
         return float(np.mean(self.steps[np.abs(self.steps - median) <= ROUNDED * median]))
 
     @cached_property
@@ -138,8 +140,11 @@ def _read_frame(path: Path) -> tuple[pd.DataFrame, int, str]:
         skipped, head = 0, file.readline()
         while head.startswith("#"):
             skipped, head = skipped + 1, file.readline()
+        first = next((line for line in file if line.strip()), "")
     delimiter = max(",;\t", key=head.count)
-    titles = next(csv.reader([head], delimiter=delimiter), [])
+    titles, cells = (next(csv.reader([line], delimiter=delimiter), []) for line in (head, first))
+    if any(cell.strip() for cell in cells[len(titles) :]):  # which pandas would pass over
+        raise RoadError(f"{path}: rows of {len(cells)} fields under a header of {len(titles)}")
     titled = not all(_is_number(title) for title in titles)
     try:
         frame = pd.read_csv(
@@ -222,10 +227,10 @@ def _numbers(column: pd.Series[Any], line: NDArray[np.int64], bad: list[Any]) ->
         numbers = column.to_numpy(np.float64, na_value=np.nan, copy=True)
     else:
         numbers = np.array([_number(cell) for cell in column], np.float64)
-    missing = ~np.isfinite(numbers)
+    missing = ~(np.abs(numbers) <= LARGEST)
     cells = column[missing]
     for place, cell, empty in zip(line[missing], cells, cells.isna(), strict=True):
-        bad.append((int(place), str(column.name), "" if empty else str(cell).strip()))
+        bad.append((int(place), str(column.name), "" if empty else " ".join(str(cell).split())))
     numbers[missing] = np.nan
     return numbers
 
@@ -233,7 +238,7 @@ def _numbers(column: pd.Series[Any], line: NDArray[np.int64], bad: list[Any]) ->
 def _number(cell: Any) -> float:
     try:
         return float(cell)
-    except (TypeError, ValueError):
+    except (TypeError, ValueError, OverflowError):
         return float("nan")
 
 

@@ -61,7 +61,7 @@ class Quality:
         text = self.cells[self.cells["text"] != ""]
         gaps = self.gaps[self.gaps["mended"] == ""]
         if len(text) > 0 and (not self.mended or len(gaps) > 0):
-            found.append(self._first(text, "'{text}' in column {column} is not a number"))
+            found.append(self._first(text, "'{text:.40}' in column {column} is not a number"))
         if len(self.uneven) > 0 and not self.resampled:
             usual = f" where {self.interval:.6g} m is usual"
             found.append(self._first(self.uneven, "a step of {step:.6g} m" + usual))
