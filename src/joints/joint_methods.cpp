@@ -72,7 +72,7 @@ std::size_t detect_spikes(const JointTrack& track, std::span<const float> trace,
     const std::int64_t end = std::ssize(trace) - margin;
     const auto next_beyond = [&](std::int64_t i) {
         const auto is_beyond = [&](float value) { return beyond(value, threshold); };
-        const auto first = trace.begin();
+        const float* const first = trace.data();
         return i < end ? std::find_if(first + i, first + end, is_beyond) - first : end;
     };
     for (std::int64_t i = next_beyond(margin); i < end; i = next_beyond(i + 1)) {
