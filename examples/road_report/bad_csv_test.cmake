@@ -2,7 +2,7 @@
 
 function(expect text message)
   file(WRITE "${DIRECTORY}/road.csv" "${text}")
-  execute_process(COMMAND "${ROAD_REPORT}" "${DIRECTORY}/road.csv"
+  execute_process(COMMAND ${EMULATOR} "${ROAD_REPORT}" "${DIRECTORY}/road.csv"
     RESULT_VARIABLE result ERROR_VARIABLE error OUTPUT_QUIET)
   if(result EQUAL 0 OR NOT error MATCHES "${message}")
     message(FATAL_ERROR "expected '${message}', got '${error}' (result ${result})")

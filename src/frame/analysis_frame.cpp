@@ -37,7 +37,7 @@ public:
 
 private:
     const ExportFrame& frame_;
-    std::int32_t unit_ = -1;
+    std::int32_t unit_ = no_unit;
 };
 
 ReturnCode pass_driver_failure(const ExportFrame& frame) {

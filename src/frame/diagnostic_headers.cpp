@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "frame/fixed_text.hpp"
+#include "frame/process_lock.hpp"
 #include "numeric/clock.hpp"
 
 namespace vialto {
@@ -32,10 +33,16 @@ void print_columns(DiagnosticText& text, const char* label, std::int32_t first, 
     text.formatted_record(line.data());
 }
 
+// A process that is forked while a thread asks the platform for the local time could never ask again.
+DateAndTime locked_date_and_time() {
+    const ProcessLock lock;
+    return current_date_and_time();
+}
+
 } // namespace
 
 std::int32_t print_datetime(DiagnosticText& text) {
-    const auto [date, time] = current_date_and_time();
+    const auto [date, time] = locked_date_and_time();
     print_columns(text, "Day - Month - Year =     ", date.day, '-', date.month, date.year, 4);
     print_columns(text, "Hour : Minute : Second = ", time.hour, ':', time.minute, time.second, 2);
     return 1;

@@ -39,7 +39,7 @@ std::string_view severity_text(std::int32_t error_type) {
 } // namespace
 
 CurrentEvent& current_event() {
-    static CurrentEvent event;
+    static thread_local constinit CurrentEvent event;
     return event;
 }
 

@@ -37,7 +37,7 @@ inline constexpr std::int32_t outcome_some_failure = 5;
 // What an export names as the routine of an event that it raises itself: the frame adds its name.
 inline constexpr std::string_view routine_of_export{};
 
-// The library holds exactly one.
+// Each thread has exactly one.
 struct CurrentEvent {
     FixedText<256> description;
     FixedText<256> routine;

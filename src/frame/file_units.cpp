@@ -8,6 +8,7 @@
 
 #include "frame/event.hpp"
 #include "frame/fixed_text.hpp"
+#include "frame/process_lock.hpp"
 
 namespace vialto {
 
@@ -25,7 +26,22 @@ constexpr std::size_t path_length = 128;
 
 using Path = FixedText<path_length>;
 
-std::array<TextFile, last_diagnostic_unit + 1> files; // of the units
+struct Unit {
+    bool taken = false; // this and the path are read and written under the lock
+    Path path;
+    TextFile file; // is the call's that has taken the unit
+};
+
+// There is one table for the process.
+constinit std::array<Unit, last_diagnostic_unit + 1> units{};
+
+bool exists(std::int32_t unit) {
+    return unit >= 0 && unit <= last_diagnostic_unit;
+}
+
+Unit& at(std::int32_t unit) {
+    return units[static_cast<std::size_t>(unit)];
+}
 
 Path temporary_path(std::string_view name) {
     const char* value = std::getenv("TMP");
@@ -54,48 +70,86 @@ ReturnCode fail_opening(const Path& path, int status) {
     return raise_failure(description.trimmed(), routine_name, error_code_file);
 }
 
-ReturnCode open_tmp_file(std::string_view name, std::int32_t& unit) {
-    const Path path = temporary_path(name);
-    unit = find_free_unit(first_diagnostic_unit, last_diagnostic_unit);
-    if (unit < 0) {
+std::int32_t first_free_unit(std::int32_t iLow, std::int32_t iHigh,
+                             std::span<const std::int32_t> iExcluded) {
+    const std::int32_t first = std::max(iLow, 0);
+    const std::int32_t last = std::min(iHigh, last_diagnostic_unit);
+    for (std::int32_t unit = first; unit <= last; ++unit) {
+        const bool excluded =
+            std::find(iExcluded.begin(), iExcluded.end(), unit) != iExcluded.end();
+        if (!at(unit).taken && !excluded) {
+            return unit;
+        }
+    }
+    return no_unit;
+}
+
+// Takes a unit for a file, or none where another call is writing it.
+ReturnCode take_unit(const Path& path, std::int32_t& unit) {
+    const ProcessLock lock;
+    if (std::any_of(units.begin(), units.end(),
+                    [&](const Unit& other) { return other.taken && other.path == path; })) {
+        unit = no_unit;
+        return success;
+    }
+    unit = first_free_unit(first_diagnostic_unit, last_diagnostic_unit, {});
+    if (unit == no_unit) {
         return raise_failure("error in finding a free file unit ", routine_name);
     }
-    const int status = open_path(path, files[static_cast<std::size_t>(unit)]);
-    return status == 0 ? success : fail_opening(path, status);
+    at(unit).taken = true;
+    at(unit).path = path;
+    return success;
+}
+
+void give_back(std::int32_t unit) {
+    const ProcessLock lock;
+    at(unit).taken = false;
+}
+
+ReturnCode open_tmp_file(std::string_view name, std::int32_t& unit) {
+    const Path path = temporary_path(name);
+    if (take_unit(path, unit) != success) {
+        return failure;
+    }
+    const int status = unit == no_unit ? 0 : open_path(path, at(unit).file);
+    if (status != 0) {
+        give_back(unit);
+        return fail_opening(path, status);
+    }
+    return success;
 }
 
 } // namespace
 
 std::int32_t find_free_unit(std::int32_t iLow, std::int32_t iHigh,
                             std::span<const std::int32_t> iExcluded) {
-    const std::int32_t first = std::max(iLow, 0);
-    const std::int32_t last = std::min(iHigh, last_diagnostic_unit);
-    for (std::int32_t unit = first; unit <= last; ++unit) {
-        const bool excluded =
-            std::find(iExcluded.begin(), iExcluded.end(), unit) != iExcluded.end();
-        if (open_file(unit) == nullptr && !excluded) {
-            return unit;
-        }
-    }
-    return -1;
+    const ProcessLock lock;
+    return first_free_unit(iLow, iHigh, iExcluded);
 }
 
 std::int32_t io_tmp_file(std::string_view name) {
-    std::int32_t unit = -1;
+    std::int32_t unit = no_unit;
     return open_tmp_file(name, unit) == success ? unit : failure;
 }
 
 TextFile* open_file(std::int32_t unit) {
-    if (unit < 0 || unit > last_diagnostic_unit) {
-        return nullptr;
-    }
-    TextFile& file = files[static_cast<std::size_t>(unit)];
-    return file.is_open() ? &file : nullptr;
+    return exists(unit) && at(unit).file.is_open() ? &at(unit).file : nullptr;
 }
 
 void close_unit(std::int32_t unit) {
     if (TextFile* const file = open_file(unit); file != nullptr) {
         close_text_file(*file);
+        give_back(unit);
+    }
+}
+
+void forget_units() {
+    for (Unit& unit : units) {
+        if (unit.file.is_open()) {
+            unit.file.holds_former_text = false; // the process that writes the file cuts it
+            close_text_file(unit.file);
+        }
+        unit.taken = false;
     }
 }
 

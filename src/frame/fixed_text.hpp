@@ -43,6 +43,8 @@ public:
         std::copy(chars_.begin(), chars_.end(), target);
     }
 
+    [[nodiscard]] bool operator==(const FixedText&) const = default;
+
 private:
     std::array<char, Length> chars_{};
 };
