@@ -19,31 +19,44 @@ namespace {
 using Flags = std::vector<std::int32_t>;
 using Road = std::vector<float>;
 
+std::int32_t size_of(const auto& list) {
+    return static_cast<std::int32_t>(list.size());
+}
+
+// Each call gives the event of its failure, or nothing.
 struct Grinding : testing::Test {
-    auto* given(const std::string& name, auto* address) {
-        return refused == name ? nullptr : address;
-    }
-    // A call, of the two-track export if there is a right track: the event, empty after a success.
-    std::string call(auto one_track, auto two_tracks, auto... arguments) {
+    auto* given(const std::string& name, auto* address) { return null == name ? nullptr : address; }
+
+    std::string event_of(auto function, auto... arguments) {
         EventRecord event;
-        flags.assign(road.size(), -5);
-        auto* out = given("iGrindFlags", flags.data());
-        const auto result =
-            right.empty() ? one_track(arguments..., given("xProfile", road.data()), out, event)
-                          : two_tracks(arguments..., given("xProfile1", road.data()),
-                                       given("xProfile2", right.data()), out, event);
-        EXPECT_EQ(result, event.untouched() ? vialto_success : vialto_failure);
-        return event.untouched() ? "" : event.summary();
+        const std::int32_t result = function(arguments..., event);
+        return result == vialto_success && event.untouched() ? "" : event.summary();
     }
     std::string grind(const std::vector<tGrindSpot>& spots) {
-        return call(grindsimu_dlldrv, grindsimu_2chan_dlldrv, interval,
-                    static_cast<std::int32_t>(spots.size()), static_cast<std::int32_t>(road.size()),
-                    given("tGrinderSetup", &setup), given("tGrindSpots", spots.data()));
+        flags.assign(road.size(), -5);
+        return event_of(grindsimu_dlldrv, interval, size_of(spots), size_of(road),
+                        given("tGrinderSetup", &setup), given("tGrindSpots", spots.data()),
+                        given("xProfile", road.data()), given("iGrindFlags", flags.data()));
+    }
+    std::string grind_both(const std::vector<tGrindSpot>& spots) {
+        flags.assign(road.size(), -5);
+        return event_of(grindsimu_2chan_dlldrv, interval, size_of(spots), size_of(road),
+                        given("tGrinderSetup", &setup), given("tGrindSpots", spots.data()),
+                        given("xProfile1", road.data()), given("xProfile2", right.data()),
+                        given("iGrindFlags", flags.data()));
     }
     std::string must_grind() {
-        return call(mustgrind_dlldrv, mustgrind_2chan_dlldrv,
-                    static_cast<std::int32_t>(road.size()), interval, given("tMustGrindCfg", &cfg),
-                    given("tGrinderSetup", &setup));
+        flags.assign(road.size(), -5);
+        return event_of(mustgrind_dlldrv, size_of(road), interval, given("tMustGrindCfg", &cfg),
+                        given("tGrinderSetup", &setup), given("xProfile", road.data()),
+                        given("iGrindFlags", flags.data()));
+    }
+    std::string must_grind_both() {
+        flags.assign(road.size(), -5);
+        return event_of(mustgrind_2chan_dlldrv, size_of(road), interval,
+                        given("tMustGrindCfg", &cfg), given("tGrinderSetup", &setup),
+                        given("xProfile1", road.data()), given("xProfile2", right.data()),
+                        given("iGrindFlags", flags.data()));
     }
 
     TemporaryDirectory directory;
@@ -53,9 +66,9 @@ struct Grinding : testing::Test {
     tMustGrindCfg cfg{idx_ridests_IRI, vialto_yes, 0.002F, 7.62F, {1, 1, 1}, 1000.0F, 0.0F, 0.0F};
     float interval = 1.0F; // m
     Road road = Road(24);
-    Road right;
+    Road right = road;
     Flags flags;
-    std::string refused; // argument, given as a null pointer
+    std::string null; // the argument that is a null pointer
 };
 
 auto pick(std::mt19937& generator, const auto& choices) {
@@ -75,22 +88,6 @@ std::string text_of(const std::vector<Spot>& spots) {
                 std::to_string(spot.iEnd);
     }
     return text;
-}
-
-// Short spots dropped, then close ones joined, both counted in samples: the flags, of one character
-// each, and the spots listed.
-std::string spots_of(const std::string& text, float shortest, float gap) {
-    Flags flags;
-    std::transform(text.begin(), text.end(), std::back_inserter(flags),
-                   [](char c) { return c - '0'; });
-    SpotList spots;
-    EXPECT_EQ(tossout_shortgrindspots(shortest, 1.0F, flags, spots), success);
-    merge_closegrindspots(gap, 1.0F, flags, spots);
-    std::string left;
-    for (const std::int32_t flag : flags) {
-        left += std::to_string(flag);
-    }
-    return left + text_of(spots.tGrindSpots);
 }
 
 } // namespace
@@ -133,69 +130,88 @@ TEST_F(Grinding, CutsAndFlagsTwoTracksAsTheLiteralGrinder) {
         Road other = right;
         const Flags expected = greater(literal_grindsimu(interval, spots, setup, left),
                                        literal_grindsimu(interval, spots, setup, other));
-        EXPECT_EQ(grind(spots), "");
-        EXPECT_TRUE(road == left && right == other && flags == expected) << "seed " << seed;
+        SCOPED_TRACE(seed);
+        ASSERT_EQ(grind_both(spots), "");
+        ASSERT_EQ(road, left);
+        ASSERT_EQ(right, other);
+        ASSERT_EQ(flags, expected);
     }
 }
 
 TEST_F(Grinding, FailsWithoutATableAndKeepsWhatIsGround) {
     const std::string lost = ": grinding direction is not defined correctly";
-    road[12] = 8.0F;
-    right = road;
-    EXPECT_EQ(grind({{2, {2, 0}, {5000.0F}, 0, 23}}),
+    road[12] = right[12] = 8.0F;
+    EXPECT_EQ(grind_both({{2, {2, 0}, {5000.0F}, 0, 23}}),
               "101 2 grindsimu/grindsimu_dlldrv/grindsimu_2chan_dlldrv" + lost);
-    EXPECT_TRUE(road[12] == 5.0F && right[12] == 8.0F && flags == Flags(24, -5));
-    right.clear();
+    EXPECT_EQ(road[12], 5.0F);
+    EXPECT_EQ(right[12], 8.0F);
+    EXPECT_EQ(flags, Flags(24, -5));
     EXPECT_EQ(grind({{2, {1, 3}, {4000.0F}, 0, 23}}), "101 2 grindsimu/grindsimu_dlldrv" + lost);
-    EXPECT_TRUE(road[12] == 4.0F && flags[12] == 3);
+    EXPECT_EQ(road[12], 4.0F);
+    EXPECT_EQ(flags[12], ground_deeper);
     EXPECT_EQ(grind({{11, {1}, {}, 0, 23}}),
               "100 2 grindsimu_dlldrv: tGrindSpots holds a spot with more than ten passes");
     EXPECT_FALSE(directory.holds("grindsimu_dlldrv.txt"));
 
     // The file comes last, and when it cannot be opened nothing is ground.
-    right.clear();
-    road[12] = 8.0F;
     set_tmp((directory.path() / "absent").string());
     EXPECT_TRUE(grind({{1, {1}, {}, 0, 23}}).starts_with("102 2 io_tmp_file/grindsimu_dlldrv: "));
-    EXPECT_EQ(road[12], 8.0F);
+    EXPECT_EQ(road[12], 4.0F);
     EXPECT_EQ(flags[12], -5);
 }
 
 TEST_F(Grinding, NamesTheArgumentThatItRefuses) {
-    cfg.iRideIndexType = idx_ridests_HRI;
-    for (const bool both : {false, true}) {
-        right = both ? road : Road();
-        for (const char* argument :
-             {"tGrinderSetup", "tMustGrindCfg", "tGrindSpots", "iGrindFlags",
-              both ? "xProfile1" : "xProfile", both ? "xProfile2" : "xProfile", "xStepSize"}) {
-            refused = argument;
-            interval = refused == "xStepSize" ? 0.0F : 1.0F;
-            const std::string refusal =
-                (both ? "2chan_dlldrv: " : "dlldrv: ") + refused +
-                (interval == 0.0F ? " is not a positive finite number" : " is a null pointer");
-            if (refused != "tMustGrindCfg") {
-                EXPECT_EQ(grind({{}}), "100 2 grindsimu_" + refusal);
-            }
-            if (refused != "tGrindSpots") {
-                EXPECT_EQ(must_grind(), "100 2 mustgrind_" + refusal);
-                EXPECT_EQ(cfg.iRideIndexType, idx_ridests_HRI);
-            }
+    cfg.iRideIndexType = idx_ridests_HRI; // which is rewritten where nothing is refused
+    const auto refuses = [&](const std::string& function, const auto& call,
+                             const std::vector<std::string>& pointers) {
+        const std::string refused = "100 2 " + function + ": ";
+        for (const std::string& pointer : pointers) {
+            null = pointer;
+            EXPECT_EQ(call(), refused + pointer + " is a null pointer");
         }
-    }
+        null = "";
+        interval = 0.0F;
+        EXPECT_EQ(call(), refused + "xStepSize is not a positive finite number");
+        interval = 1.0F;
+        EXPECT_EQ(cfg.iRideIndexType, idx_ridests_HRI);
+    };
+    refuses("grindsimu_dlldrv", [&] { return grind({{}}); },
+            {"tGrinderSetup", "tGrindSpots", "xProfile", "iGrindFlags"});
+    refuses("grindsimu_2chan_dlldrv", [&] { return grind_both({{}}); },
+            {"tGrinderSetup", "tGrindSpots", "xProfile1", "xProfile2", "iGrindFlags"});
+    refuses("mustgrind_dlldrv", [&] { return must_grind(); },
+            {"tMustGrindCfg", "tGrinderSetup", "xProfile", "iGrindFlags"});
+    refuses("mustgrind_2chan_dlldrv", [&] { return must_grind_both(); },
+            {"tMustGrindCfg", "tGrinderSetup", "xProfile1", "xProfile2", "iGrindFlags"});
 }
 
 TEST_F(Grinding, DropsSpotsByTheirSampleNumbersAndJoinsThemWithThePlaceMovingByOne) {
+    // Lengths in samples; flags of one character each.
+    const auto leaves = [&](const std::string& before, float shortest, float gap,
+                            const std::string& after, const std::string& listed) {
+        SCOPED_TRACE(before);
+        flags.assign(before.begin(), before.end());
+        std::for_each(flags.begin(), flags.end(), [](std::int32_t& flag) { flag -= '0'; });
+        SpotList spots;
+        EXPECT_EQ(tossout_shortgrindspots(shortest, 1.0F, flags, spots), success);
+        merge_closegrindspots(gap, 1.0F, flags, spots);
+        std::string left;
+        for (const std::int32_t flag : flags) {
+            left += std::to_string(flag);
+        }
+        EXPECT_EQ(left, after);
+        EXPECT_EQ(text_of(spots.tGrindSpots), listed);
+    };
     // The spot at the very end is never closed.
-    EXPECT_EQ(spots_of("22311222113", 3.0F, 0.0F), "11111111113 -1..3 -6..8");
-    EXPECT_EQ(spots_of("12232112221", 2.5F, 0.0F), "12232111111 2..5 -8..10");
-    EXPECT_EQ(spots_of("3311331121", 0.0F, 3.4F), "3311331121 1..2 5..6 9..9");
+    leaves("22311222113", 3.0F, 0.0F, "11111111113", " -1..3 -6..8");
+    leaves("12232112221", 2.5F, 0.0F, "12232111111", " 2..5 -8..10");
+    leaves("3311331121", 0.0F, 3.4F, "3311331121", " 1..2 5..6 9..9");
     // After the join at 3 and the wide gap behind 5, the place stands on the joined spot 4..5: the
     // close pair at 12 is not joined, being compared with that spot.
-    EXPECT_EQ(spots_of("221221112212211", 0.0F, 2.5F), "222221112212211 1..5 -4..5 9..10 12..13");
+    leaves("221221112212211", 0.0F, 2.5F, "222221112212211", " 1..5 -4..5 9..10 12..13");
     // One spot later, the place stands on 10..11, which joins the next but one over the head of
     // 13..13.
-    EXPECT_EQ(spots_of("2212211113313121", 0.0F, 5.0F),
-              "2222211113322221 1..5 -4..5 10..15 13..13 -15..15");
+    leaves("2212211113313121", 0.0F, 5.0F, "2222211113322221", " 1..5 -4..5 10..15 13..13 -15..15");
 }
 
 TEST_F(Grinding, LooksForTheOutOfSpecificationBetweenTheTrimmedEnds) {
@@ -210,7 +226,7 @@ TEST_F(Grinding, LooksForTheOutOfSpecificationBetweenTheTrimmedEnds) {
     };
     EXPECT_EQ(found(vialto_yes, 7.62F, -1.0F), " 1..1686"); // 152 at either end, 10 for 250 mm
     EXPECT_EQ(found(vialto_no, 7.62F, -1.0F), " 1..1696");
-    // No smoothing, and the search begins ahead of the road and ends behind it.
+    // No smoothing, and the whole road.
     EXPECT_EQ(found(vialto_no, -10.0F, -1.0F), " 1..2000");
     EXPECT_EQ(found(vialto_no, 0.0F, 0.0F), "") << "on the threshold";
 }
@@ -258,8 +274,9 @@ TEST_F(Grinding, HasTheFlagsOfTheLiteralMustGrindAnalysis) {
         (void)ridecon_drv(cfg.if250mmFilter, interval, cfg.xSlideBaseLength, cfg.iRideIndexType,
                           road, ride);
         cfg.xRideThreshold = std::max(ride[g() % count], ride[g() % count]);
-        EXPECT_EQ(must_grind(), "");
-        EXPECT_EQ(flags, literal_mustgrind({interval, cfg, setup, road}).flags) << "seed " << seed;
+        SCOPED_TRACE(seed);
+        ASSERT_EQ(must_grind(), "");
+        ASSERT_EQ(flags, literal_mustgrind({interval, cfg, setup, road}).flags);
     }
 }
 
@@ -269,7 +286,7 @@ TEST_F(Grinding, CombinesTwoTracksOnTheRideNumberScale) {
     right = random_road(6000, 0.001, 2);
     cfg.iRideIndexType = idx_ridests_TwoRN;
     cfg.xRideThreshold = 4.9F;
-    EXPECT_EQ(must_grind(), "");
+    EXPECT_EQ(must_grind_both(), "");
     EXPECT_EQ(cfg.iRideIndexType, idx_ridests_TwoRN);
     cfg.iRideIndexType = idx_ridests_RN;
     cfg.xRideThreshold = 1.2626692e-4F; // ln(4.9 / 5) / -160
@@ -277,51 +294,64 @@ TEST_F(Grinding, CombinesTwoTracksOnTheRideNumberScale) {
                              literal_mustgrind({interval, cfg, setup, right}).flags));
 }
 
-TEST_F(Grinding, FailsWithTheStepsNamedAndTheFlagsReached) {
-    std::string name = "mustgrind_dlldrv: ";
-    const auto gives = [&](std::int32_t selector, std::int32_t flag, const std::string& failure) {
+TEST_F(Grinding, RunsTheSelectorsThatItAllowsAndJudgesThemAheadOfAllElse) {
+    cfg.xSlideBaseLength = 2.0F;
+    const auto gives = [&](const auto& call, std::int32_t selector, const std::string& event,
+                           std::int32_t rewritten) {
+        SCOPED_TRACE(selector);
         cfg.iRideIndexType = selector;
-        EXPECT_EQ(must_grind(), failure.empty() ? "" : "101 2 " + failure);
-        EXPECT_EQ(flags[0], flag);
-        return cfg.iRideIndexType;
+        EXPECT_EQ(call(), event);
+        EXPECT_EQ(cfg.iRideIndexType, rewritten);
     };
+    const auto one = [&] { return must_grind(); };
+    const auto both = [&] { return must_grind_both(); };
+    interval = 0.1F;
+    for (const auto& [selector, rewritten] : {std::pair{1, 1}, {2, 2}, {4, 1}, {9, 9}}) {
+        gives(one, selector, "", rewritten);
+    }
+    for (const auto& [selector, rewritten] : {std::pair{2, 2}, {3, 3}, {4, 1}, {5, 1}}) {
+        gives(both, selector, "", rewritten);
+    }
+    interval = 0.0F;
+    const std::string name = "mustgrind_2chan_dlldrv";
+    const std::string refused = "101 2 " + name + ": ";
+    gives(one, 0,
+          "101 2 mustgrind_dlldrv: Ride Index None is not allowed in the RideStatCont analysis", 0);
+    for (const std::int32_t selector : {-1, 5, 6}) {
+        gives(one, selector, "101 2 mustgrind_dlldrv: Ride Index is un-defined", selector);
+    }
+    gives(both, 0, refused + "Ride Index None is not allowed in the " + name + " analysis", 0);
+    gives(both, 1, refused + "idx_ridests_IRI is not allowed in the " + name + " analysis", 1);
+    for (const std::int32_t selector : {-1, 6, 9}) {
+        gives(both, selector, refused + "Ride Index is un-defined", selector);
+    }
+    EXPECT_EQ(flags, Flags(24, -5));
+}
+
+TEST_F(Grinding, FailsWithTheStepsNamedAndTheFlagsReached) {
     cfg.xSlideBaseLength = 2.0F;
     interval = 0.1F;
-    EXPECT_EQ(gives(4, 1, ""), 1) << "rewritten";
-    gives(9, 1, "");
-    gives(3, 1,
-          "ride_stats/ridecon_drv/out_of_spec_spots/mustgrind/" + name +
-              "two RN is no longer supported");
-    interval = 0.0F; // which is judged behind the selector
-    gives(0, -5, name + "Ride Index None is not allowed in the RideStatCont analysis");
-    interval = 0.1F;
-    for (const std::int32_t selector : {-1, 5, 6}) {
-        EXPECT_EQ(gives(selector, -5, name + "Ride Index is un-defined"), selector);
-    }
-    const std::string average = "mvgavg/filtcon_drv/grindsimu/material_takenout_area/mustgrind/";
-    const std::string longer = "moving average base length is greater the sampling distance";
+    cfg.iRideIndexType = idx_ridests_TwoRN;
+    EXPECT_EQ(must_grind(), "101 2 ride_stats/ridecon_drv/out_of_spec_spots/mustgrind/"
+                            "mustgrind_dlldrv: two RN is no longer supported");
+    EXPECT_EQ(flags, Flags(24, not_ground));
+    const std::string average =
+        "101 2 mvgavg/filtcon_drv/grindsimu/material_takenout_area/mustgrind/";
+    const std::string longer = ": moving average base length is greater the sampling distance";
     setup.ShortWavelength = 50.0F;
-    gives(2, 0, average + name + longer);
-    right = road;
-    name = "mustgrind_2chan_dlldrv: ";
-    gives(2, -5, average + "mustgrind_2chan/" + name + longer);
-    setup.ShortWavelength = 0.0F;
-    EXPECT_EQ(gives(4, 1, ""), 1);
-    EXPECT_EQ(gives(5, 1, ""), 1);
-    gives(0, -5, name + "Ride Index None is not allowed in the mustgrind_2chan_dlldrv analysis");
-    gives(1, -5, name + "idx_ridests_IRI is not allowed in the mustgrind_2chan_dlldrv analysis");
-    for (const std::int32_t selector : {-1, 6, 9}) {
-        gives(selector, -5, name + "Ride Index is un-defined");
-    }
+    EXPECT_EQ(must_grind(), average + "mustgrind_dlldrv" + longer);
+    EXPECT_EQ(flags, Flags(24, 0));
+    EXPECT_EQ(must_grind_both(), average + "mustgrind_2chan/mustgrind_2chan_dlldrv" + longer);
+    EXPECT_EQ(flags, Flags(24, -5));
     // The head stands two thousand wheelbases ahead of the axles, which weigh a step of this height
     // so hard that what is ground is too low for the quarter car.
-    right.clear();
     setup = {0.1F, 2000.0F, 4.0F, 0.0F, 8.0F};
+    cfg.iRideIndexType = idx_ridests_IRI;
     road.assign(6000, -1.0e35F);
     std::fill(road.begin() + 3000, road.end(), 1.0e35F);
-    gives(1, 3,
-          "compute_iri/ride_stats/ridecon_drv/evaluate_impact/mustgrind/mustgrind_dlldrv: the "
-          "calculated IRI is not a number");
+    EXPECT_EQ(must_grind(), "101 2 compute_iri/ride_stats/ridecon_drv/evaluate_impact/mustgrind/"
+                            "mustgrind_dlldrv: the calculated IRI is not a number");
+    EXPECT_EQ(flags[0], ground_deeper);
 }
 
 TEST_F(Grinding, ListsAHundredThousandStretchesAtMost) {
