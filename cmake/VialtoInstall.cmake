@@ -36,3 +36,12 @@ list(JOIN VIALTO_PC_LIBRARIES "" VIALTO_PC_LIBRARIES)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/vialto.pc.in vialto.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/vialto.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+
+# The license goes with every archive, and to Windows the file that hosts in .NET copy.
+if(WIN32)
+  install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION . COMPONENT license)
+  install(FILES ${PROJECT_SOURCE_DIR}/bindings/dotnet/Vialto.cs DESTINATION dotnet COMPONENT dotnet)
+else()
+  install(FILES ${PROJECT_SOURCE_DIR}/LICENSE
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/vialto COMPONENT license)
+endif()

@@ -1,5 +1,5 @@
 # Every function that the header declares stands in each of the lists that are kept by hand: a table
-# that a reader looks into, or a row that tries the function out.
+# that a reader looks into, or a row that tries the function out. And the version has one value.
 cmake_minimum_required(VERSION 3.21)
 include(${CMAKE_CURRENT_LIST_DIR}/../cmake/VialtoHeader.cmake)
 cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH root)
@@ -27,7 +27,14 @@ expect("request" "{\"@\"," "fuzz/*_requests.cpp")
 expect("digest" "\n@ " "tests/library/same_bits.txt")
 expect("benchmark" "->Name(\"@\");" "bench/exports_bench.cpp")
 expect("argument types" "    \"@\": (" "python/vialto/_library.py")
+expect("import" "Outcome @(" "bindings/dotnet/Vialto.cs")
 expect("row in the table of functions" "\n| `@` |" "README.md")
+
+file(READ ${root}/bindings/dotnet/Vialto.csproj project)
+if(NOT project MATCHES "<Version>${VIALTO_VERSION}</Version>")
+  message("bindings/dotnet/Vialto.csproj has another version than vialto.h, ${VIALTO_VERSION}")
+  set(missing TRUE)
+endif()
 if(missing)
-  message(FATAL_ERROR "Functions of vialto.h are missing, see above.")
+  message(FATAL_ERROR "Something of vialto.h is missing, see above.")
 endif()
