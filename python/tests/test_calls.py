@@ -3,6 +3,8 @@
 from __future__ import annotations
 
 import ctypes
+import pickle
+import time
 from collections.abc import Callable
 from concurrent.futures import ThreadPoolExecutor
 
@@ -110,13 +112,6 @@ def test_layout_and_type_make_no_difference() -> None:
         assert vialto.ride_index(road, INTERVAL) == vialto.ride_index(plain, INTERVAL)
 
 
-def test_threads_call_at_the_same_time() -> None:
-    roads = [rough_road(seed) for seed in range(8)]
-    expected = [vialto.ride_index(road, INTERVAL) for road in roads]
-    with ThreadPoolExecutor() as threads:
-        assert list(threads.map(lambda road: vialto.ride_index(road, INTERVAL), roads)) == expected
-
-
 @pytest.mark.parametrize(
     "analysis",
     [
@@ -144,59 +139,77 @@ def test_series_of_different_places_are_no_tracks() -> None:
         vialto.two_track_ride_index(left, right, INTERVAL)
 
 
+LEFT, RIGHT = (rough_road(seed).astype(np.float32) for seed in (10, 11))
+FAULTED, FAULTED_MM = SLABS.astype(np.float32), (1000.0 * SLABS).astype(np.float32)
+MASK, POINTS = np.zeros(SAMPLES, np.int32), np.array([801, 801, 799], np.int32)
+PLACES, RUNS = SLAB * np.arange(1, 5), np.zeros((10, 1057), np.float32)
+ONE, TWO, SPOTS = (LEFT, INTERVAL), (LEFT, RIGHT, INTERVAL), [GrindSpot(100, 200)]
+
+# A call of each function of the library.
+CALLS: dict[str, Callable[[], object]] = {
+    "ride_dlldrv": lambda: vialto.ride_index(*ONE, excluded=MASK),
+    "rideseg_dlldrv": lambda: vialto.segment_ride_indices(*ONE, POINTS),
+    "ridecon_dlldrv": lambda: vialto.continuous_ride_index(*ONE),
+    "ride2chan_dlldrv": lambda: vialto.two_track_ride_index(*TWO, excluded=MASK),
+    "rideseg2chan_dlldrv": lambda: vialto.two_track_segment_ride_indices(*TWO, POINTS),
+    "ridecon2chan_dlldrv": lambda: vialto.two_track_continuous_ride_index(*TWO),
+    "wimindex_dlldrv": lambda: vialto.wim_error_index(*ONE),
+    "psd_dll": lambda: vialto.power_spectral_density(*ONE),
+    "rse_dlldrv": lambda: vialto.rolling_straightedge(*ONE),
+    "pgfilt_dll": lambda: vialto.profilograph_trace(*ONE),
+    "pgindex_dll": lambda: vialto.profile_index(
+        FAULTED_MM, INTERVAL, lots=[(0, 799), (800, SAMPLES - 1)]
+    ),
+    "grindsimu_dlldrv": lambda: vialto.grind(*ONE, SPOTS),
+    "grindsimu_2chan_dlldrv": lambda: vialto.grind_two_tracks(*TWO, SPOTS),
+    "mustgrind_dlldrv": lambda: vialto.must_grind(*ONE),
+    "mustgrind_2chan_dlldrv": lambda: vialto.must_grind_two_tracks(
+        *TWO, MustGrind(index=RideIndex.TWO_RN, threshold=4.0)
+    ),
+    "CC_CoeffArray": lambda: vialto.comparison_grid(INTERVAL, INTERVAL),
+    "ccfunc": lambda: vialto.compare_profiles(
+        *TWO, settings=Filter(moving_average=False), test_section=(100, 2000), upsampling=False
+    ),
+    "pcbia_dlldrv": lambda: vialto.repeatability(RUNS, RUNS[0]),
+    "joint_id_dlldrv": lambda: vialto.find_joints(FAULTED, FAULTED, INTERVAL, spacing=SLAB),
+    "joint_fault_dlldrv": lambda: vialto.joint_faults(
+        FAULTED_MM, INTERVAL, PLACES, window_mm=200.0
+    ),
+    "antismth_dlldrv": lambda: vialto.anti_smooth(*ONE),
+    "histgrm_dlldrv": lambda: vialto.histogram(
+        LEFT, classes=5, low=-0.01, high=0.01, excluded=MASK
+    ),
+}
+
+
 def test_no_analysis_changes_what_it_is_given() -> None:
-    left = rough_road(10).astype(np.float32)
-    right = rough_road(11).astype(np.float32)
-    slabs, slabs_mm = SLABS.astype(np.float32), (1000.0 * SLABS).astype(np.float32)
-    mask = np.zeros(SAMPLES, np.int32)
-    points = np.array([801, 801, 799], np.int32)
-    places = SLAB * np.arange(1, 5)
-    runs = np.zeros((10, 1057), np.float32)
-    spots = [GrindSpot(100, 200)]
-    one, two = (left, INTERVAL), (left, right, INTERVAL)
-    analyses: dict[str, Callable[[], object]] = {
-        "ride_dlldrv": lambda: vialto.ride_index(*one, excluded=mask),
-        "rideseg_dlldrv": lambda: vialto.segment_ride_indices(*one, points),
-        "ridecon_dlldrv": lambda: vialto.continuous_ride_index(*one),
-        "ride2chan_dlldrv": lambda: vialto.two_track_ride_index(*two, excluded=mask),
-        "rideseg2chan_dlldrv": lambda: vialto.two_track_segment_ride_indices(*two, points),
-        "ridecon2chan_dlldrv": lambda: vialto.two_track_continuous_ride_index(*two),
-        "wimindex_dlldrv": lambda: vialto.wim_error_index(*one),
-        "psd_dll": lambda: vialto.power_spectral_density(*one),
-        "rse_dlldrv": lambda: vialto.rolling_straightedge(*one),
-        "pgfilt_dll": lambda: vialto.profilograph_trace(*one),
-        "pgindex_dll": lambda: vialto.profile_index(
-            slabs_mm, INTERVAL, lots=[(0, 799), (800, SAMPLES - 1)]
-        ),
-        "grindsimu_dlldrv": lambda: vialto.grind(*one, spots),
-        "grindsimu_2chan_dlldrv": lambda: vialto.grind_two_tracks(*two, spots),
-        "mustgrind_dlldrv": lambda: vialto.must_grind(*one),
-        "mustgrind_2chan_dlldrv": lambda: vialto.must_grind_two_tracks(
-            *two, MustGrind(index=RideIndex.TWO_RN, threshold=4.0)
-        ),
-        "CC_CoeffArray": lambda: vialto.comparison_grid(INTERVAL, INTERVAL),
-        "ccfunc": lambda: vialto.compare_profiles(
-            left,
-            right,
-            INTERVAL,
-            settings=Filter(moving_average=False),
-            test_section=(100, 2000),
-            upsampling=False,
-        ),
-        "pcbia_dlldrv": lambda: vialto.repeatability(runs, runs[0]),
-        "joint_id_dlldrv": lambda: vialto.find_joints(slabs, slabs, INTERVAL, spacing=SLAB),
-        "joint_fault_dlldrv": lambda: vialto.joint_faults(
-            slabs_mm, INTERVAL, places, window_mm=200.0
-        ),
-        "antismth_dlldrv": lambda: vialto.anti_smooth(*one),
-        "histgrm_dlldrv": lambda: vialto.histogram(
-            left, classes=5, low=-0.01, high=0.01, excluded=mask
-        ),
-    }
-    arrays = [left, right, slabs, slabs_mm, mask, points, places, runs]
+    arrays = [LEFT, RIGHT, FAULTED, FAULTED_MM, MASK, POINTS, PLACES, RUNS]
     before = [array.copy() for array in arrays]
-    for name, analysis in analyses.items():
+    for name, analysis in CALLS.items():
         analysis()
         for array, kept in zip(arrays, before, strict=True):
             np.testing.assert_array_equal(array, kept, err_msg=name)
-    assert set(analyses) == set(_library._ARGUMENTS)
+    assert set(CALLS) == set(_library._ARGUMENTS)
+
+
+def test_calls_of_many_threads_give_what_they_give_alone() -> None:
+    names = [*CALLS] * 8
+    np.random.default_rng(0).shuffle(names)
+    alone = {name: pickle.dumps(CALLS[name]()) for name in CALLS}
+    with ThreadPoolExecutor(8) as threads:
+        together = threads.map(lambda name: pickle.dumps(CALLS[name]()), names)
+        differing = {
+            name for name, result in zip(names, together, strict=True) if result != alone[name]
+        }
+    assert differing == set()
+
+
+def test_other_threads_run_during_a_call() -> None:
+    profile = np.cumsum(np.random.default_rng(15).normal(0.0, 5e-5, 100_000))
+    moments = 0
+    with ThreadPoolExecutor(1) as threads:  # tens of thousands of offsets: some tenths of a second
+        call = threads.submit(vialto.compare_profiles, profile, profile, 0.025, max_offset=400.0)
+        while not call.done():
+            time.sleep(0.001)
+            moments += 1
+    assert moments > 20
