@@ -59,7 +59,6 @@ from .ride import (
     two_track_continuous_ride_index,
     two_track_ride_index,
     two_track_segment_ride_indices,
-    wim_error_index,
 )
 from .road import Quality, Road, RoadError
 from .spectra import (
@@ -72,6 +71,7 @@ from .spectra import (
 )
 from .statistics import Histogram, histogram
 from .tables import defect_table, joint_table, lot_table, roughness, stretches
+from .wim import wim_error_index
 
 __all__ = [
     "TWELVE_WHEELS",

@@ -1,4 +1,4 @@
-"""Ride indices of one wheel track and of two, and the WIM error index.
+"""Ride indices of one wheel track and of two.
 
 A profile holds elevations in metres at a constant interval, also in metres. Roughness is in m/m:
 times 1000 it is in m/km, times 63360 in inches per mile.
@@ -356,58 +356,6 @@ def two_track_continuous_ride_index(
         result,
     )
     return as_given(left, result)
-
-
-@per_sample
-def wim_error_index(
-    profile: ArrayLike,
-    interval: float,
-    *,
-    bridging_filter: bool = True,
-    shrouding_distance: float = 0.0,
-    allow_nonfinite: bool = False,
-) -> Reals:
-    """WIM error index at each sample (``wimindex_dlldrv``).
-
-    How strongly the roughness around a sample would disturb a weigh-in-motion scale placed there.
-
-    Parameters
-    ----------
-    profile : (N,) array_like
-        Elevations, m, within some 16 m of 0.0: subtract a constant from higher ones. At most
-        50,000 samples: cut a longer road into pieces that overlap by 100 m or more.
-    interval : float
-        m; up to 0.46 m.
-    bridging_filter : bool
-        Lets a tyre of 0.25 m bridge what is narrower first.
-    shrouding_distance : float
-        m; goes to the diagnostic file, and has no effect.
-    allow_nonfinite : bool
-        As in `ride_index`.
-
-    Returns
-    -------
-    (N,) float32
-        m/m. A rough spot shades far ahead of it, against the direction of travel, and little
-        behind it. A Series where the profile is one.
-
-    References
-    ----------
-    ASTM E1318; S. M. Karamihas and T. D. Gillespie, "Advancement of Smoothness Criteria for WIM
-    Scale Approaches", UMTRI-2004-12, 2004.
-    """
-    samples = profile_in_metres(profile, interval, "profile", allow_nonfinite)
-    result = np.zeros_like(samples)
-    call(
-        "wimindex_dlldrv",
-        yes_or_no(bridging_filter),
-        interval,
-        shrouding_distance,
-        samples.size,
-        samples,
-        result,
-    )
-    return as_given(profile, result)
 
 
 def _room(points: Integers) -> SegmentIndices:
