@@ -96,7 +96,7 @@ void pgindex_dll_call(benchmark::State& state) {
     const std::vector<float> trace = trace_of(road(state));
     const auto count = static_cast<std::int32_t>(trace.size());
     std::vector<tPGLot> lots = hundred_metre_lots(count);
-    std::vector<tPGDefect> defects(i_PG_maxdefects);
+    std::vector<tPGDefect> defects(vialto_i_PG_maxdefects);
     const float host_settings[] = {settings.BlankingBand,     settings.MinScallopWidth,
                                    settings.MinScallopHeight, settings.ScallopRound,
                                    settings.BumpCutoffHeight, settings.BumpChordlength};

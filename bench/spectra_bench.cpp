@@ -108,7 +108,7 @@ void psd_drv_call(benchmark::State& state) {
     std::int32_t last = 0;
     for (auto _ : state) {
         benchmark::DoNotOptimize(
-            psd_drv({psd_of_elevation, static_cast<std::int32_t>(state.range(1)), 12, 0.0F},
+            psd_drv({idx_psdtyp_elevation, static_cast<std::int32_t>(state.range(1)), 12, 0.0F},
                     static_cast<std::int32_t>(profile.size()), interval, profile, frequency,
                     density, first, last));
     }
@@ -125,7 +125,7 @@ void psd_dll_call(benchmark::State& state) {
     std::int32_t first = 0;
     std::int32_t last = 0;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(psd_dll(0, count - 1, psd_of_elevation,
+        benchmark::DoNotOptimize(psd_dll(0, count - 1, idx_psdtyp_elevation,
                                          static_cast<std::int32_t>(state.range(1)), 12, 0.0F, count,
                                          interval, profile.data(), frequency.data(), density.data(),
                                          &first, &last, nullptr));
@@ -151,12 +151,12 @@ void rse_drv_call(benchmark::State& state) {
 BENCHMARK(plain_radix_2)->Arg(65536)->Arg(1 << 20)->Arg(1 << 24);
 BENCHMARK(fourier_transform_call)->Arg(4096)->Arg(65536)->Arg(1 << 20)->Arg(1 << 24);
 BENCHMARK(psd_drv_call)
-    ->Args({samples_a_mile, octave_bands})
-    ->Args({samples_a_mile, evenly_spaced_bands})
-    ->Args({10000000, octave_bands});
+    ->Args({samples_a_mile, idx_psdband_octave})
+    ->Args({samples_a_mile, idx_psdband_even})
+    ->Args({10000000, idx_psdband_octave});
 BENCHMARK(psd_dll_call)
-    ->Args({samples_a_mile, octave_bands})
-    ->Args({samples_a_mile, evenly_spaced_bands});
+    ->Args({samples_a_mile, idx_psdband_octave})
+    ->Args({samples_a_mile, idx_psdband_even});
 BENCHMARK(rse_drv_call)->Args({samples_a_mile, 1})->Args({samples_a_mile, 2});
 
 } // namespace

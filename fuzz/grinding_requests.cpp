@@ -2,13 +2,10 @@
 #include "fuzz/requests.hpp"
 
 #include <algorithm>
-#include <iterator>
 
 namespace vialto::fuzz {
 
 namespace {
-
-constexpr std::int32_t most_passes = std::size(decltype(tGrindSpot::xDepth_mm){});
 
 tGrinderSetup machine(FuzzedHost& host) {
     return {host.number(5.5F), host.number(0.6F), host.number(1.0F), host.number(0.3F),
@@ -18,8 +15,9 @@ tGrinderSetup machine(FuzzedHost& host) {
 std::vector<tGrindSpot> spots(FuzzedHost& host, std::int32_t count, std::int32_t samples) {
     std::vector<tGrindSpot> spots(static_cast<std::size_t>(count));
     for (tGrindSpot& spot : spots) {
-        spot.iNumPasses = host.integer(1, most_passes + 1);
-        for (std::int32_t pass = 0; pass < std::min(spot.iNumPasses, most_passes); ++pass) {
+        spot.iNumPasses = host.integer(1, vialto_mxPasses + 1);
+        for (std::int32_t pass = 0; pass < std::min<std::int32_t>(spot.iNumPasses, vialto_mxPasses);
+             ++pass) {
             spot.iDirection[pass] = host.integer(1, 2);
             spot.xDepth_mm[pass] = host.number(0.0F);
         }

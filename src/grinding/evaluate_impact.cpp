@@ -33,9 +33,9 @@ public:
         ground_ = {static_cast<std::size_t>(spot.iStart) - 1, static_cast<std::size_t>(spot.iEnd)};
         constexpr float level_of_the_wheels = 0.0F;
         // The direction is a valid one, so that the pass does not fail.
-        (void)grindspot(
-            grinder_, {towards_higher_samples, level_of_the_wheels, spot.iStart - 1, spot.iEnd - 1},
-            xWork_, xWheelWork_, {});
+        (void)grindspot(grinder_,
+                        {idx_grinddir_higher, level_of_the_wheels, spot.iStart - 1, spot.iEnd - 1},
+                        xWork_, xWheelWork_, {});
     }
 
     [[nodiscard]] std::span<const float> profile() const { return xWork_; }

@@ -16,7 +16,7 @@ void check_spots(ArgumentCheck& check, const tGrindSpot* tGrindSpots, std::int32
     check.array("tGrindSpots", tGrindSpots, iNumGrindSpots);
     const std::span<const tGrindSpot> spots = host_array(tGrindSpots, iNumGrindSpots);
     if (std::any_of(spots.begin(), spots.end(),
-                    [](const tGrindSpot& spot) { return spot.iNumPasses > most_passes; })) {
+                    [](const tGrindSpot& spot) { return spot.iNumPasses > vialto_mxPasses; })) {
         check.refuse("tGrindSpots", " holds a spot with more than ten passes");
     }
 }

@@ -24,7 +24,7 @@ struct Wheels {
 };
 
 Wheels wheels_of(const Grinder& grinder, std::int32_t iDirection) {
-    const std::int64_t ahead = iDirection == towards_higher_samples ? 1 : -1;
+    const std::int64_t ahead = iDirection == idx_grinddir_higher ? 1 : -1;
     return {ahead * grinder.iLeadOuter, ahead * grinder.iLeadInner, -ahead * grinder.iTrailInner,
             -ahead * grinder.iTrailOuter};
 }
@@ -63,7 +63,7 @@ Grinder grinder_of(const tGrinderSetup& setup, float xStepSize) {
 
 ReturnCode grindspot(const Grinder& grinder, const GrindPass& pass, std::span<float> xProfile,
                      std::span<float> xWheelPath, std::span<std::int32_t> iGrindFlags) {
-    if (pass.iDirection != towards_higher_samples && pass.iDirection != towards_lower_samples) {
+    if (pass.iDirection != idx_grinddir_higher && pass.iDirection != idx_grinddir_lower) {
         return raise_failure("grinding direction is not defined correctly", name);
     }
     const float xDepth = pass.xDepth_mm * metres_per_mm;
@@ -73,7 +73,7 @@ ReturnCode grindspot(const Grinder& grinder, const GrindPass& pass, std::span<fl
         return xWheelPath[static_cast<std::size_t>(head + wheel)];
     };
     // In the order of travel: the trailing wheels ride on what the head has just cut.
-    const bool upwards = pass.iDirection == towards_higher_samples;
+    const bool upwards = pass.iDirection == idx_grinddir_higher;
     const std::int64_t step = upwards ? 1 : -1;
     std::int64_t head = upwards ? range.low : range.high;
     for (std::int64_t left = range.high - range.low + 1; left > 0; --left, head += step) {
@@ -89,7 +89,8 @@ ReturnCode grindspot(const Grinder& grinder, const GrindPass& pass, std::span<fl
             continue;
         }
         if (!iGrindFlags.empty()) {
-            iGrindFlags[j] = xCut <= grinder.xMaxDepth ? ground : ground_deeper;
+            iGrindFlags[j] =
+                xCut <= grinder.xMaxDepth ? idx_grindflag_within : idx_grindflag_deeper;
         }
         xWheelPath[j] = (xDepth - (xWheelPath[j] - xPlane)) + xWheelPath[j];
         xProfile[j] = xProfile[j] - xCut;
@@ -117,7 +118,7 @@ ReturnCode grindsimu(float xStepSize, std::span<const tGrindSpot> tGrindSpots,
         return failure;
     }
     const Grinder grinder = grinder_of(setup, xStepSize);
-    std::fill(iGrindFlags.begin(), iGrindFlags.end(), not_ground);
+    std::fill(iGrindFlags.begin(), iGrindFlags.end(), idx_grindflag_none);
     for (const tGrindSpot& spot : tGrindSpots) {
         for (std::int32_t p = 0; p < spot.iNumPasses; ++p) {
             const GrindPass pass{spot.iDirection[p], spot.xDepth_mm[p], spot.iStart, spot.iEnd};

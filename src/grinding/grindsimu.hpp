@@ -10,17 +10,6 @@
 
 namespace vialto {
 
-// One int32 per sample.
-inline constexpr std::int32_t not_ground = idx_grindflag_none;
-inline constexpr std::int32_t ground = idx_grindflag_within;        // within MaxGrindingDepth_mm
-inline constexpr std::int32_t ground_deeper = idx_grindflag_deeper; // beyond it
-
-inline constexpr std::int32_t most_passes = vialto_mxPasses; // what a tGrindSpot has room for
-
-// Directions of a pass.
-inline constexpr std::int32_t towards_higher_samples = idx_grinddir_higher;
-inline constexpr std::int32_t towards_lower_samples = idx_grinddir_lower;
-
 // A machine on a profile of one interval: where its wheels stand, in samples from the head, and
 // what each weighs in the plane's height at the head. The inner distances may be negative, which
 // puts the wheel to the other side of the head.

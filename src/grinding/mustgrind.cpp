@@ -24,7 +24,7 @@ ReturnCode material_takenout_area(const MustGrindRequest& request,
     std::vector<float> xWork(request.xProfile.begin(), request.xProfile.end());
     tGrindSpot whole_road{};
     whole_road.iNumPasses = 1;
-    whole_road.iDirection[0] = towards_higher_samples;
+    whole_road.iDirection[0] = idx_grinddir_higher;
     whole_road.iEnd = static_cast<std::int32_t>(xWork.size()) - 1;
     return grindsimu(request.xStepSize, {&whole_road, 1}, request.setup, xWork, iGrindFlags) ==
                    success

@@ -58,7 +58,7 @@ inline constexpr float negligible_gain = 1.1920929e-7F;
 // in tOutOfSpec, in order, as gather_stretches lists them. Half a base length at either end is not
 // looked at, nor 250 mm more at the end with if250mmFilter 1.
 //
-// Fails with the failures of ridecon_drv, and for more than i_maxspots stretches.
+// Fails with the failures of ridecon_drv, and for more than vialto_i_maxspots stretches.
 [[nodiscard]] ReturnCode out_of_spec_spots(const MustGrindRequest& request,
                                            std::span<float> xRideBefore,
                                            std::vector<Spot>& tOutOfSpec);

@@ -28,7 +28,7 @@ void SpotList::rebuild_active() {
 
 void drop_spot(Spot& spot, std::span<std::int32_t> iGrindFlags) {
     spot.iStatus = spot_dropped;
-    set_flags(iGrindFlags, spot.iStart, spot.iEnd, not_ground);
+    set_flags(iGrindFlags, spot.iStart, spot.iEnd, idx_grindflag_none);
 }
 
 ReturnCode tossout_shortgrindspots(float x_grindlength_min, float xStepSize,
@@ -36,7 +36,7 @@ ReturnCode tossout_shortgrindspots(float x_grindlength_min, float xStepSize,
     const std::int32_t iMinLen = nint(x_grindlength_min / xStepSize);
     const bool all_listed = gather_stretches(
         1, static_cast<std::int64_t>(iGrindFlags.size()),
-        [&](std::size_t i) { return iGrindFlags[i] != not_ground; }, spots.tGrindSpots);
+        [&](std::size_t i) { return iGrindFlags[i] != idx_grindflag_none; }, spots.tGrindSpots);
     for (Spot& spot : spots.tGrindSpots) {
         if (spot.iEnd - spot.iStart < iMinLen) {
             drop_spot(spot, iGrindFlags);
@@ -61,7 +61,7 @@ void merge_closegrindspots(float x_grindgap_min, float xStepSize,
         Spot& growing = active_spot(p);
         Spot& next = active_spot(t);
         if (next.iStart - growing.iEnd < iMinGap) {
-            set_flags(iGrindFlags, growing.iEnd + 1, next.iStart - 1, ground);
+            set_flags(iGrindFlags, growing.iEnd + 1, next.iStart - 1, idx_grindflag_within);
             growing.iEnd = next.iEnd;
             next.iStatus = spot_dropped;
         } else {

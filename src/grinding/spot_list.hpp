@@ -14,8 +14,6 @@
 
 namespace vialto {
 
-inline constexpr std::size_t i_maxspots = vialto_i_maxspots; // of one list
-
 inline constexpr std::int32_t spot_active = 1;
 inline constexpr std::int32_t spot_dropped = 2;
 
@@ -43,7 +41,7 @@ void drop_spot(Spot& spot, std::span<std::int32_t> iGrindFlags);
 // length of its run, wherever the walk starts; and a stretch that opens on the last sample of the
 // walk is counted but not listed.
 //
-// Returns false, with the stretches before it listed, where the count exceeds i_maxspots.
+// Returns false, with the stretches before it listed, where the count exceeds vialto_i_maxspots.
 template <class Marked>
 [[nodiscard]] bool gather_stretches(std::int64_t first, std::int64_t last, const Marked& marked,
                                     std::vector<Spot>& stretches) {
@@ -55,7 +53,7 @@ template <class Marked>
             }
             open.reset();
         } else if (!open) {
-            if (stretches.size() == i_maxspots) {
+            if (stretches.size() == vialto_i_maxspots) {
                 return false;
             }
             const auto start = static_cast<std::int32_t>(i == first ? 1 : i);
@@ -73,7 +71,7 @@ template <class Marked>
 // Lists the stretches whose flag is not 1, and drops those shorter than x_grindlength_min [m]: they
 // become dropped spots, and their flags 1. The length is a difference of sample numbers.
 //
-// Fails where there are more than i_maxspots; the short ones before are dropped already.
+// Fails where there are more than vialto_i_maxspots; the short ones before are dropped already.
 [[nodiscard]] ReturnCode tossout_shortgrindspots(float x_grindlength_min, float xStepSize,
                                                  std::span<std::int32_t> iGrindFlags,
                                                  SpotList& spots);

@@ -41,7 +41,7 @@ ReturnCode joint_id_cal(const DetectionPass& pass, TrackDetection& left, TrackDe
 
 void clear_past_last_feature(const TrackDetection& detection) {
     const std::span<std::int32_t> types = detection.track.iTypes;
-    std::fill(types.begin() + detection.count, types.end(), feature_none);
+    std::fill(types.begin() + detection.count, types.end(), idx_jnttyp_none);
 }
 
 } // namespace

@@ -9,15 +9,10 @@
 
 namespace vialto {
 
-// Feature types.
-inline constexpr std::int32_t feature_none = idx_jnttyp_none;
-inline constexpr std::int32_t feature_joint = idx_jnttyp_joint;
-inline constexpr std::int32_t feature_crack = idx_jnttyp_crack;
-
 // One wheel track with its output arrays, which are as long as the profile.
 struct JointTrack {
     std::span<const float> xProfile; // m
-    std::span<std::int32_t> iTypes;  // out: feature_..., feature_none past the last feature
+    std::span<std::int32_t> iTypes;  // out: idx_jnttyp_..., none past the last feature
     std::span<double> xLocations;    // m from the start of the profile; out, ascending
 };
 

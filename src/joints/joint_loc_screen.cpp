@@ -11,7 +11,7 @@ void joint_loc_screen(bool ifKeepCracks, const tJointIDCfg& settings, std::int32
         return;
     }
     const double limit = share_of_spacing * static_cast<double>(settings.xDomJointSpacing);
-    types[0] = feature_joint;
+    types[0] = idx_jnttyp_joint;
     double last = locations[0];
     // What stays moves up in place, never past the place that is read next.
     std::size_t kept = 1;
@@ -22,7 +22,7 @@ void joint_loc_screen(bool ifKeepCracks, const tJointIDCfg& settings, std::int32
             last = location;
         }
         if (is_joint || ifKeepCracks) {
-            types[kept] = is_joint ? feature_joint : feature_crack;
+            types[kept] = is_joint ? idx_jnttyp_joint : idx_jnttyp_crack;
             locations[kept] = location;
             ++kept;
         }

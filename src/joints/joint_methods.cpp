@@ -35,7 +35,7 @@ public:
     // Enters a detection behind the features there are, and tells whether it lies nearer to the
     // last of them than `closest`, m.
     [[nodiscard]] bool enter(double location, double closest) {
-        track_.iTypes[count_] = feature_joint;
+        track_.iTypes[count_] = idx_jnttyp_joint;
         track_.xLocations[count_] = location;
         ++count_;
         return count_ > 1 && location - track_.xLocations[count_ - 2] < closest;
@@ -44,7 +44,7 @@ public:
     // Takes the last detection back.
     void reject() {
         --count_;
-        track_.iTypes[count_] = feature_none;
+        track_.iTypes[count_] = idx_jnttyp_none;
         track_.xLocations[count_] = rejected_location;
     }
 

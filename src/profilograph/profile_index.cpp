@@ -82,7 +82,7 @@ ReturnCode join_start_partial(std::size_t lot_number, float Linv, const Previous
     if (start.iType == no_scallop) {
         return success;
     }
-    if (found.scallops.size() >= max_scallops) {
+    if (found.scallops.size() >= vialto_mxScallops) {
         return raise_failure("maximum allowable scallops exceeded for a segment", name);
     }
     found.scallops.insert(found.scallops.begin(), as_scallop(start));
@@ -109,7 +109,7 @@ void append_end_partial(LotScallops& found) {
 ReturnCode write_defects(const TraceLot& lot, std::span<const Scallop> scallops, float xStepSize,
                          float xSlope, std::int32_t iNumDefects, std::span<tPGDefect> tDefects) {
     auto place = static_cast<std::size_t>(iNumDefects);
-    if (place + scallops.size() > std::size_t{i_PG_maxdefects}) {
+    if (place + scallops.size() > std::size_t{vialto_i_PG_maxdefects}) {
         return raise_failure("maximum allowable scallops exceeded for the entire trace", name);
     }
     const auto s = static_cast<std::int32_t>(lot.iStart);
@@ -121,8 +121,8 @@ ReturnCode write_defects(const TraceLot& lot, std::span<const Scallop> scallops,
         }
         // The slope is taken on the lot's own distance, which starts one step past its first
         // sample: deliberate.
-        const float xBand =
-            scallop.Type == scallop_above ? lot.result.xBBUpperStart : lot.result.xBBLowerStart;
+        const float xBand = scallop.Type == idx_pgdefect_above ? lot.result.xBBUpperStart
+                                                               : lot.result.xBBLowerStart;
         // The one place where sample numbers of the lot become indexes of the stretch.
         tDefects[place] = {.iStart = s - 1 + scallop.iStart,
                            .iEnd = s - 1 + scallop.iEnd,

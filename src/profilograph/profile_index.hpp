@@ -12,9 +12,6 @@
 
 namespace vialto {
 
-// Defects that a trace may have.
-inline constexpr std::int32_t i_PG_maxdefects = vialto_i_PG_maxdefects;
-
 // Both indexes of a lot that is too short to have one. It is a value, not a failure.
 inline constexpr float no_profile_index = -1.0F;
 

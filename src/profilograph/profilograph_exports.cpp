@@ -209,7 +209,9 @@ int32_t VIALTO_CALL pgindex_dll(int32_t iStartIndex, int32_t iEndIndex, float xS
                                 int32_t iNumLots, tPGLot* tPGLots, int32_t* iNumDefects,
                                 tPGDefect* tPGDefects, const int32_t* iNumBumps,
                                 tPGDefect* tPGBumps, tEvent* event) {
-    const auto bump_count = [&] { return std::clamp(*iNumBumps, 0, i_PG_maxdefects); };
+    const auto bump_count = [&] {
+        return std::clamp<std::int32_t>(*iNumBumps, 0, vialto_i_PG_maxdefects);
+    };
     const std::span<tPGLot> host_lots = host_array(tPGLots, iNumLots);
     // A longer lot on an empty or reversed stretch fails before it is read.
     const bool reads_trace = iStartIndex <= iEndIndex &&
@@ -243,11 +245,11 @@ int32_t VIALTO_CALL pgindex_dll(int32_t iStartIndex, int32_t iEndIndex, float xS
             reads_trace ? stretch_of(xPGTrace, iStartIndex, iEndIndex) : std::span<const float>();
         std::vector<TraceLot> lots = local_lots(host_lots, iStartIndex);
         if (pgindex(xStepSize, settings_of(xPGSettings), stretch, lots, *iNumDefects,
-                    host_array(tPGDefects, i_PG_maxdefects)) != success) {
+                    host_array(tPGDefects, vialto_i_PG_maxdefects)) != success) {
             return failure;
         }
         // pgindex has stopped at the limit; the test stands all the same.
-        if (*iNumDefects > i_PG_maxdefects) {
+        if (*iNumDefects > vialto_i_PG_maxdefects) {
             return raise_failure("iNumDefects > i_PG_maxdefects", routine_of_export);
         }
         for (std::size_t k = 0; k < lots.size(); ++k) {

@@ -19,8 +19,8 @@ struct Side {
     float sign;
 };
 
-constexpr Side above{scallop_above, 1.0F};
-constexpr Side below{scallop_below, -1.0F};
+constexpr Side above{idx_pgdefect_above, 1.0F};
+constexpr Side below{idx_pgdefect_below, -1.0F};
 
 struct Lot {
     std::span<const float> y;
@@ -47,7 +47,7 @@ struct Lot {
     // scallop it is measured from the sample before, of a lower one from that sample itself. Ahead
     // of the lot's first sample there is no crossing to measure.
     [[nodiscard]] float crossing_ahead(Side side, std::size_t i) const {
-        const std::size_t anchor = side.Type == scallop_above ? i - 1 : i;
+        const std::size_t anchor = side.Type == idx_pgdefect_above ? i - 1 : i;
         return i > 1 ? length(anchor) + (bu - height(side, anchor)) / slope(side, i)
                      : length(anchor);
     }
@@ -76,7 +76,7 @@ struct Lot {
 
 // Judges the scallop with the first sample s outside the band and the first sample e back in it.
 ReturnCode evaluate(const Lot& lot, Side side, std::size_t s, std::size_t e, LotScallops& found) {
-    if (found.scallops.size() >= max_scallops) {
+    if (found.scallops.size() >= vialto_mxScallops) {
         // Deliberately under the name of its caller: the path reads pgindex/pgindex/pgindex_dll.
         return raise_failure("maximum number of scallops exceeds the program limits. Try with "
                              "smaller segments",
@@ -190,7 +190,7 @@ void find_start_partial(const Lot& lot, Side side, std::size_t limit, PartialSca
     partial.iEnd = static_cast<std::int32_t>(j - 2);
     partial.EndX = lot.crossing_behind(side, m);
     // Deliberately one interval farther for a lower scallop.
-    partial.BeginX = side.Type == scallop_above ? 0.0F : lot.xStepSize;
+    partial.BeginX = side.Type == idx_pgdefect_above ? 0.0F : lot.xStepSize;
 }
 
 // Looks for the partial scallop in which the lot ends, down to sample `first`.

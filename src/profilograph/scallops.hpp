@@ -13,13 +13,8 @@
 
 namespace vialto {
 
-// Type of a scallop.
+// Type of a scallop, beside idx_pgdefect_....
 inline constexpr std::int32_t no_scallop = 0;
-inline constexpr std::int32_t scallop_above = idx_pgdefect_above;
-inline constexpr std::int32_t scallop_below = idx_pgdefect_below;
-
-// Whole scallops that a lot may hold.
-inline constexpr std::size_t max_scallops = vialto_mxScallops;
 
 struct ScallopRules {
     float BlankingBand;     // full width of the band about 0.0

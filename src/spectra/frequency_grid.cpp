@@ -12,11 +12,10 @@ namespace vialto {
 
 namespace {
 
-constexpr std::int32_t mxFreq = vialto_mxFreq;
 constexpr float points_per_octave = 6.0F; // unless the host asks for others
 
 std::vector<float> linear_grid(float df, float fmax) {
-    const std::int32_t M = std::min(truncate(fmax / df + 2.0F), mxFreq);
+    const std::int32_t M = std::min<std::int32_t>(truncate(fmax / df + 2.0F), vialto_mxFreq);
     std::vector<float> f(static_cast<std::size_t>(M));
     float frequency = 0.0F;
     for (float& point : f) {
@@ -32,7 +31,7 @@ std::vector<float> octave_grid(float df0, float nOct, float fmax) {
     std::vector<float> f{df0};
     do {
         f.push_back(std::max(f.back() * r, f.back() + df0));
-    } while (!(f.back() > fmax) && f.size() < mxFreq);
+    } while (!(f.back() > fmax) && f.size() < vialto_mxFreq);
     return f;
 }
 

@@ -15,7 +15,6 @@ namespace vialto {
 
 namespace {
 
-constexpr std::int32_t mxProfile = vialto_mxProfile;
 constexpr float ln_2 = 0.6931472F;
 constexpr float pi = 3.14159265F;
 
@@ -140,7 +139,7 @@ void correct_for_difference(std::int32_t iPSDType, float dx, std::span<const flo
     const float s_squared = s * s;
     const float gain = (s_squared * dx * dx) * 0.25F;
     for (std::size_t i = 0; i < B.size(); ++i) {
-        if (iPSDType == psd_of_slope) {
+        if (iPSDType == idx_psdtyp_slope) {
             B[i] = B[i] * s_squared;
             continue;
         }
@@ -155,13 +154,13 @@ ReturnCode psd_drv(const tPSDCon& settings, std::int32_t N, float xStepSize,
                    std::span<const float> xProfile, std::span<float> xFreq, std::span<float> xPSD,
                    std::int32_t& iFreqBegin, std::int32_t& iFreqEnd) {
     constexpr std::string_view name = "psd_drv";
-    if (N > mxProfile) {
+    if (N > vialto_mxProfile) {
         return raise_failure("profile data exceeds maximum allowed - may change later", name);
     }
-    if (settings.iPSDType != psd_of_elevation && settings.iPSDType != psd_of_slope) {
+    if (settings.iPSDType != idx_psdtyp_elevation && settings.iPSDType != idx_psdtyp_slope) {
         return raise_failure("iPSDType is not well-defined", name);
     }
-    if (settings.iOctaveBands != octave_bands && settings.iOctaveBands != evenly_spaced_bands) {
+    if (settings.iOctaveBands != idx_psdband_octave && settings.iOctaveBands != idx_psdband_even) {
         return raise_failure("iOctaveBands is not well-defined", name);
     }
     if (N < 2) {
@@ -170,7 +169,7 @@ ReturnCode psd_drv(const tPSDCon& settings, std::int32_t N, float xStepSize,
         return success;
     }
     const GridMode mode =
-        settings.iOctaveBands == octave_bands ? GridMode::octave : GridMode::linear;
+        settings.iOctaveBands == idx_psdband_octave ? GridMode::octave : GridMode::linear;
     const std::vector<float> f = GETFREQ(
         mode, settings.xFreqInterval, static_cast<float>(settings.iPointsPerOctave), xStepSize, N);
 

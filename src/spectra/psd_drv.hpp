@@ -14,14 +14,9 @@
 
 namespace vialto {
 
-inline constexpr std::int32_t psd_of_elevation = idx_psdtyp_elevation;
-inline constexpr std::int32_t psd_of_slope = idx_psdtyp_slope;
-inline constexpr std::int32_t octave_bands = idx_psdband_octave;
-inline constexpr std::int32_t evenly_spaced_bands = idx_psdband_even;
-
 struct tPSDCon {
-    std::int32_t iPSDType;         // psd_of_...
-    std::int32_t iOctaveBands;     // ..._bands
+    std::int32_t iPSDType;         // idx_psdtyp_...
+    std::int32_t iOctaveBands;     // idx_psdband_...
     std::int32_t iPointsPerOctave; // of octave bands; below 1 stands for 6
     float xFreqInterval;           // cycles/m; of even spacing; raised to what the stretch allows
 };

@@ -148,7 +148,7 @@ TEST_F(Grinding, FailsWithoutATableAndKeepsWhatIsGround) {
     EXPECT_EQ(flags, Flags(24, -5));
     EXPECT_EQ(grind({{2, {1, 3}, {4000.0F}, 0, 23}}), "101 2 grindsimu/grindsimu_dlldrv" + lost);
     EXPECT_EQ(road[12], 4.0F);
-    EXPECT_EQ(flags[12], ground_deeper);
+    EXPECT_EQ(flags[12], idx_grindflag_deeper);
     EXPECT_EQ(grind({{11, {1}, {}, 0, 23}}),
               "100 2 grindsimu_dlldrv: tGrindSpots holds a spot with more than ten passes");
     EXPECT_FALSE(directory.holds("grindsimu_dlldrv.txt"));
@@ -240,7 +240,7 @@ TEST_F(Grinding, FiftyFeetAheadOfASpotAre1220SamplesOf12AndAHalfMillimetres) {
         road.assign(3000, 0.0F);
         road[place] = 0.01F;
         EXPECT_EQ(must_grind(), "");
-        EXPECT_EQ(flags[place], place == 1220 ? ground : not_ground);
+        EXPECT_EQ(flags[place], place == 1220 ? idx_grindflag_within : idx_grindflag_none);
     }
 }
 
@@ -334,7 +334,7 @@ TEST_F(Grinding, FailsWithTheStepsNamedAndTheFlagsReached) {
     cfg.iRideIndexType = idx_ridests_TwoRN;
     EXPECT_EQ(must_grind(), "101 2 ride_stats/ridecon_drv/out_of_spec_spots/mustgrind/"
                             "mustgrind_dlldrv: two RN is no longer supported");
-    EXPECT_EQ(flags, Flags(24, not_ground));
+    EXPECT_EQ(flags, Flags(24, idx_grindflag_none));
     const std::string average =
         "101 2 mvgavg/filtcon_drv/grindsimu/material_takenout_area/mustgrind/";
     const std::string longer = ": moving average base length is greater the sampling distance";
@@ -351,7 +351,7 @@ TEST_F(Grinding, FailsWithTheStepsNamedAndTheFlagsReached) {
     std::fill(road.begin() + 3000, road.end(), 1.0e35F);
     EXPECT_EQ(must_grind(), "101 2 compute_iri/ride_stats/ridecon_drv/evaluate_impact/mustgrind/"
                             "mustgrind_dlldrv: the calculated IRI is not a number");
-    EXPECT_EQ(flags[0], ground_deeper);
+    EXPECT_EQ(flags[0], idx_grindflag_deeper);
 }
 
 TEST_F(Grinding, ListsAHundredThousandStretchesAtMost) {
@@ -363,7 +363,7 @@ TEST_F(Grinding, ListsAHundredThousandStretchesAtMost) {
     cfg.x_grindlength_min = 10.0F;
     EXPECT_EQ(must_grind(), "101 2 tossout_shortgrindspots/mustgrind/mustgrind_dlldrv: i_maxspots "
                             "exceeded for grinding - try smaller sections");
-    EXPECT_EQ(flags[8], not_ground) << "short ones before the limit are dropped";
+    EXPECT_EQ(flags[8], idx_grindflag_none) << "short ones before the limit are dropped";
     road[8] = 0.0F;
     cfg.xRideThreshold = INFINITY;
     EXPECT_EQ(must_grind(), "");

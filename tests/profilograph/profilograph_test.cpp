@@ -199,8 +199,8 @@ TEST(ProfilographTrace, WritesItsValidSamplesAloneAndADiagnosticFileOfTheStretch
 }
 
 TEST(Scallops, AreMeasuredFromCrossingToCrossing) {
-    constexpr float above = scallop_above;
-    constexpr float below = scallop_below;
+    constexpr float above = idx_pgdefect_above;
+    constexpr float below = idx_pgdefect_below;
     constexpr float epsilon = 0x1p-23F; // of the machine
     const Samples peak{0, 4, 6, 4, 0};
     const Samples ends{6, 5, 4, 0, 4, 5, 6};

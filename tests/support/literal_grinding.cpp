@@ -99,7 +99,8 @@ LiteralMustGrind literal_mustgrind(const MustGrindRequest& request) {
         }
         if (!helps) {
             spot.iStatus = spot_dropped;
-            std::fill(flags.begin() + (spot.iStart - 1), flags.begin() + spot.iEnd, not_ground);
+            std::fill(flags.begin() + (spot.iStart - 1), flags.begin() + spot.iEnd,
+                      idx_grindflag_none);
         }
     }
     list.rebuild_active();
