@@ -635,7 +635,8 @@ namespace Vialto
     /// function tells of, <see cref="ArgumentNullException"/> for an array that is null, and
     /// <see cref="ArgumentException"/> for arrays whose lengths do not fit. Most write a diagnostic
     /// file to the directory that the environment variable TMP names; without one, to a directory
-    /// of the process that goes when it ends.</remarks>
+    /// of the process that goes when it ends. Any number of threads may call at the same
+    /// time.</remarks>
     public static class Analysis
     {
         /// <summary>Wheel offsets of a profilograph with twelve wheels in two groups, at the ends

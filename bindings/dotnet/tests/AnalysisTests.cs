@@ -300,6 +300,31 @@ namespace Vialto.Tests
     }
 
     [TestFixture]
+    public class ThreadTests
+    {
+        static string Answer(int request)
+        {
+            float[] road = Rough(request % 16);
+            switch (request % 3)
+            {
+                case 0: return Analysis.RideIndex(road, Interval).ToString("R");
+                case 1: return Analysis.WimErrorIndex(road, Interval).Sum().ToString("R");
+                default:
+                    return Assert.Throws<VialtoException>(
+                        () => Analysis.ContinuousRideIndex(road, Interval, 1e6f)).Message;
+            }
+        }
+
+        [Test]
+        public void EveryThreadGetsTheNumbersAndTheFailuresOfOneAlone()
+        {
+            var requests = Enumerable.Range(0, 480);
+            Assert.That(requests.AsParallel().AsOrdered().WithDegreeOfParallelism(8).Select(Answer),
+                        Is.EqualTo(requests.Select(Answer)));
+        }
+    }
+
+    [TestFixture]
     public class FailureTests
     {
         [Test]

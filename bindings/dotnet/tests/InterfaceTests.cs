@@ -124,15 +124,6 @@ namespace Vialto.Tests
             Assert.That(documented, Is.EquivalentTo(expected));
         }
 
-        [Test]
-        public void VersionOfTheHeader()
-        {
-            string version = string.Join(".", Regex.Matches(Header, @"VIALTO_VERSION_\w+ (\d+)")
-                .Cast<Match>().Select(match => match.Groups[1].Value));
-            Assert.That(File.ReadAllText(Source + "/bindings/dotnet/Vialto.csproj"),
-                        Is.StringContaining($"<Version>{version}</Version>"));
-        }
-
         static int Value(string name)
         {
             int dot = name.LastIndexOf('.');
