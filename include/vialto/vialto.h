@@ -32,6 +32,9 @@
  *     path leaves the file to it and writes none; that is no failure. A process that forks between
  *     its calls goes on calling in both halves. No thread may change the environment (TMP) while
  *     another calls.
+ *  7. A call runs in the default floating-point environment, whatever the host has set: rounding to
+ *     nearest, no exception trapped, denormals kept. The host's environment is back on every way
+ *     out, with the flags that it had raised and no other.
  */
 #ifndef VIALTO_VIALTO_H
 #define VIALTO_VIALTO_H

@@ -6,6 +6,7 @@
 
 #include "frame/file_units.hpp"
 #include "frame/fixed_text.hpp"
+#include "frame/float_environment.hpp"
 
 namespace vialto {
 
@@ -103,6 +104,7 @@ void ArgumentCheck::refuse(std::string_view name, std::string_view problem) {
 }
 
 ReturnCode run_export(const ExportFrame& frame, tEvent* host_event, const ExportSteps& steps) {
+    const DefaultFloatEnvironment float_environment;
     reset_event();
     CallFile file(frame);
     if (run_without_exceptions(frame, file, steps) == success) {

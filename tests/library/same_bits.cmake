@@ -1,6 +1,8 @@
-# Holds the digests that PROGRAM prints to those in EXPECTED, and prints the rows that differ.
+# Holds the digests that PROGRAM prints in a floating-point ENVIRONMENT of the host to those in EXPECTED,
+# and prints the rows that differ.
 cmake_minimum_required(VERSION 3.21)
-execute_process(COMMAND ${EMULATOR} ${PROGRAM} OUTPUT_VARIABLE found COMMAND_ERROR_IS_FATAL ANY)
+execute_process(COMMAND ${EMULATOR} ${PROGRAM} ${ENVIRONMENT}
+  OUTPUT_VARIABLE found COMMAND_ERROR_IS_FATAL ANY)
 string(REPLACE "\r" "" found "${found}")
 file(READ ${EXPECTED} expected)
 if(found STREQUAL expected)

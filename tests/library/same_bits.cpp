@@ -1,6 +1,7 @@
 // Prints a digest of the outputs of every function over a fixed row of requests, good, failing and
 // hostile: returned codes, events, arrays, records, diagnostic files. The same input gives the same
-// bits on every compiler, optimisation level and word size, and so the same lines.
+// bits on every compiler, optimisation level and word size, and so the same lines. So it does in every
+// floating-point environment of the host's, of which one may be named as argument.
 //
 // A digest says that results differ, not which of them is right: the tests of each room say that.
 // It is the wrong tool across mathematical libraries: tan, sin, cos, exp and log are theirs, and
@@ -11,10 +12,12 @@
 #include <cstdio>
 #include <filesystem>
 #include <set>
+#include <string_view>
 
 #include "library/digest.hpp"
 #include "library/request_rows.hpp"
 #include "support/host.hpp"
+#include "support/host_environment.hpp"
 
 namespace vialto::test {
 
@@ -22,13 +25,24 @@ namespace {
 
 class CountingCaller : public DigestingCaller {
 public:
+    explicit CountingCaller(std::string_view environment) : environment_(environment) {}
+
     std::int32_t call(const fuzz::Function& function, tEvent* event) override {
-        const std::int32_t result = DigestingCaller::call(function, event);
+        const auto call_in_environment = [&](tEvent* record) {
+            const HostEnvironment host(environment_);
+            const std::int32_t result = function(record);
+            lost_environments_ += host.still_stands() ? 0 : 1;
+            return result;
+        };
+        const std::int32_t result = DigestingCaller::call(call_in_environment, event);
         (result == vialto_success ? served_ : failed_) += 1;
         see_diagnostic_files();
         return result;
     }
     void print(const char* function) const {
+        if (lost_environments_ > 0) {
+            std::printf("%-24s changes the environment\n", function);
+        }
         std::printf("%-24s %016llx %4d served %4d failed\n", function,
                     static_cast<unsigned long long>(digest.value()), served_, failed_);
     }
@@ -42,19 +56,22 @@ private:
         }
     }
 
+    std::string_view environment_;
     TemporaryDirectory directory_;
     int served_ = 0;
     int failed_ = 0;
+    int lost_environments_ = 0;
 };
 
 } // namespace
 
 } // namespace vialto::test
 
-int main() {
+int main(int count, char** arguments) {
     using namespace vialto;
+    const std::string_view environment = count > 1 ? arguments[1] : "default";
     for (const fuzz::Request& request : test::all_requests()) {
-        test::CountingCaller caller;
+        test::CountingCaller caller(environment);
         for (std::uint32_t number = 0; number < test::requests_of_each; ++number) {
             const auto bytes = test::bytes_of_request(number);
             fuzz::FuzzedHost host(bytes, caller);
