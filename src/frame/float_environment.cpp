@@ -1,7 +1,13 @@
 #include "frame/float_environment.hpp"
 
+#include <cfloat>
+
 #if defined(__SSE2__)
 #include <xmmintrin.h>
+#endif
+
+#if defined(__FAST_MATH__) || __FINITE_MATH_ONLY__ || FLT_EVAL_METHOD != 0
+#error "Other bits: compile without -ffast-math or its parts, and for SSE2 instead of the x87."
 #endif
 
 namespace vialto {
