@@ -8,6 +8,7 @@ import typer
 
 import vialto
 from vialto.network.command import network
+from vialto.report.command import report
 
 app = typer.Typer(
     no_args_is_help=True,
@@ -33,4 +34,5 @@ def _main(
     """Numerical analyses of measured road profiles."""
 
 
+app.command()(report)
 app.command()(network)

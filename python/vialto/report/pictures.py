@@ -1,0 +1,400 @@
+"""The pictures of a road, as Plotly figures."""
+
+from __future__ import annotations
+
+from collections.abc import Callable, Iterator
+from dataclasses import dataclass
+
+import numpy as np
+import plotly.graph_objects as go
+from plotly.subplots import make_subplots
+
+from vialto._arrays import Doubles
+from vialto._library import VialtoError
+from vialto.comparison import Comparison, compare_profiles
+from vialto.defaults import LOCAL_BASE_LENGTH, LOCAL_ROUGHNESS, SECTION
+from vialto.filters import Filter
+from vialto.grinding import (
+    GrindSpot,
+    MustGrind,
+    grind,
+    grind_two_tracks,
+    must_grind,
+    must_grind_two_tracks,
+)
+from vialto.profilograph import MM_PER_M, DefectKind, Profilograph, run_profilograph
+from vialto.ride import RideIndex, continuous_ride_index
+from vialto.road import Road
+from vialto.spectra import power_spectral_density, rolling_straightedge
+from vialto.tables import PER_KM, joint_table, stretches
+
+from .drawing import (
+    COLOURS,
+    MARK,
+    by_distance,
+    marked_line,
+    segments,
+    styled,
+    track_line,
+)
+from .numbers import STRAIGHTEDGE
+
+WAVELENGTHS = (0.1, 0.2, 0.5, 1, 2, 5, 10, 20, 50, 100, 200)  # m; ticks of the upper axis
+
+
+@dataclass(frozen=True)
+class Settings:
+    """What a report shows.
+
+    Attributes
+    ----------
+    section : float
+        Length of a section, m: of the table, and of the lots of the profilograph.
+    threshold : float
+        Of the moving IRI over 7.62 m, m/km: what is above it is marked, and ground.
+    joints : float, optional
+        Expected spacing of joints, m; without it none are looked for.
+    reference : Road, optional
+        What the road is compared with.
+    """
+
+    section: float = SECTION
+    threshold: float = LOCAL_ROUGHNESS
+    joints: float | None = None
+    reference: Road | None = None
+
+
+@dataclass(frozen=True)
+class Picture:
+    """One picture, or why there is none.
+
+    Attributes
+    ----------
+    name : str
+        Of the picture, for programs.
+    title : str
+        For people.
+    figure : plotly.graph_objects.Figure, optional
+        The picture.
+    by_distance : bool
+        Whether its horizontal axis is the distance, which all such pictures share.
+    note : str
+        What it shows, or why it was left out.
+    """
+
+    name: str
+    title: str
+    figure: go.Figure | None
+    by_distance: bool
+    note: str
+
+
+def figures(road: Road, settings: Settings | None = None) -> dict[str, go.Figure]:
+    """The figures of a road, by name; without those that it is too short for.
+
+    Parameters
+    ----------
+    road : Road
+        One track or two.
+    settings : Settings, optional
+        Those of a highway at 25 mm by default.
+
+    Returns
+    -------
+    dict of str to plotly.graph_objects.Figure
+        ``elevation``, ``moving_iri``, ``profilograph``, ``straightedge``, ``grinding`` and
+        ``spectrum``; ``joints``, ``agreement`` and ``filtered`` where the settings ask.
+    """
+    return {
+        picture.name: picture.figure
+        for picture in pictures(road, settings)
+        if picture.figure is not None
+    }
+
+
+def pictures(road: Road, settings: Settings | None = None) -> Iterator[Picture]:
+    """The pictures of a road, one after the other, with those that were left out."""
+    settings = Settings() if settings is None else settings
+    for name, (title, over_distance, draw, asked) in _PICTURES.items():
+        if asked(settings):
+            try:
+                figure, note = draw(road, settings)
+            except (VialtoError, ValueError) as short:
+                yield Picture(name, title, None, over_distance, f"Left out: {short}")
+            else:
+                yield Picture(name, title, figure, over_distance, note)
+
+
+_Drawn = tuple[go.Figure, str]
+
+
+def _elevation(road: Road, _settings: Settings) -> _Drawn:
+    lines = [track_line(road, side, track) for side, track in road.tracks.items()]
+    return by_distance(road, lines, "elevation, m"), "The road as it was measured."
+
+
+def _moving(road: Road, track: Doubles) -> Doubles:
+    moving = continuous_ride_index(
+        track,
+        road.interval,
+        base_length=LOCAL_BASE_LENGTH,
+        moving_average=road.moving_average,
+    )
+    return PER_KM * np.asarray(moving, np.float64)
+
+
+def _moving_iri(road: Road, settings: Settings) -> _Drawn:
+    lines, over = [], np.zeros(road.samples, bool)
+    for side, track in road.tracks.items():
+        moving = _moving(road, track)
+        above = moving > settings.threshold
+        over |= above
+        lines.append(track_line(road, side, moving))
+        name = f"{side}, above {settings.threshold:g} m/km"
+        lines.append(marked_line(road, moving, above, name))
+    figure = by_distance(road, lines, "IRI over 7.62 m, m/km")
+    figure.add_hline(y=settings.threshold, line={"color": MARK, "width": 1, "dash": "dot"})
+    found = stretches(over, road.interval)
+    return figure, (
+        f"{len(found)} stretches of {found['length'].sum():.1f} m together exceed"
+        f" {settings.threshold:g} m/km."
+    )
+
+
+def _profilograph(road: Road, settings: Settings) -> _Drawn:
+    lines, told = [], []
+    for side, track in road.tracks.items():
+        run = run_profilograph(track, road.interval, lot_length=settings.section)
+        lines.append(track_line(road, side, run.trace.height))
+        bands = [
+            (
+                road.start + road.interval * lot.first,
+                first,
+                road.start + road.interval * lot.last,
+                last,
+            )
+            for lot in run.index.lots
+            for first, last in (lot.upper_band, lot.lower_band)
+        ]
+        x, y = segments(bands)
+        dashed = {"color": COLOURS[side], "width": 1, "dash": "dash"}
+        lines.append(go.Scatter(x=x, y=y, name=f"{side}, blanking band", mode="lines", line=dashed))
+        lines.append(_defects(road, side, run))
+        told.append(f"{len(run.index.defects)} {side}")
+    figure = by_distance(road, lines, "trace, mm")
+    return figure, (
+        f"Twelve wheels, blanking band 2.54 mm, lots of {settings.section:g} m. Defects beyond the"
+        f" band: {', '.join(told)}."
+    )
+
+
+def _defects(road: Road, side: str, run: Profilograph) -> go.Scatter:
+    """Each defect as far as it reaches beyond its band."""
+    peaks = [
+        (
+            road.start + (defect.begin[0] + defect.end[0]) / 2.0,
+            (defect.begin[1] + defect.end[1]) / 2.0
+            + (1.0 if defect.kind == DefectKind.BUMP else -1.0) * defect.height,
+        )
+        for defect in run.index.defects
+    ]
+    symbols = [
+        "triangle-up" if defect.kind == DefectKind.BUMP else "triangle-down"
+        for defect in run.index.defects
+    ]
+    return go.Scatter(
+        x=[x for x, _ in peaks],
+        y=[y for _, y in peaks],
+        name=f"{side}, defects",
+        mode="markers",
+        marker={"color": MARK, "symbol": symbols, "size": 8},
+    )
+
+
+def _straightedge(road: Road, _settings: Settings) -> _Drawn:
+    lines = []
+    for side, track in road.tracks.items():
+        response = rolling_straightedge(track, road.interval, length=STRAIGHTEDGE)
+        if response.last < response.first:
+            raise ValueError(f"the road is shorter than a straightedge of {STRAIGHTEDGE:g} m")
+        shown = np.full(road.samples, np.nan)
+        shown[response.valid] = MM_PER_M * response.deflection[response.valid]
+        lines.append(track_line(road, side, shown))
+    figure = by_distance(road, lines, "deflection, mm")
+    return figure, f"The middle of {STRAIGHTEDGE:g} m against the mean of its ends."
+
+
+def _joints(road: Road, settings: Settings) -> _Drawn:
+    assert settings.joints is not None
+    found = joint_table(road, spacing=settings.joints)
+    lines = []
+    for (side, kind), rows in found.groupby(["track", "kind"]):
+        lines.append(
+            go.Scatter(
+                x=rows["location"],
+                y=rows["fault"],
+                name=f"{side}, {kind}s",
+                mode="markers",
+                marker={
+                    "color": COLOURS[str(side)],
+                    "symbol": "circle" if kind == "joint" else "x",
+                    "size": 7,
+                },
+            )
+        )
+    figure = by_distance(road, lines, "fault, mm")
+    return figure, f"{len(found)} joints and cracks; a fault is positive where the road drops."
+
+
+def _grinding(road: Road, settings: Settings) -> _Drawn:
+    sides = list(road.tracks)
+    left, right = road.tracks[sides[0]], road.tracks[sides[-1]]
+    wanted = MustGrind(
+        index=RideIndex.IRI if len(sides) == 1 else RideIndex.MRI,
+        threshold=settings.threshold / PER_KM,
+        base_length=LOCAL_BASE_LENGTH,
+        moving_average=road.moving_average,
+    )
+    if len(sides) == 1:
+        flags = must_grind(left, road.interval, wanted)
+    else:
+        flags = must_grind_two_tracks(left, right, road.interval, wanted)
+    found = stretches(flags, road.interval, start=road.start)
+    spots = [
+        GrindSpot(int(first), int(last))
+        for first, last in zip(found["first"], found["last"], strict=True)
+    ]
+    if len(sides) == 1:
+        after = {sides[0]: grind(left, road.interval, spots).profile}
+    else:
+        ground = grind_two_tracks(left, right, road.interval, spots)
+        after = {"left": ground.left, "right": ground.right}
+    figure = make_subplots(rows=2, shared_xaxes=True, vertical_spacing=0.06)
+    for side, track in road.tracks.items():
+        before = np.asarray(track, np.float32)
+        figure.add_trace(track_line(road, side, before, " before"), row=1, col=1)
+        cut = marked_line(road, after[side], before != after[side], f"{side} after, where ground")
+        figure.add_trace(cut, row=1, col=1)
+        depth = MM_PER_M * (before - after[side])
+        figure.add_trace(track_line(road, side, depth, " cut"), row=2, col=1)
+    figure.update_xaxes(range=[road.start, road.start + road.length])
+    figure.update_xaxes(title="distance, m", row=2, col=1)
+    figure.update_yaxes(title="elevation, m", row=1, col=1)
+    figure.update_yaxes(title="cut, mm", row=2, col=1)
+    return styled(figure, height=480), (
+        f"{len(found)} stretches of {found['length'].sum():.1f} m together, by which a moving"
+        f" {wanted.index.name} above {settings.threshold:g} m/km goes down, ground once by a"
+        " machine of 5.5 m."
+    )
+
+
+def _spectrum(road: Road, _settings: Settings) -> _Drawn:
+    figure = go.Figure()
+    for side, track in road.tracks.items():
+        spectrum = power_spectral_density(track, road.interval)
+        line = {"color": COLOURS[side]}
+        figure.add_trace(go.Scatter(x=spectrum.frequency, y=spectrum.density, name=side, line=line))
+    figure.add_trace(go.Scatter(x=[1.0], y=[np.nan], xaxis="x2", showlegend=False))
+    styled(figure, height=420)
+    figure.update_layout(
+        margin={"t": 80},
+        legend={"y": 1.15},
+        xaxis={"type": "log", "title": "wavenumber, cycles/m"},
+        xaxis2={
+            "type": "log",
+            "title": "wavelength, m",
+            "side": "top",
+            "overlaying": "x",
+            "matches": "x",
+            "tickvals": [1.0 / length for length in WAVELENGTHS],
+            "ticktext": [f"{length:g}" for length in WAVELENGTHS],
+            "showgrid": False,
+        },
+        yaxis={"type": "log", "title": "slope density, m", "exponentformat": "power"},
+    )
+    return figure, "How rough the road is at each wavelength, in twelve steps an octave."
+
+
+def _comparisons(road: Road, settings: Settings) -> dict[str, Comparison]:
+    """The agreement of each track that both roads have, or of their only ones."""
+    reference = settings.reference
+    assert reference is not None
+    sides = [side for side in road.tracks if side in reference.tracks]
+    pairs = {side: side for side in sides} or {
+        next(iter(road.tracks)): next(iter(reference.tracks))
+    }
+    return {
+        side: compare_profiles(
+            reference.tracks[other],
+            road.tracks[side],
+            reference.interval,
+            road.interval,
+            settings=Filter(moving_average=road.moving_average),
+        )
+        for side, other in pairs.items()
+    }
+
+
+def _agreement(road: Road, settings: Settings) -> _Drawn:
+    figure = go.Figure()
+    told = []
+    for side, found in _comparisons(road, settings).items():
+        line = {"color": COLOURS[side]}
+        figure.add_trace(go.Scatter(x=found.offsets, y=found.coefficients, name=side, line=line))
+        told.append(f"{side} {found.coefficient:.1f} % at {found.offset:.3f} m")
+    figure.update_xaxes(title="offset, m")
+    figure.update_yaxes(title="agreement, %")
+    return styled(figure), (
+        f"Best agreement of the slopes behind the quarter car: {', '.join(told)}. An offset is"
+        " positive where this road begins farther along than the reference."
+    )
+
+
+def _filtered(road: Road, settings: Settings) -> _Drawn:
+    assert settings.reference is not None
+    lines = []
+    for side, found in _comparisons(road, settings).items():
+        of_reference = {"color": "#666666", "width": 1.2}
+        lines.append(
+            go.Scatter(
+                x0=road.start - found.offset,
+                dx=settings.reference.interval,
+                y=MM_PER_M * found.reference_filtered,
+                name=f"{side}, reference",
+                mode="lines",
+                line=of_reference,
+            )
+        )
+        lines.append(track_line(road, side, MM_PER_M * found.test_filtered))
+    figure = by_distance(road, lines, "filtered slope, mm/m")
+    return figure, "Both roads behind the quarter car, the reference moved by the best offset."
+
+
+_Draw = Callable[[Road, Settings], _Drawn]
+
+
+def _always(_settings: Settings) -> bool:
+    return True
+
+
+_PICTURES: dict[str, tuple[str, bool, _Draw, Callable[[Settings], bool]]] = {
+    "elevation": ("Elevation", True, _elevation, _always),
+    "moving_iri": ("Moving IRI", True, _moving_iri, _always),
+    "profilograph": ("Profilograph", True, _profilograph, _always),
+    "straightedge": ("Straightedge", True, _straightedge, _always),
+    "joints": ("Joints and faults", True, _joints, lambda settings: settings.joints is not None),
+    "grinding": ("Grinding", True, _grinding, _always),
+    "filtered": (
+        "Filtered profiles",
+        True,
+        _filtered,
+        lambda settings: settings.reference is not None,
+    ),
+    "agreement": (
+        "Agreement with the reference",
+        False,
+        _agreement,
+        lambda settings: settings.reference is not None,
+    ),
+    "spectrum": ("Slope spectrum", False, _spectrum, _always),
+}
