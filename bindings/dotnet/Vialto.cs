@@ -629,14 +629,17 @@ namespace Vialto
     }
 
     /// <summary>A function for each analysis of the library.</summary>
-    /// <remarks>A profile is an array of elevations in metres, one each interval, which is in
-    /// metres, too; two tracks have one length. No array that is handed over is changed. All
-    /// functions throw <see cref="VialtoException"/> with the failures that the contract of the C
-    /// function tells of, <see cref="ArgumentNullException"/> for an array that is null, and
-    /// <see cref="ArgumentException"/> for arrays whose lengths do not fit. Most write a diagnostic
-    /// file to the directory that the environment variable TMP names; without one, to a directory
-    /// of the process that goes when it ends. Any number of threads may call at the same
-    /// time.</remarks>
+    /// <remarks>
+    /// <para>A profile is an array of elevations in metres, one each interval, which is in metres,
+    /// too; two tracks have one length. No array that is handed over is changed. Samples are not
+    /// looked at: a NaN can give a number that looks right, and no failure.</para>
+    /// <para>All functions throw <see cref="VialtoException"/> with the failures that the contract
+    /// of the C function tells of, <see cref="ArgumentNullException"/> for an array that is null,
+    /// and <see cref="ArgumentException"/> for arrays whose lengths do not fit. Any number of
+    /// threads may call at the same time.</para>
+    /// <para>Most functions write a diagnostic file to the directory that the environment variable
+    /// TMP names; without one, to a directory of the process that goes when it ends.</para>
+    /// </remarks>
     public static class Analysis
     {
         /// <summary>Wheel offsets of a profilograph with twelve wheels in two groups, at the ends

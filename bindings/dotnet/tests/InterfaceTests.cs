@@ -1,4 +1,5 @@
-// Functions, records and named values are those of the C header.
+// Functions, records and named values are those of the C header, defaults those of the Python
+// package.
 using System;
 using System.Collections.Generic;
 using System.Diagnostics;
@@ -122,6 +123,41 @@ namespace Vialto.Tests
                 .Select(member => member.SelectSingleNode(".//c").InnerText + "=" +
                                   Value(member.GetAttribute("name").Substring("F:".Length)));
             Assert.That(documented, Is.EquivalentTo(expected));
+        }
+
+        // Numbers and switches, as "function.parameter=value" or "Settings.field=value".
+        [Test]
+        public void DefaultsOfThePythonPackage()
+        {
+            string python = string.Join("\n",
+                Directory.GetFiles(Source + "/python/vialto", "*.py").Select(File.ReadAllText));
+            var theirs = Regex
+                .Matches(python, @"^(?:def|class) (\w+)(.*?)(?=^\S|\z)",
+                         RegexOptions.Multiline | RegexOptions.Singleline).Cast<Match>()
+                .SelectMany(match => Regex.Matches(match.Groups[2].Value,
+                                                   @"(\w+): (?:float|int|bool) = ([\w.]+)")
+                    .Cast<Match>().Select(one => match.Groups[1] + "." + one.Groups[1] + "=" +
+                                                 Regex.Replace(one.Groups[2].Value, @"\.0$", "")));
+            var ours = typeof(Analysis).GetMethods()
+                .SelectMany(method => method.GetParameters().Select(parameter => new {
+                    Name = Snake(method.Name) + "." + Snake(parameter.Name),
+                    Value = parameter.ParameterType.IsEnum ? null : parameter.RawDefaultValue
+                }))
+                .Concat(new object[] { new Grinder(), new MustGrind(), new Filter() }
+                    .SelectMany(settings => settings.GetType().GetProperties().Select(field => new {
+                        Name = settings.GetType().Name + "." + Snake(field.Name),
+                        Value = field.GetValue(settings)
+                    })))
+                .Where(one => one.Value is float || one.Value is int || one.Value is bool)
+                .Select(one => one.Name + "=" + one.Value);
+            Assert.That(ours.Except(theirs), Is.Empty);
+            Assert.That(Regex.Match(python, @"TWELVE_WHEELS = \((.*)\)").Groups[1].Value,
+                        Is.EqualTo(string.Join(", ", Analysis.TwelveWheels)));
+        }
+
+        static string Snake(string name)
+        {
+            return Regex.Replace(name, "(?<=[a-z])[A-Z]", "_$0").ToLower();
         }
 
         static int Value(string name)
