@@ -24,11 +24,6 @@ constexpr int platform_flags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 constexpr int readable_and_writable = 0666; // by whom the host's mask lets
 constexpr std::size_t largest_write = 1U << 30U;
 
-bool takes_text(int descriptor) {
-    struct stat status {};
-    return fstat(descriptor, &status) == 0 && (S_ISREG(status.st_mode) || S_ISCHR(status.st_mode));
-}
-
 // A file that is cut to nothing is written to the disk when it is closed, by ext4 among others:
 // that takes a hundred times as long as the whole call. So it is cut to the length of the text that
 // is then written over what is left.
@@ -46,11 +41,12 @@ int open_text_file(const char* path, TextFile& file) {
     if (descriptor == TextFile::closed) {
         return errno;
     }
-    if (!takes_text(descriptor)) {
+    struct stat status {};
+    if (fstat(descriptor, &status) != 0 || !(S_ISREG(status.st_mode) || S_ISCHR(status.st_mode))) {
         close(descriptor);
         return ENXIO; // as for a pipe that nobody reads, which does not open at all
     }
-    file = {.descriptor = descriptor, .holds_former_text = true};
+    file = {.descriptor = descriptor, .holds_former_text = status.st_size > 0};
     return 0;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <filesystem>
 #include <random>
 #include <string>
 
@@ -158,6 +159,19 @@ TEST_F(Grinding, FailsWithoutATableAndKeepsWhatIsGround) {
     EXPECT_TRUE(grind({{1, {1}, {}, 0, 23}}).starts_with("102 2 io_tmp_file/grindsimu_dlldrv: "));
     EXPECT_EQ(road[12], 4.0F);
     EXPECT_EQ(flags[12], -5);
+}
+
+TEST_F(Grinding, KeepsTheFileOfTwoTracksWholeWhereThePathsOfBothFilesAreCutToOne) {
+    std::string cut = directory.path().string() + "/";
+    cut.resize(118, 'd');
+    std::filesystem::create_directory(cut);
+    set_tmp(cut);
+    for (int call = 0; call < 3; ++call) {
+        EXPECT_EQ(grind_both({{}}), "");
+        EXPECT_EQ(directory.text_of(cut + "/grindsimu"),
+                  " xStepSize      : 1\n iNumGrindSpots : 1\n nsamp          : 24\n"
+                  " done with the grindsimu_dlldrv calls\n");
+    }
 }
 
 TEST_F(Grinding, NamesTheArgumentThatItRefuses) {
