@@ -56,9 +56,44 @@ def test_marks_stand_where_the_moving_iri_exceeds_the_threshold() -> None:
     whole = road("left")
     figure = report.figures(whole, report.Settings(threshold=2.0))["moving_iri"]
     moving = 1000.0 * vialto.continuous_ride_index(whole.tracks["left"], INTERVAL)
-    marked = np.asarray(figure.data[1].x)
-    assert np.isfinite(marked).sum() == (moving > 2.0).sum() > 0
-    assert marked[0] == DISTANCE[np.argmax(moving > 2.0)]
+    marks = [shape for shape in figure.layout.shapes if shape.type == "rect"]
+    assert marks[0].x0 == DISTANCE[np.argmax(moving > 2.0)]
+    assert sum(mark.x1 - mark.x0 for mark in marks) == INTERVAL * (moving > 2.0).sum()
+
+
+def test_what_is_cut_is_what_grinding_takes_away() -> None:
+    whole = road("left", "right")
+    assert "grinding" not in report.figures(whole, report.Settings(threshold=50.0))
+    before, after, cut = report.figures(whole)["grinding"].data[:3]
+    ground = np.isfinite(after.y)
+    assert ground.any()
+    assert np.array_equal(cut.y > 0.0, ground)
+    assert cut.y[ground] == pytest.approx(1000.0 * (before.y - after.y)[ground])
+
+
+def test_reference_lies_over_the_road_where_they_agree() -> None:
+    whole = road("left")
+    reference = vialto.Road("later", INTERVAL, {"left": whole.tracks["left"][8:]})
+    agreement, filtered = (
+        report.figures(whole, report.Settings(reference=reference))[name]
+        for name in ("agreement", "filtered")
+    )
+    assert agreement.data[0].x[np.argmax(agreement.data[0].y)] == pytest.approx(-8 * INTERVAL)
+    assert filtered.data[0].x0 == pytest.approx(8 * INTERVAL)
+
+
+def test_a_mile_of_two_tracks_weighs_at_most_12_mb() -> None:
+    steps = np.random.default_rng(0).normal(0.0, 0.0001, (2, 64_374))
+    left, right = np.cumsum(steps - steps.mean(axis=1, keepdims=True), axis=1)
+    mile = vialto.Road("mile", 0.025, {"left": left, "right": right})
+    page = report.page(mile, report.Settings(threshold=1.0, joints=5.0, reference=mile))
+    assert "Left out" not in page
+    assert len(page) < 12e6
+
+
+def test_commands_load_nothing_until_they_run() -> None:
+    code = "import sys, vialto.cli; sys.exit(bool({'pandas', 'plotly', 'dask'} & {*sys.modules}))"
+    assert subprocess.run([sys.executable, "-c", code]).returncode == 0
 
 
 def test_what_is_asked_for_is_drawn() -> None:
@@ -71,22 +106,28 @@ def test_what_is_asked_for_is_drawn() -> None:
     }
 
 
+EVEN = "distance,left\n0,0\n0.1,0\n0.2,0\n"
+
+
 @pytest.mark.parametrize(
-    ("text", "words"),
+    ("text", "option", "words"),
     [
-        ("distance,left\n0,0\n0.1,x\n0.2,0\n", "line 3: 'x' in column left is not a number"),
-        ("distance\n0\n0.1\n", "a distance and one or two elevations are needed"),
-        ("distance,left\n0,0\n0.1,0\n0.2,0\n0.33,0\n0.43,0\n", "line 5: a step of 0.13 m"),
-        (None, "No such file"),
+        ("distance,left\n0,0\n0.1,x\n0.2,0\n", "", "line 3: 'x' in column left is not a number"),
+        ("distance\n0\n0.1\n", "", "a distance and one or two elevations are needed"),
+        (EVEN + "0.33,0\n0.43,0\n", "", "line 5: a step of 0.13 m"),
+        (None, "", "No such file"),
+        (EVEN, "--section=0", "section is 0, which is not above zero"),
+        (EVEN, "--output=road.csv", "the page would take the place of the road"),
+        (EVEN, "--output=missing/road.html", "No such file"),
     ],
 )
-def test_a_file_that_is_no_road_is_one_line(tmp_path: Path, text: str | None, words: str) -> None:
-    path = tmp_path / "road.csv"
+def test_what_cannot_be_reported_is_one_line(
+    tmp_path: Path, text: str | None, option: str, words: str
+) -> None:
     if text is not None:
-        path.write_text(text)
-    run = subprocess.run(
-        [sys.executable, "-m", "vialto", "report", path], capture_output=True, text=True
-    )
+        (tmp_path / "road.csv").write_text(text)
+    command = [sys.executable, "-m", "vialto", "report", "road.csv", *option.split()]
+    run = subprocess.run(command, capture_output=True, text=True, cwd=tmp_path)
     assert (run.returncode, run.stderr.count("\n")) == (2, 1)
     assert words in run.stderr
 
@@ -117,6 +158,19 @@ def opened(browser: Browser, path: Path, width: int) -> tuple[Page, list[str]]:
     return page, faults
 
 
+def drag(page: Page, picture: str, begin: float, end: float) -> None:
+    """Zoom into a share of the axis of a picture."""
+    plot = page.locator(f"{picture} .nsewdrag").first
+    plot.scroll_into_view_if_needed()
+    box = plot.bounding_box()
+    assert box is not None
+    height = box["y"] + box["height"] / 2.0
+    page.mouse.move(box["x"] + begin * box["width"], height)
+    page.mouse.down()
+    page.mouse.move(box["x"] + end * box["width"], height, steps=4)
+    page.mouse.up()
+
+
 @pytest.mark.parametrize("sides", [("left",), ("left", "right")])
 def test_page_in_a_browser(tmp_path: Path, browser: Browser, sides: tuple[str, ...]) -> None:
     source = tmp_path / "road.csv"
@@ -125,9 +179,12 @@ def test_page_in_a_browser(tmp_path: Path, browser: Browser, sides: tuple[str, .
     subprocess.run([*command, "--compare", str(source)], check=True, capture_output=True)
     for width in (1280, 390):
         page, faults = opened(browser, tmp_path / "road.html", width)
-        page.evaluate("Plotly.relayout('elevation', {'xaxis.range': [50, 80]})")
-        followed = "[...document.querySelectorAll('.by-distance .plotly-graph-div')]"
-        page.wait_for_function(f"{followed}.every(e => Math.round(e.layout.xaxis.range[1]) === 80)")
+        drag(page, "#elevation", 0.25, 0.5)
+        page.wait_for_function(
+            """() => [...document.querySelectorAll('.by-distance .plotly-graph-div')].every(
+                   (e) => Math.abs(e.layout.xaxis.range[0] - 75) < 5
+                       && Math.abs(e.layout.xaxis.range[1] - 150) < 5)"""
+        )
         assert page.evaluate("document.documentElement.scrollWidth") <= width
         assert page.screenshot(path=tmp_path / f"{width}.png")
         assert faults == []

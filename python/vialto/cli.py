@@ -7,8 +7,8 @@ from typing import Annotated
 import typer
 
 import vialto
-from vialto.network.command import network
-from vialto.report.command import report
+from vialto.commands.network import network
+from vialto.commands.report import report
 
 app = typer.Typer(
     no_args_is_help=True,

@@ -2,6 +2,7 @@
 
 from .numbers import Number, acceptance
 from .page import page
-from .pictures import Picture, Settings, figures, pictures
+from .pictures import Picture, figures, pictures
+from .settings import Settings
 
 __all__ = ["Number", "Picture", "Settings", "acceptance", "figures", "page", "pictures"]

@@ -2,27 +2,35 @@
 
 from __future__ import annotations
 
-from typing import Any
+from typing import TYPE_CHECKING, Any
 
 import numpy as np
 import plotly.graph_objects as go
-from numpy.typing import ArrayLike, NDArray
+from numpy.typing import ArrayLike
 
 from vialto.road import Road
+
+if TYPE_CHECKING:
+    import pandas as pd
 
 COLOURS = {"left": "#0072b2", "right": "#e69f00"}  # told apart by the colour-blind, too
 MARK = "#c1272d"
 
 
-def line(road: Road, heights: ArrayLike, name: str, **options: Any) -> go.Scatter:
-    """A value for each sample. Distances are told by their start and step, which takes no room."""
-    values = np.asarray(heights, np.float32)
-    return go.Scatter(x0=road.start, dx=road.interval, y=values, name=name, mode="lines", **options)
+def track_line(road: Road, side: str, heights: ArrayLike, **options: Any) -> go.Scatter:
+    """A value for each sample of a track, in its colour.
 
-
-def track_line(road: Road, side: str, heights: ArrayLike, name: str = "") -> go.Scatter:
-    """A value for each sample of a track, in its colour."""
-    return line(road, heights, f"{side}{name}", line={"color": COLOURS[side], "width": 1.2})
+    Distances are told by their start and step, which takes no room.
+    """
+    look = {
+        "x0": road.start,
+        "dx": road.interval,
+        "mode": "lines",
+        "line": {"color": COLOURS[side], "width": 1.2},
+        "name": side,
+        "legendgroup": side,
+    }
+    return go.Scatter(y=np.asarray(heights, np.float32), **(look | options))
 
 
 def segments(ends: list[tuple[float, float, float, float]]) -> tuple[list[Any], list[Any]]:
@@ -30,6 +38,25 @@ def segments(ends: list[tuple[float, float, float, float]]) -> tuple[list[Any], 
     x = [value for begin, _, end, _ in ends for value in (begin, end, None)]
     y = [value for _, begin, _, end in ends for value in (begin, end, None)]
     return x, y
+
+
+def bands(found: pd.DataFrame, name: str) -> list[dict[str, Any]]:
+    """Shapes behind the stretches of a table, as high as the picture."""
+    look = {
+        "type": "rect",
+        "yref": "y domain",
+        "y0": 0.0,
+        "y1": 1.0,
+        "layer": "below",
+        "opacity": 0.2,
+        "fillcolor": MARK,
+        "line": {"color": MARK, "width": 1},  # seen however far out
+        "name": name,
+    }
+    return [
+        {**look, "x0": begin, "x1": end, "showlegend": place == 0}
+        for place, (begin, end) in enumerate(zip(found["begin"], found["end"], strict=True))
+    ]
 
 
 def by_distance(road: Road, lines: list[go.Scatter], y_title: str) -> go.Figure:
@@ -41,26 +68,14 @@ def by_distance(road: Road, lines: list[go.Scatter], y_title: str) -> go.Figure:
 
 
 def styled(figure: go.Figure, height: int = 340) -> go.Figure:
-    """The figure, as all of them look."""
+    """The figure, as all of them look. Plots begin at the same place, below each other."""
+    figure.update_xaxes(automargin=False)
+    figure.update_yaxes(automargin=False)
     return figure.update_layout(
         template="plotly_white",
         height=height,
-        margin={"l": 60, "r": 20, "t": 30, "b": 45},
+        margin={"l": 70, "r": 20, "t": 40, "b": 45},
         legend={"orientation": "h", "y": 1.02, "yanchor": "bottom", "x": 0.0},
         hovermode="x",
         dragmode="zoom",
-    )
-
-
-def marked_line(road: Road, heights: ArrayLike, flags: NDArray[np.bool_], name: str) -> go.Scatter:
-    """The stretches of a line that are flagged, with a gap behind each."""
-    values = np.asarray(heights, np.float32)
-    places = np.flatnonzero(flags)
-    behind = np.flatnonzero(np.diff(places) > 1) + 1
-    return go.Scatter(
-        x=np.insert(road.distance[places], behind, np.nan),
-        y=np.insert(values[places], behind, np.nan),
-        name=name,
-        mode="lines",
-        line={"color": MARK, "width": 2.5},
     )

@@ -16,7 +16,8 @@ from vialto.road import Road
 from vialto.tables import roughness
 
 from .numbers import Number, acceptance
-from .pictures import Picture, Settings, pictures
+from .pictures import Picture, pictures
+from .settings import Settings
 
 # The columns of the table of sections: heading, unit and decimals.
 SECTION_COLUMNS = {
@@ -125,6 +126,6 @@ def _picture(picture: Picture) -> str:
         include_plotlyjs=False,
         div_id=picture.name,
         config={"responsive": True, "displaylogo": False},
-    )
+    ).replace(r"\u002f", "/")  # harmless where "<" is escaped, and every 64th character of data
     shared = ' class="by-distance"' if picture.by_distance else ""
     return f"<section{shared}><h2>{escape(picture.title)}</h2>{note}{drawn}</section>"

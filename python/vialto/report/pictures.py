@@ -2,19 +2,19 @@
 
 from __future__ import annotations
 
-from collections.abc import Callable, Iterator
+from collections.abc import Callable, Iterator, Mapping
 from dataclasses import dataclass
+from typing import TYPE_CHECKING
 
 import numpy as np
 import plotly.graph_objects as go
 from plotly.subplots import make_subplots
 
-from vialto._arrays import Doubles
+from vialto._arrays import Doubles, Reals
 from vialto._library import VialtoError
-from vialto.comparison import Comparison, compare_profiles
-from vialto.defaults import LOCAL_BASE_LENGTH, LOCAL_ROUGHNESS, SECTION
-from vialto.filters import Filter
+from vialto.defaults import LOCAL_BASE_LENGTH
 from vialto.grinding import (
+    Grinder,
     GrindSpot,
     MustGrind,
     grind,
@@ -28,40 +28,16 @@ from vialto.road import Road
 from vialto.spectra import power_spectral_density, rolling_straightedge
 from vialto.tables import PER_KM, joint_table, stretches
 
-from .drawing import (
-    COLOURS,
-    MARK,
-    by_distance,
-    marked_line,
-    segments,
-    styled,
-    track_line,
-)
+from .agreement import agreement, filtered
+from .drawing import COLOURS, MARK, bands, by_distance, segments, styled, track_line
 from .numbers import STRAIGHTEDGE
+from .settings import Settings
 
-WAVELENGTHS = (0.1, 0.2, 0.5, 1, 2, 5, 10, 20, 50, 100, 200)  # m; ticks of the upper axis
+if TYPE_CHECKING:
+    import pandas as pd
 
-
-@dataclass(frozen=True)
-class Settings:
-    """What a report shows.
-
-    Attributes
-    ----------
-    section : float
-        Length of a section, m: of the table, and of the lots of the profilograph.
-    threshold : float
-        Of the moving IRI over 7.62 m, m/km: what is above it is marked, and ground.
-    joints : float, optional
-        Expected spacing of joints, m; without it none are looked for.
-    reference : Road, optional
-        What the road is compared with.
-    """
-
-    section: float = SECTION
-    threshold: float = LOCAL_ROUGHNESS
-    joints: float | None = None
-    reference: Road | None = None
+_EDGE = {"color": MARK, "width": 1.5}  # of a marker
+WAVELENGTHS = (0.1, 0.3, 1, 3, 10, 30, 100, 300)  # m; ticks of the upper axis
 
 
 @dataclass(frozen=True)
@@ -90,7 +66,7 @@ class Picture:
 
 
 def figures(road: Road, settings: Settings | None = None) -> dict[str, go.Figure]:
-    """The figures of a road, by name; without those that it is too short for.
+    """The figures of a road, by name; without those that it gives no cause for.
 
     Parameters
     ----------
@@ -125,7 +101,7 @@ def pictures(road: Road, settings: Settings | None = None) -> Iterator[Picture]:
                 yield Picture(name, title, figure, over_distance, note)
 
 
-_Drawn = tuple[go.Figure, str]
+_Drawn = tuple[go.Figure | None, str]
 
 
 def _elevation(road: Road, _settings: Settings) -> _Drawn:
@@ -147,18 +123,28 @@ def _moving_iri(road: Road, settings: Settings) -> _Drawn:
     lines, over = [], np.zeros(road.samples, bool)
     for side, track in road.tracks.items():
         moving = _moving(road, track)
-        above = moving > settings.threshold
-        over |= above
+        over |= moving > settings.threshold
         lines.append(track_line(road, side, moving))
-        name = f"{side}, above {settings.threshold:g} m/km"
-        lines.append(marked_line(road, moving, above, name))
-    figure = by_distance(road, lines, "IRI over 7.62 m, m/km")
-    figure.add_hline(y=settings.threshold, line={"color": MARK, "width": 1, "dash": "dot"})
-    found = stretches(over, road.interval)
-    return figure, (
-        f"{len(found)} stretches of {found['length'].sum():.1f} m together exceed"
-        f" {settings.threshold:g} m/km."
-    )
+    found = stretches(over, road.interval, start=road.start)
+    limit = {
+        "type": "line",
+        "xref": "x domain",
+        "x0": 0.0,
+        "x1": 1.0,
+        "y0": settings.threshold,
+        "y1": settings.threshold,
+        "line": {"color": MARK, "width": 1, "dash": "dot"},
+    }
+    figure = by_distance(road, lines, f"IRI over {LOCAL_BASE_LENGTH:g} m, m/km")
+    figure.update_layout(shapes=[*bands(found, f"above {settings.threshold:g} m/km"), limit])
+    if len(found) == 0:
+        return figure, f"No stretch exceeds {settings.threshold:g} m/km."
+    return figure, f"Above {settings.threshold:g} m/km, in one track at least: {_told(found)}."
+
+
+def _told(found: pd.DataFrame) -> str:
+    number = "one stretch" if len(found) == 1 else f"{len(found)} stretches"
+    return f"{number}, {found['length'].sum():.1f} m in all"
 
 
 def _profilograph(road: Road, settings: Settings) -> _Drawn:
@@ -178,13 +164,23 @@ def _profilograph(road: Road, settings: Settings) -> _Drawn:
         ]
         x, y = segments(bands)
         dashed = {"color": COLOURS[side], "width": 1, "dash": "dash"}
-        lines.append(go.Scatter(x=x, y=y, name=f"{side}, blanking band", mode="lines", line=dashed))
+        lines.append(
+            go.Scatter(
+                x=x,
+                y=y,
+                mode="lines",
+                line=dashed,
+                name=f"blanking band {side}",
+                legendgroup=side,
+                showlegend=False,
+            )
+        )
         lines.append(_defects(road, side, run))
         told.append(f"{len(run.index.defects)} {side}")
     figure = by_distance(road, lines, "trace, mm")
     return figure, (
-        f"Twelve wheels, blanking band 2.54 mm, lots of {settings.section:g} m. Defects beyond the"
-        f" band: {', '.join(told)}."
+        f"Twelve wheels, lots of {settings.section:g} m, blanking band of 2.54 mm (dashed)."
+        f" Triangles stand at the defects beyond it: {', '.join(told)}."
     )
 
 
@@ -205,9 +201,9 @@ def _defects(road: Road, side: str, run: Profilograph) -> go.Scatter:
     return go.Scatter(
         x=[x for x, _ in peaks],
         y=[y for _, y in peaks],
-        name=f"{side}, defects",
+        name=f"defects {side}",
         mode="markers",
-        marker={"color": MARK, "symbol": symbols, "size": 8},
+        marker={"color": COLOURS[side], "symbol": symbols, "size": 8, "line": _EDGE},
     )
 
 
@@ -260,6 +256,9 @@ def _grinding(road: Road, settings: Settings) -> _Drawn:
     else:
         flags = must_grind_two_tracks(left, right, road.interval, wanted)
     found = stretches(flags, road.interval, start=road.start)
+    limit = f"a moving {wanted.index.name} above {settings.threshold:g} m/km"
+    if len(found) == 0:
+        return None, f"Nothing to grind for {limit}."
     spots = [
         GrindSpot(int(first), int(last))
         for first, last in zip(found["first"], found["last"], strict=True)
@@ -269,23 +268,34 @@ def _grinding(road: Road, settings: Settings) -> _Drawn:
     else:
         ground = grind_two_tracks(left, right, road.interval, spots)
         after = {"left": ground.left, "right": ground.right}
+    return _before_and_after(road, after), (
+        f"To grind for {limit}: {_told(found)}. Above, the road before and after a machine of"
+        f" {Grinder().wheel_base:g} m has ground them once; below, what it cuts."
+    )
+
+
+def _before_and_after(road: Road, after: Mapping[str, Reals]) -> go.Figure:
     figure = make_subplots(rows=2, shared_xaxes=True, vertical_spacing=0.06)
-    for side, track in road.tracks.items():
+    for place, (side, track) in enumerate(road.tracks.items()):
         before = np.asarray(track, np.float32)
-        figure.add_trace(track_line(road, side, before, " before"), row=1, col=1)
-        cut = marked_line(road, after[side], before != after[side], f"{side} after, where ground")
-        figure.add_trace(cut, row=1, col=1)
-        depth = MM_PER_M * (before - after[side])
-        figure.add_trace(track_line(road, side, depth, " cut"), row=2, col=1)
+        figure.add_trace(track_line(road, side, before), row=1, col=1)
+        ground = track_line(
+            road,
+            side,
+            np.where(before != after[side], after[side], np.nan),
+            name="after grinding",
+            legendgroup="after",
+            showlegend=place == 0,
+            line={"color": MARK, "width": 2},
+        )
+        figure.add_trace(ground, row=1, col=1)
+        depth = track_line(road, side, MM_PER_M * (before - after[side]), showlegend=False)
+        figure.add_trace(depth, row=2, col=1)
     figure.update_xaxes(range=[road.start, road.start + road.length])
     figure.update_xaxes(title="distance, m", row=2, col=1)
     figure.update_yaxes(title="elevation, m", row=1, col=1)
-    figure.update_yaxes(title="cut, mm", row=2, col=1)
-    return styled(figure, height=480), (
-        f"{len(found)} stretches of {found['length'].sum():.1f} m together, by which a moving"
-        f" {wanted.index.name} above {settings.threshold:g} m/km goes down, ground once by a"
-        " machine of 5.5 m."
-    )
+    figure.update_yaxes(title="cut, mm", rangemode="tozero", row=2, col=1)
+    return styled(figure, height=480)
 
 
 def _spectrum(road: Road, _settings: Settings) -> _Drawn:
@@ -297,8 +307,8 @@ def _spectrum(road: Road, _settings: Settings) -> _Drawn:
     figure.add_trace(go.Scatter(x=[1.0], y=[np.nan], xaxis="x2", showlegend=False))
     styled(figure, height=420)
     figure.update_layout(
-        margin={"t": 80},
-        legend={"y": 1.15},
+        margin={"t": 90},
+        legend={"yref": "container", "y": 1.0, "yanchor": "top"},
         xaxis={"type": "log", "title": "wavenumber, cycles/m"},
         xaxis2={
             "type": "log",
@@ -308,66 +318,12 @@ def _spectrum(road: Road, _settings: Settings) -> _Drawn:
             "matches": "x",
             "tickvals": [1.0 / length for length in WAVELENGTHS],
             "ticktext": [f"{length:g}" for length in WAVELENGTHS],
+            "tickangle": 0,
             "showgrid": False,
         },
         yaxis={"type": "log", "title": "slope density, m", "exponentformat": "power"},
     )
     return figure, "How rough the road is at each wavelength, in twelve steps an octave."
-
-
-def _comparisons(road: Road, settings: Settings) -> dict[str, Comparison]:
-    """The agreement of each track that both roads have, or of their only ones."""
-    reference = settings.reference
-    assert reference is not None
-    sides = [side for side in road.tracks if side in reference.tracks]
-    pairs = {side: side for side in sides} or {
-        next(iter(road.tracks)): next(iter(reference.tracks))
-    }
-    return {
-        side: compare_profiles(
-            reference.tracks[other],
-            road.tracks[side],
-            reference.interval,
-            road.interval,
-            settings=Filter(moving_average=road.moving_average),
-        )
-        for side, other in pairs.items()
-    }
-
-
-def _agreement(road: Road, settings: Settings) -> _Drawn:
-    figure = go.Figure()
-    told = []
-    for side, found in _comparisons(road, settings).items():
-        line = {"color": COLOURS[side]}
-        figure.add_trace(go.Scatter(x=found.offsets, y=found.coefficients, name=side, line=line))
-        told.append(f"{side} {found.coefficient:.1f} % at {found.offset:.3f} m")
-    figure.update_xaxes(title="offset, m")
-    figure.update_yaxes(title="agreement, %")
-    return styled(figure), (
-        f"Best agreement of the slopes behind the quarter car: {', '.join(told)}. An offset is"
-        " positive where this road begins farther along than the reference."
-    )
-
-
-def _filtered(road: Road, settings: Settings) -> _Drawn:
-    assert settings.reference is not None
-    lines = []
-    for side, found in _comparisons(road, settings).items():
-        of_reference = {"color": "#666666", "width": 1.2}
-        lines.append(
-            go.Scatter(
-                x0=road.start - found.offset,
-                dx=settings.reference.interval,
-                y=MM_PER_M * found.reference_filtered,
-                name=f"{side}, reference",
-                mode="lines",
-                line=of_reference,
-            )
-        )
-        lines.append(track_line(road, side, MM_PER_M * found.test_filtered))
-    figure = by_distance(road, lines, "filtered slope, mm/m")
-    return figure, "Both roads behind the quarter car, the reference moved by the best offset."
 
 
 _Draw = Callable[[Road, Settings], _Drawn]
@@ -377,6 +333,10 @@ def _always(_settings: Settings) -> bool:
     return True
 
 
+def _compared(settings: Settings) -> bool:
+    return settings.reference is not None
+
+
 _PICTURES: dict[str, tuple[str, bool, _Draw, Callable[[Settings], bool]]] = {
     "elevation": ("Elevation", True, _elevation, _always),
     "moving_iri": ("Moving IRI", True, _moving_iri, _always),
@@ -384,17 +344,17 @@ _PICTURES: dict[str, tuple[str, bool, _Draw, Callable[[Settings], bool]]] = {
     "straightedge": ("Straightedge", True, _straightedge, _always),
     "joints": ("Joints and faults", True, _joints, lambda settings: settings.joints is not None),
     "grinding": ("Grinding", True, _grinding, _always),
-    "filtered": (
-        "Filtered profiles",
-        True,
-        _filtered,
-        lambda settings: settings.reference is not None,
-    ),
+    "spectrum": ("Slope spectrum", False, _spectrum, _always),
     "agreement": (
         "Agreement with the reference",
         False,
-        _agreement,
-        lambda settings: settings.reference is not None,
+        agreement,
+        _compared,
     ),
-    "spectrum": ("Slope spectrum", False, _spectrum, _always),
+    "filtered": (
+        "Filtered profiles",
+        True,
+        filtered,
+        _compared,
+    ),
 }

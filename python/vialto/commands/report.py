@@ -21,54 +21,55 @@ PATIENCE = 1.0  # s, after which progress is shown
 
 def report(
     road: Annotated[
-        Path, typer.Argument(help="CSV or Parquet: a distance and one or two elevations.")
+        Path, typer.Argument(metavar="ROAD", help="CSV or Parquet: a distance, elevations.")
     ],
     output: Annotated[
-        Path | None,
-        typer.Option("--output", "-o", help="The page; by default beside the road, in .html."),
+        Path | None, typer.Option("--output", "-o", help="The page; else beside ROAD, in .html.")
     ] = None,
-    section: Annotated[float, typer.Option(help="Length of a section in metres.")] = SECTION,
+    section: Annotated[
+        float, typer.Option(help=f"Length of a section: {SECTION:g} m.", show_default=False)
+    ] = SECTION,
     threshold: Annotated[
-        float, typer.Option(help="Of the moving IRI over 7.62 m, in m/km.")
+        float,
+        typer.Option(help=f"Highest moving IRI: {LOCAL_ROUGHNESS:g} m/km.", show_default=False),
     ] = LOCAL_ROUGHNESS,
     joints: Annotated[
-        float | None, typer.Option(help="Look for joints, expected at this spacing in metres.")
+        float | None, typer.Option(help="Look for joints so many metres apart.")
     ] = None,
-    compare: Annotated[
-        Path | None, typer.Option(help="A reference road, measured where this one was.")
-    ] = None,
-    columns: Annotated[
-        str | None, typer.Option(help="The distance and the elevations: distance,left,right")
-    ] = None,
+    compare: Annotated[Path | None, typer.Option(help="A reference road to compare with.")] = None,
+    columns: Annotated[str | None, typer.Option(help="Which to read: distance,left,right")] = None,
     resample: Annotated[
         bool, typer.Option("--resample", help="Bring uneven samples onto the usual step.")
     ] = False,
-    fill_gaps: Annotated[float, typer.Option(help="Fill gaps up to this length in metres.")] = 0.0,
+    fill_gaps: Annotated[
+        float, typer.Option(help="Fill gaps of up to so many metres.", show_default=False)
+    ] = 0.0,
 ) -> None:
     """Report one road on a page with its numbers and pictures.
 
-    The page holds all it shows and opens offline. Exit status 0, or 2 when the file is no road or
+    The page holds all it shows and opens offline. Exit status 0, or 2 when a file is no road or
     the page cannot be written.
     """
+    target = road.with_suffix(".html") if output is None else output
     try:
         from vialto.reading import read_road
-
-        from .page import page
-        from .pictures import Settings
+        from vialto.report import Settings, page
 
         with _progress() as progress, warnings.catch_warnings(record=True) as caught:
             warnings.simplefilter("always")
 
-            def read(path: Path, names: str | None) -> vialto.Road:
+            def read(path: Path) -> vialto.Road:
                 return read_road(
                     path,
-                    columns=names.split(",") if names is not None else None,
+                    columns=columns.split(",") if columns is not None else None,
                     resample=resample,
                     fill_gaps=fill_gaps,
                 )
 
-            measured = read(road, columns)
-            reference = read(compare, columns) if compare is not None else None
+            if target in (road, compare):
+                raise ValueError(f"{target}: the page would take the place of the road")
+            measured = read(road)
+            reference = read(compare) if compare is not None else None
             progress("reading")
             text = page(
                 measured,
@@ -76,7 +77,6 @@ def report(
                 remarks=dict.fromkeys(str(warning.message) for warning in caught),
                 progress=progress,
             )
-        target = road.with_suffix(".html") if output is None else output
         target.write_text(text, "utf-8")
     except (ValueError, OSError) as refusal:
         typer.echo(f"vialto report: {refusal}", err=True)

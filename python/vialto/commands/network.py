@@ -25,7 +25,7 @@ if TYPE_CHECKING:
     import pandas as pd
     from distributed import Client
 
-    from .analysis import Outcome, Settings
+    from vialto.network.analysis import Outcome, Settings
 
 SAVED_EVERY = 60.0  # s
 TOLD_EVERY = 30.0  # s, where the output is no terminal
@@ -72,8 +72,8 @@ def network(
     (results.errors.csv tells why, and --resume tries again); 2 for what cannot be begun; 130 when
     interrupted, with what was finished.
     """
-    from .analysis import Settings
-    from .files import RESULTS, find_roads, read_results
+    from vialto.network.analysis import Settings
+    from vialto.network.files import RESULTS, find_roads, read_results
 
     console = Console(stderr=True)
     if to.suffix.lower() not in RESULTS:
@@ -155,7 +155,7 @@ class _Results:
             self.save()
 
     def save(self) -> None:
-        from .files import write_results
+        from vialto.network.files import write_results
 
         if self.tables or self.errors:  # nothing takes the place of an earlier run's results
             write_results(self.path, self.roads, self.tables, self.errors)
@@ -186,7 +186,7 @@ class _Results:
 
 @contextmanager
 def _client(scheduler: str | None, workers: int | None) -> Iterator[Client]:
-    from .run import local_client
+    from vialto.network.run import local_client
 
     if scheduler is None:
         with local_client(workers) as client:
@@ -203,7 +203,7 @@ def _client(scheduler: str | None, workers: int | None) -> Iterator[Client]:
 
 
 def _run(results: _Results, settings: Settings, client: Client, console: Console) -> None:
-    from .run import outcomes
+    from vialto.network.run import outcomes
 
     missing = results.missing()
     results.begun = time.monotonic()

@@ -1,0 +1,1 @@
+"""The commands: a module each, which imports when it runs what it alone needs."""
