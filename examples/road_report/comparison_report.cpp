@@ -3,9 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdio>
-#include <filesystem>
 
-#include "plot.hpp"
 #include "report.hpp"
 
 namespace {
@@ -55,7 +53,6 @@ void report_comparison(const Options& options, const Road& road) {
         return;
     }
     const Road reference = read_road(options.reference);
-    std::vector<Curve> sweeps;
     std::printf("\nAgreement with %s\n", options.reference.c_str());
     std::printf("                     offset  agreement   shape  amplitude   IRI reference"
                 "       test\n");
@@ -71,10 +68,5 @@ void report_comparison(const Options& options, const Road& road) {
             static_cast<double>(best.x_opt_roughcc), static_cast<double>(best.x_opt_shapefactor),
             1000.0 * static_cast<double>(best.x_ref_iri),
             1000.0 * static_cast<double>(best.x_test_iri));
-        sweeps.push_back({road.tracks[track].name, result.offsets, result.coefficients});
     }
-    const std::string picture =
-        std::filesystem::path(options.profile).stem().string() + "_comparison.svg";
-    write_plot(picture, "Agreement by offset", {"offset [m]"}, {"final coefficient [%]"}, sweeps);
-    std::printf("  picture            %s\n", picture.c_str());
 }

@@ -1,19 +1,16 @@
-// The ride along the road: the moving roughness of each track, as a table and as a picture with the
-// segments and a threshold.
+// The ride along the road: the moving roughness of each track, as a table.
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>
 #include <string>
 #include <vector>
 
-#include "plot.hpp"
 #include "report.hpp"
-#include "segments.hpp"
+#include "table.hpp"
 
 namespace {
 
-constexpr float base_length = 7.62F;          // m; 25 feet
-constexpr float acceptable_roughness = 2.68F; // m/km; 170 inches a mile
+constexpr float base_length = 7.62F; // m; 25 feet
 
 Curve moving_roughness(const Road& road, const Track& track) {
     Curve curve{track.name, std::vector<float>(track.elevation.size()),
@@ -27,21 +24,10 @@ Curve moving_roughness(const Road& road, const Track& track) {
     return curve;
 }
 
-Curve steps(const Road& road, const Track& track) {
-    const Segments segments = roughness_segments(road, track);
-    Curve curve{track.name + ", each 100 m", {}, {}};
-    for (std::size_t k = 0; k < segments.index.size(); ++k) {
-        curve.x.insert(curve.x.end(), {static_cast<float>(segments.start(k)),
-                                       static_cast<float>(segments.end(k))});
-        curve.y.insert(curve.y.end(), 2, segments.index[k]);
-    }
-    return curve;
-}
-
 } // namespace
 
 void report_moving_roughness(const Options& options, const Road& road) {
-    if (options.continuous.empty() && options.plot.empty()) {
+    if (options.continuous.empty()) {
         return;
     }
     std::vector<Curve> curves;
@@ -56,18 +42,6 @@ void report_moving_roughness(const Options& options, const Road& road) {
             static_cast<double>(*worst),
             static_cast<double>(curve.x[static_cast<std::size_t>(worst - curve.y.begin())]));
     }
-    if (!options.continuous.empty()) {
-        write_table(options.continuous, "distance_m", "_m_per_km", curves);
-        std::printf("  table             %s\n", options.continuous.c_str());
-    }
-    if (!options.plot.empty()) {
-        for (const Track& track : road.tracks) {
-            curves.push_back(steps(road, track));
-        }
-        curves.push_back({"170 in/mi",
-                          {0.0F, static_cast<float>(road.length())},
-                          {acceptable_roughness, acceptable_roughness}});
-        write_plot(options.plot, "Moving roughness", {"distance, m"}, {"roughness, m/km"}, curves);
-        std::printf("  picture           %s\n", options.plot.c_str());
-    }
+    write_table(options.continuous, "distance_m", "_m_per_km", curves);
+    std::printf("  table             %s\n", options.continuous.c_str());
 }

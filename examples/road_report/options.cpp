@@ -9,19 +9,19 @@
 namespace {
 
 const std::string usage =
-    "usage: road_report PROFILE.csv [--continuous FILE.csv] [--plot FILE.svg]\n"
-    "                               [--profilograph] [--psd FILE.csv] [--must-grind]\n"
+    "usage: road_report PROFILE.csv [--continuous FILE.csv] [--profilograph]\n"
+    "                               [--psd FILE.csv] [--must-grind]\n"
     "                               [--joints METHOD --spacing METRES]\n"
     "                               [--compare REFERENCE.csv --max-offset METRES]\n"
     "\n"
     "PROFILE.csv has a header line and the columns distance and elevation,\n"
     "or distance, left and right elevation, all in metres.\n"
     "\n"
-    "--continuous writes the moving roughness to FILE.csv; --plot draws it in FILE.svg.\n"
+    "--continuous writes the moving roughness to FILE.csv.\n"
     "\n"
     "--profilograph gives the profile index of each 100 m and what must be corrected.\n"
     "\n"
-    "--psd writes the slope spectrum to FILE.csv and draws it in FILE.svg.\n"
+    "--psd writes the slope spectrum to FILE.csv.\n"
     "\n"
     "--must-grind gives the stretches to grind, and the IRI before and after that.\n"
     "\n"
@@ -29,7 +29,7 @@ const std::string usage =
     "step (1), antismooth (3) or curledge (4); --spacing is the nominal slab length.\n"
     "\n"
     "--compare gives the agreement with a reference profile, as the IRI filter sees both, at\n"
-    "offsets up to --max-offset, and draws it in PROFILE_comparison.svg, in this directory.\n";
+    "offsets up to --max-offset.\n";
 
 [[noreturn]] void refuse(const std::string& problem) {
     throw std::runtime_error(problem + "\n" + usage);
@@ -71,8 +71,6 @@ Options parse_options(int argc, char** argv) {
         };
         if (argument == "--continuous") {
             options.continuous = value();
-        } else if (argument == "--plot") {
-            options.plot = value();
         } else if (argument == "--profilograph") {
             options.profilograph = true;
         } else if (argument == "--psd") {

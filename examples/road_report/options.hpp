@@ -7,7 +7,6 @@
 struct Options {
     std::string profile;    // path of the CSV
     std::string continuous; // path of the table of the moving roughness; empty leaves it out
-    std::string plot;       // path of its picture; empty leaves it out
     bool profilograph = false;
     std::string psd; // path of the table of the spectrum; empty leaves it out
     bool must_grind = false;

@@ -1,11 +1,9 @@
-// The slope spectrum of a road, as a table and as a picture.
+// The slope spectrum of a road, as a table.
 #include <cstddef>
 #include <cstdio>
-#include <filesystem>
-#include <stdexcept>
 
-#include "plot.hpp"
 #include "report.hpp"
+#include "table.hpp"
 
 namespace {
 
@@ -33,19 +31,11 @@ void report_spectrum(const Options& options, const Road& road) {
     if (options.psd.empty()) {
         return;
     }
-    const std::string picture =
-        std::filesystem::path(options.psd).replace_extension(".svg").string();
-    if (picture == options.psd) {
-        throw std::runtime_error(options.psd + ": --psd takes the name of the table");
-    }
     std::vector<Curve> spectra;
     for (const Track& track : road.tracks) {
         spectra.push_back(slope_spectrum(road, track));
     }
     write_table(options.psd, "frequency_cycles_per_m", "_m", spectra);
-    write_plot(picture, "Slope spectrum", {"wave number, cycles/m", true},
-               {"power spectral density of slope, m/cycle", true}, spectra);
     std::printf("\nSlope spectrum, %d points per octave\n", static_cast<int>(points_per_octave));
     std::printf("  table             %s\n", options.psd.c_str());
-    std::printf("  picture           %s\n", picture.c_str());
 }
