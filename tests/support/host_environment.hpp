@@ -34,11 +34,18 @@ public:
         }
         set_ = state();
     }
-    ~HostEnvironment() { std::fesetenv(FE_DFL_ENV); }
+    ~HostEnvironment() {
+        std::fesetenv(FE_DFL_ENV);
+#if defined(__SSE2__)
+        _mm_setcsr(masks); // MXCSR, which MinGW's fesetenv leaves as it is
+#endif
+    }
     HostEnvironment(const HostEnvironment&) = delete;
     HostEnvironment& operator=(const HostEnvironment&) = delete;
 
-    [[nodiscard]] bool still_stands() const { return state() == set_; }
+    [[nodiscard]] bool still_stands() const {
+        return state() == set_;
+    }
 
 private:
 #if defined(__SSE2__)
