@@ -1013,22 +1013,22 @@ namespace Vialto
         /// <param name="referenceInterval">m.</param>
         /// <param name="testInterval">m; the reference profile's by default.</param>
         /// <param name="maxOffset">m; to either side.</param>
-        /// <param name="filter">What both profiles go through first; the quarter car of the IRI by
-        /// default.</param>
+        /// <param name="settings">The filter that both profiles go through first; by default the
+        /// quarter car of the IRI.</param>
         /// <param name="referenceSection">The samples that are compared; all by default.</param>
         /// <param name="testSection">Likewise.</param>
         /// <param name="padding">Reflects the profiles about their ends for the filter.</param>
         /// <param name="upsampling">As in <see cref="ComparisonGrid"/>.</param>
         public static Comparison CompareProfiles(
             float[] reference, float[] test, float referenceInterval, float? testInterval = null,
-            float maxOffset = 3.0f, Filter filter = null, Stretch? referenceSection = null,
+            float maxOffset = 3.0f, Filter settings = null, Stretch? referenceSection = null,
             Stretch? testSection = null, bool padding = true, bool upsampling = true)
         {
             tProfinfo[] profiles = {
                 Section(referenceSection, Size(reference, nameof(reference)), referenceInterval,
-                        filter),
+                        settings),
                 Section(testSection, Size(test, nameof(test)), testInterval ?? referenceInterval,
-                        filter)
+                        settings)
             };
             var grid = ComparisonGrid(referenceInterval, testInterval ?? referenceInterval,
                                       maxOffset, upsampling);
@@ -1251,12 +1251,12 @@ namespace Vialto
             return Array.ConvertAll(spots, spot => spot.Record());
         }
 
-        static tProfinfo Section(Stretch? section, int size, float interval, Filter filter)
+        static tProfinfo Section(Stretch? section, int size, float interval, Filter settings)
         {
             var used = section ?? new Stretch(0, size - 1);
             return new tProfinfo {
                 i_raw_leadin = used.First, i_raw_leadout = used.Last, x_sampleinterval = interval,
-                tFilter = (filter ?? new Filter()).Record()
+                tFilter = (settings ?? new Filter()).Record()
             };
         }
 

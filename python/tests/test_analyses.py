@@ -112,8 +112,8 @@ def test_index_of_a_wave_counts_every_crest_and_trough() -> None:
     assert result.lots[0].raw_index == pytest.approx(expected, rel=0.03)
     assert len(result.defects) == 60
     assert [defect.kind for defect in result.defects[:2]] == [
-        vialto.DefectKind.BUMP,
-        vialto.DefectKind.DIP,
+        vialto.DefectKind.ABOVE,
+        vialto.DefectKind.BELOW,
     ]
     assert result.defects[30].height == pytest.approx(beyond_the_band, abs=0.05)
 
@@ -131,7 +131,7 @@ def test_bump_is_cut_to_the_plane_of_the_wheels() -> None:
     grinder = vialto.Grinder(wheel_base=10.0, wheel_length=0.0, max_depth_mm=1.0)
     result = vialto.grind(bump, INTERVAL, spots, grinder)
     assert not result.profile.any()
-    assert np.flatnonzero(result.flags == GrindFlag.TOO_DEEP).tolist() == [1200, 1201, 1202]
+    assert np.flatnonzero(result.flags == GrindFlag.DEEPER).tolist() == [1200, 1201, 1202]
 
 
 def test_more_than_ten_passes_are_refused() -> None:
@@ -143,8 +143,8 @@ def test_more_than_ten_passes_are_refused() -> None:
 def test_only_the_rough_end_must_be_ground() -> None:
     road = np.where(DISTANCE < 150.0, 0.0, rough_road(6))
     flags = vialto.must_grind(road, INTERVAL)
-    assert (flags[:1100] == GrindFlag.LEFT).all()
-    assert (flags[1200:] != GrindFlag.LEFT).any()
+    assert (flags[:1100] == GrindFlag.NONE).all()
+    assert (flags[1200:] != GrindFlag.NONE).any()
 
 
 def test_road_agrees_with_itself() -> None:

@@ -171,8 +171,8 @@ def test_stretches_add_up_to_what_is_flagged() -> None:
     flags = np.array([1, 2, 3, 1, 1, 2])
     found = vialto.stretches(flags, 0.5, start=10.0)
     assert found[["begin", "end", "flag"]].to_numpy().tolist() == [
-        [10.5, 11.5, GrindFlag.TOO_DEEP],
-        [12.5, 13.0, GrindFlag.GROUND],
+        [10.5, 11.5, GrindFlag.DEEPER],
+        [12.5, 13.0, GrindFlag.WITHIN],
     ]
     assert vialto.stretches(flags > 2, 0.5)["first"].tolist() == [2]
     assert vialto.stretches(flags > 3, 0.5).empty
@@ -194,7 +194,7 @@ def test_tables_are_in_metres_along_the_road() -> None:
     assert lots["end"].tolist() == [1100.0]
     assert lots["raw_index"][0] == 1000.0 * run.index.lots[0].raw_index
     defects = vialto.defect_table(run.index, start=1000.0)
-    crests = defects[defects["kind"] == "bump"].iloc[1:-1]
+    crests = defects[defects["kind"] == "above"].iloc[1:-1]
     np.testing.assert_allclose(np.diff(crests["begin"]), 2.0 * np.pi, atol=0.1)
 
 

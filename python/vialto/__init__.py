@@ -63,7 +63,7 @@ from .ride import (
 from .road import Quality, Road, RoadError
 from .spectra import (
     Density,
-    Grid,
+    FrequencyGrid,
     Spectrum,
     StraightedgeResponse,
     power_spectral_density,
@@ -88,7 +88,7 @@ __all__ = [
     "FilterBand",
     "FilterKind",
     "FilterOutput",
-    "Grid",
+    "FrequencyGrid",
     "GrindFlag",
     "GrindSpot",
     "Grinder",

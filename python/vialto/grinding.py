@@ -23,16 +23,16 @@ from .ride import RideIndex
 class GrindFlag(IntEnum):
     """What becomes of a sample."""
 
-    LEFT = 1  #: not ground
-    GROUND = 2  #: ground, no deeper than the grinder's limit
-    TOO_DEEP = 3  #: ground deeper
+    NONE = 1  #: not ground, or not to be ground
+    WITHIN = 2  #: ground no deeper than the grinder's limit
+    DEEPER = 3  #: ground deeper
 
 
 class Direction(IntEnum):
     """Where a pass is heading."""
 
-    FORWARD = 1  #: towards higher sample numbers
-    BACKWARD = 2  #: towards lower ones
+    HIGHER = 1  #: towards higher sample numbers
+    LOWER = 2  #: towards lower ones
 
 
 @dataclass(frozen=True)
@@ -73,7 +73,7 @@ class Pass:
     """
 
     depth_mm: float = 0.0
-    direction: Direction = Direction.FORWARD
+    direction: Direction = Direction.HIGHER
 
 
 @dataclass(frozen=True)

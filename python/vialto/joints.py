@@ -19,6 +19,7 @@ class JointMethod(IntEnum):
     """How joints are detected, which depends on what shows of them in the profile."""
 
     STEP = 1  #: a step between two neighbouring samples: faulted pavement, whose slabs lie uneven
+    VALLEY = 2  #: refused: not implemented
     ANTI_SMOOTHING = 3  #: a downward spike: joints that are open or sawn, at intervals up to 0.25 m
     CURLED_EDGE = 4  #: a peak under the rolling straightedge: slabs whose edges curl
 
@@ -26,6 +27,7 @@ class JointMethod(IntEnum):
 class Feature(IntEnum):
     """What lies across a concrete pavement."""
 
+    NONE = 0  #: nothing; no result has it
     JOINT = 1  #: the first feature, and each that keeps the spacing
     CRACK = 2  #: what is nearer than 0.95 spacings to the last joint
 

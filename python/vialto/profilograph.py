@@ -75,8 +75,8 @@ class Lot:
 class DefectKind(IntEnum):
     """On which side of the blanking band a defect lies."""
 
-    BUMP = 1  #: above
-    DIP = 2  #: below
+    ABOVE = 1  #: a bump
+    BELOW = 2  #: a dip
 
 
 @dataclass(frozen=True)

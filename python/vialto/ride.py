@@ -22,6 +22,7 @@ from ._series import as_given, per_sample
 class RideIndex(IntEnum):
     """What roughness is told by."""
 
+    NONE = 0  #: no index; no analysis takes it
     IRI = 1  #: International Roughness Index of one track, m/m
     RN = 2  #: root-mean-square statistic of the Ride Number filter, m/m
     TWO_RN = 3  #: RN of two tracks, for must_grind_two_tracks alone

@@ -24,7 +24,7 @@ class Density(IntEnum):
     SLOPE = 2  #: m, that is 1 per cycle/m
 
 
-class Grid(IntEnum):
+class FrequencyGrid(IntEnum):
     """How the frequencies of a spectrum lie."""
 
     OCTAVE = 1  #: so many points per octave
@@ -118,7 +118,7 @@ def power_spectral_density(
         first,
         last,
         kind,
-        Grid.OCTAVE if frequency_interval is None else Grid.EVEN,
+        FrequencyGrid.OCTAVE if frequency_interval is None else FrequencyGrid.EVEN,
         points_per_octave,
         frequency_interval or 0.0,
         size,

@@ -113,7 +113,7 @@ def stretches(flags: ArrayLike, interval: float, *, start: float = 0.0) -> pd.Da
     ----------
     flags : (N,) bool, or GrindFlag
         For each sample, such as ``continuous > 0.002``; of the flags of ``must_grind``, those
-        above ``GrindFlag.LEFT`` count.
+        above ``GrindFlag.NONE`` count.
     interval : float
         m
     start : float
@@ -131,7 +131,7 @@ def stretches(flags: ArrayLike, interval: float, *, start: float = 0.0) -> pd.Da
         raise ValueError(f"flags has {values.ndim} dimensions instead of one")
     if values.dtype != bool and not np.isin(values, list(GrindFlag)).all():
         raise ValueError("flags are neither bool nor GrindFlag")
-    flagged = values if values.dtype == bool else values > GrindFlag.LEFT
+    flagged = values if values.dtype == bool else values > GrindFlag.NONE
     edges = np.flatnonzero(np.diff(np.concatenate([[False], flagged, [False]]).astype(np.int8)))
     first, behind = edges[::2], edges[1::2]
     return table(
@@ -188,8 +188,9 @@ def defect_table(index: ProfileIndex, *, start: float = 0.0) -> pd.DataFrame:
     Returns
     -------
     DataFrame
-        A row a defect, in the order of the lots: its ``kind``, bump or dip, ``begin`` and ``end``
-        in metres, and its ``height`` beyond the blanking band in the unit of the trace.
+        A row a defect, in the order of the lots: its ``kind``, above or below the blanking band,
+        ``begin`` and ``end`` in metres, and its ``height`` beyond the band in the unit of the
+        trace.
     """
     return table(
         kind=[defect.kind.name.lower() for defect in index.defects],

@@ -242,7 +242,7 @@ namespace Vialto.Tests
             float[] road = Rough(8);
             var result = Analysis.CompareProfiles(
                 road, road.Skip(8).ToArray(), Interval, maxOffset: 2.0f,
-                filter: new Filter { Kind = FilterKind.None, Output = FilterOutput.Elevation },
+                settings: new Filter { Kind = FilterKind.None, Output = FilterOutput.Elevation },
                 testSection: new Stretch(0, 1999));
             Assert.That(result.Offset, Is.EqualTo(8 * Interval));
             Assert.That(result.Offsets[result.Best], Is.EqualTo(8 * Interval));

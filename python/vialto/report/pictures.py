@@ -190,12 +190,12 @@ def _defects(road: Road, side: str, run: Profilograph) -> go.Scatter:
         (
             road.start + (defect.begin[0] + defect.end[0]) / 2.0,
             (defect.begin[1] + defect.end[1]) / 2.0
-            + (1.0 if defect.kind == DefectKind.BUMP else -1.0) * defect.height,
+            + (1.0 if defect.kind == DefectKind.ABOVE else -1.0) * defect.height,
         )
         for defect in run.index.defects
     ]
     symbols = [
-        "triangle-up" if defect.kind == DefectKind.BUMP else "triangle-down"
+        "triangle-up" if defect.kind == DefectKind.ABOVE else "triangle-down"
         for defect in run.index.defects
     ]
     return go.Scatter(
