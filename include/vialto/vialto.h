@@ -45,7 +45,7 @@
 /* The version of the interface. The library that a host meets has the same major number, and at
  * least the version that it was built with. */
 #define VIALTO_VERSION_MAJOR 1
-#define VIALTO_VERSION_MINOR 0
+#define VIALTO_VERSION_MINOR 1
 #define VIALTO_VERSION_PATCH 0
 
 /* As one number, to compare: 10203 is version 1.2.3. */
