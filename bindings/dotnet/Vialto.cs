@@ -249,6 +249,68 @@ namespace Vialto
         public const int Count = 6;
     }
 
+    /// <summary>Settings that a highway at 25 mm is usually judged by, taken where nothing else is
+    /// asked for. The guide tells where each comes from.</summary>
+    public static class Defaults
+    {
+        /// <summary>m; below it the 250 mm average belongs ahead of a quarter car (ASTM
+        /// E1926).</summary>
+        public const float LongestSmoothedInterval = 0.167f;
+        /// <summary>m; length of a section of a road.</summary>
+        public const float Section = 100.0f;
+        /// <summary>m; the other usual one.</summary>
+        public const float TenthOfAMile = 160.9344f;
+        /// <summary>m; base length of the moving IRI, 25 feet (AASHTO R 54).</summary>
+        public const float LocalBaseLength = 7.62f;
+        /// <summary>m/km; a moving IRI above it is a place to correct: 160 inches a mile.</summary>
+        public const float LocalRoughness = 2.5f;
+        /// <summary>km/h; 50 miles an hour.</summary>
+        public const float RideNumberSpeed = 80.46f;
+        /// <summary>Points per octave of a spectrum.</summary>
+        public const int PointsPerOctave = 12;
+        /// <summary>m; length of a straightedge (EN 13036-7).</summary>
+        public const float Straightedge = 3.0f;
+        /// <summary>mm; full width of the blanking band, 0.1 inch.</summary>
+        public const float BlankingBand = 2.54f;
+        /// <summary>m; narrowest scallop that counts, 2 feet.</summary>
+        public const float ScallopWidth = 0.6f;
+        /// <summary>mm; lowest scallop that counts, 0.035 inch.</summary>
+        public const float ScallopHeight = 0.889f;
+        /// <summary>mm; rounding step of scallop heights, 0.05 inch.</summary>
+        public const float ScallopRounding = 1.27f;
+        /// <summary>m; from axle to axle of a grinder, 18 feet.</summary>
+        public const float GrinderWheelBase = 5.5f;
+        /// <summary>Place of its head, as a share of the wheel base.</summary>
+        public const float GrinderHeadPosition = 0.5f;
+        /// <summary>m; between the two wheels of an axle, 3 feet.</summary>
+        public const float GrinderTandemSpread = 0.9f;
+        /// <summary>m; base length of the wheels' moving average, 1 foot.</summary>
+        public const float GrinderWheelLength = 0.3f;
+        /// <summary>mm; a deeper cut is made, and flagged.</summary>
+        public const float GrinderDepthMm = 8.0f;
+        /// <summary>m/m; a moving IRI of 2 m/km, above which a road is ground.</summary>
+        public const float GrindThreshold = 0.002f;
+        /// <summary>m; length of the shortest spot to grind.</summary>
+        public const float GrindLength = 0.3f;
+        /// <summary>m; smallest gap between two of them.</summary>
+        public const float GrindGap = 0.3f;
+        /// <summary>m; nominal spacing of the joints, 15 feet.</summary>
+        public const float JointSpacing = 4.572f;
+        /// <summary>mm; to either side of a joint, what belongs to neither slab.</summary>
+        public const float JointWindowMm = 100.0f;
+        /// <summary>m; largest offset of a comparison, to either side.</summary>
+        public const float LargestOffset = 3.0f;
+        /// <summary>m; window of anti-smoothing.</summary>
+        public const float AntiSmoothingLength = 0.25f;
+
+        /// <summary>Wheel offsets of a profilograph with twelve wheels in two groups, at the ends
+        /// of a beam of 25 feet, m.</summary>
+        public static float[] TwelveWheels
+        {
+            get { return new[] { 1.905f, 2.286f, 2.667f, 3.048f, 3.429f, 3.81f }; }
+        }
+    }
+
     /// <summary>Samples from <see cref="First"/> to <see cref="Last"/>, inclusive, counted from 0;
     /// none where the last lies before the first.</summary>
     public struct Stretch
@@ -385,15 +447,15 @@ namespace Vialto
     public sealed class Grinder
     {
         /// <summary>m; from axle to axle.</summary>
-        public float WheelBase { get; set; } = 5.5f;
+        public float WheelBase { get; set; } = Defaults.GrinderWheelBase;
         /// <summary>0.0 at the axle ahead of the head, 1.0 at the other.</summary>
-        public float HeadPosition { get; set; } = 0.5f;
+        public float HeadPosition { get; set; } = Defaults.GrinderHeadPosition;
         /// <summary>m; between the two wheels of an axle.</summary>
-        public float TandemSpread { get; set; } = 0.9f;
+        public float TandemSpread { get; set; } = Defaults.GrinderTandemSpread;
         /// <summary>m; base length of the wheels' moving average.</summary>
-        public float WheelLength { get; set; } = 0.3f;
+        public float WheelLength { get; set; } = Defaults.GrinderWheelLength;
         /// <summary>mm; a deeper cut is made, and flagged.</summary>
-        public float MaxDepthMm { get; set; } = 8.0f;
+        public float MaxDepthMm { get; set; } = Defaults.GrinderDepthMm;
 
         internal tGrinderSetup Record()
         {
@@ -480,9 +542,9 @@ namespace Vialto
         public RideIndex Index { get; set; } = RideIndex.Iri;
         /// <summary>Limit of the continuous ride index, m/m; with
         /// <see cref="RideIndex.TwoRN"/> a Ride Number, 0 to 5.</summary>
-        public float Threshold { get; set; } = 0.002f;
+        public float Threshold { get; set; } = Defaults.GrindThreshold;
         /// <summary>m; base length of that index.</summary>
-        public float BaseLength { get; set; } = 7.62f;
+        public float BaseLength { get; set; } = Defaults.LocalBaseLength;
         /// <summary>250 mm moving average ahead of the quarter car.</summary>
         public bool MovingAverage { get; set; } = true;
         /// <summary>Drops spots that are not longer than <see cref="MinLength"/>.</summary>
@@ -492,9 +554,9 @@ namespace Vialto
         /// <summary>Keeps the spots whose grinding alone improves the index.</summary>
         public bool TryEach { get; set; } = true;
         /// <summary>m.</summary>
-        public float MinLength { get; set; } = 0.3f;
+        public float MinLength { get; set; } = Defaults.GrindLength;
         /// <summary>m.</summary>
-        public float MinGap { get; set; } = 0.3f;
+        public float MinGap { get; set; } = Defaults.GrindGap;
 
         internal tMustGrindCfg Record()
         {
@@ -525,7 +587,7 @@ namespace Vialto
         /// filter.</summary>
         public float ShortWavelength { get; set; }
         /// <summary>km/h; speed of the Ride Number filter.</summary>
-        public float Velocity { get; set; } = 80.46f;
+        public float Velocity { get; set; } = Defaults.RideNumberSpeed;
 
         internal tFiltCon Record()
         {
@@ -642,13 +704,6 @@ namespace Vialto
     /// </remarks>
     public static class Analysis
     {
-        /// <summary>Wheel offsets of a profilograph with twelve wheels in two groups, at the ends
-        /// of a beam of 25 feet, m.</summary>
-        public static float[] TwelveWheels
-        {
-            get { return new[] { 1.905f, 2.286f, 2.667f, 3.048f, 3.429f, 3.81f }; }
-        }
-
         /// <summary>Overall ride index of one profile (<c>ride_dlldrv</c>).</summary>
         /// <param name="profile">[N] elevations, m.</param>
         /// <param name="interval">m.</param>
@@ -698,7 +753,7 @@ namespace Vialto
         /// <param name="movingAverage">As in <see cref="RideIndex"/>.</param>
         /// <returns>[N] m/m.</returns>
         public static float[] ContinuousRideIndex(
-            float[] profile, float interval, float baseLength = 7.62f,
+            float[] profile, float interval, float baseLength = Defaults.LocalBaseLength,
             RideIndex index = Vialto.RideIndex.Iri, bool movingAverage = true)
         {
             var result = new float[Size(profile, nameof(profile))];
@@ -759,7 +814,8 @@ namespace Vialto
         /// <param name="movingAverage">As in <see cref="RideIndex"/>.</param>
         /// <returns>[N] in the unit of the index.</returns>
         public static float[] TwoTrackContinuousRideIndex(
-            float[] left, float[] right, float interval, float baseLength = 7.62f,
+            float[] left, float[] right, float interval,
+            float baseLength = Defaults.LocalBaseLength,
             RideIndex index = Vialto.RideIndex.Mri, bool movingAverage = true)
         {
             var result = new float[Size(left, right)];
@@ -799,7 +855,8 @@ namespace Vialto
         /// <exception cref="ArgumentOutOfRangeException">The stretch ends behind the
         /// profile.</exception>
         public static Spectrum PowerSpectralDensity(
-            float[] profile, float interval, Density kind = Density.Slope, int pointsPerOctave = 12,
+            float[] profile, float interval, Density kind = Density.Slope,
+            int pointsPerOctave = Defaults.PointsPerOctave,
             float? frequencyInterval = null, Stretch? stretch = null)
         {
             var used = Within(stretch, Size(profile, nameof(profile)), nameof(stretch));
@@ -821,7 +878,7 @@ namespace Vialto
         /// <param name="interval">m.</param>
         /// <param name="length">m; of the straightedge.</param>
         public static StraightedgeResponse RollingStraightedge(float[] profile, float interval,
-                                                               float length = 3.0f)
+                                                               float length = Defaults.Straightedge)
         {
             var deflection = new float[Size(profile, nameof(profile))];
             Native.Check(Native.rse_dlldrv(
@@ -838,7 +895,7 @@ namespace Vialto
         /// <param name="profile">[N] elevations, in any unit.</param>
         /// <param name="interval">m.</param>
         /// <param name="wheelOffsets">m; distance of each pair of wheels ahead of and behind the
-        /// sensing wheel. <see cref="TwelveWheels"/> by default.</param>
+        /// sensing wheel. <see cref="Defaults.TwelveWheels"/> by default.</param>
         /// <param name="stretch">The samples to use; by default the whole profile.</param>
         /// <exception cref="ArgumentOutOfRangeException">The stretch ends behind the
         /// profile.</exception>
@@ -847,7 +904,7 @@ namespace Vialto
         {
             int size = Size(profile, nameof(profile));
             var used = Within(stretch, size, nameof(stretch));
-            var offsets = wheelOffsets ?? TwelveWheels;
+            var offsets = wheelOffsets ?? Defaults.TwelveWheels;
             var height = Filled(size, float.NaN);
             Native.Check(Native.pgfilt_dll(
                 used.First, used.Last, interval, offsets.Length, size, offsets, profile, height,
@@ -870,8 +927,8 @@ namespace Vialto
         /// trace.</exception>
         public static ProfileIndex ProfileIndex(
             float[] trace, float interval, Stretch? stretch = null, Stretch[] lots = null,
-            float blankingBand = 2.54f, float minWidth = 0.6f, float minHeight = 0.889f,
-            float rounding = 1.27f)
+            float blankingBand = Defaults.BlankingBand, float minWidth = Defaults.ScallopWidth,
+            float minHeight = Defaults.ScallopHeight, float rounding = Defaults.ScallopRounding)
         {
             int size = Size(trace, nameof(trace));
             var used = Within(stretch, size, nameof(stretch));
@@ -991,7 +1048,7 @@ namespace Vialto
         /// <param name="upsampling">Brings both profiles to a common finer step; otherwise the step
         /// is the reference profile's interval.</param>
         public static ComparisonGrid ComparisonGrid(
-            float referenceInterval, float testInterval, float maxOffset = 3.0f,
+            float referenceInterval, float testInterval, float maxOffset = Defaults.LargestOffset,
             bool upsampling = true)
         {
             var analysis = new tProfAnalysis {
@@ -1021,8 +1078,8 @@ namespace Vialto
         /// <param name="upsampling">As in <see cref="ComparisonGrid"/>.</param>
         public static Comparison CompareProfiles(
             float[] reference, float[] test, float referenceInterval, float? testInterval = null,
-            float maxOffset = 3.0f, Filter settings = null, Stretch? referenceSection = null,
-            Stretch? testSection = null, bool padding = true, bool upsampling = true)
+            float maxOffset = Defaults.LargestOffset, Filter settings = null,
+            Stretch? referenceSection = null, Stretch? testSection = null, bool padding = true, bool upsampling = true)
         {
             tProfinfo[] profiles = {
                 Section(referenceSection, Size(reference, nameof(reference)), referenceInterval,
@@ -1095,7 +1152,7 @@ namespace Vialto
         /// <param name="spacing">m; nominal spacing of the joints.</param>
         /// <param name="method">How joints are detected.</param>
         public static TrackFeatures FindJoints(
-            float[] left, float[] right, float interval, float spacing = 4.572f,
+            float[] left, float[] right, float interval, float spacing = Defaults.JointSpacing,
             JointMethod method = JointMethod.AntiSmoothing)
         {
             int size = Size(left, right);
@@ -1124,7 +1181,7 @@ namespace Vialto
         /// <returns>[J] mm, positive where the slab behind stands higher; NaN at a joint nearer
         /// than 2.4384 m to either end of the profile.</returns>
         public static float[] JointFaults(float[] profileMm, float interval, double[] joints,
-                                          float windowMm = 100.0f)
+                                          float windowMm = Defaults.JointWindowMm)
         {
             var faults = Filled(Size(joints, nameof(joints)), float.NaN);
             Native.Check(Native.joint_fault_dlldrv(
@@ -1139,7 +1196,7 @@ namespace Vialto
         /// <param name="interval">m.</param>
         /// <param name="baseLength">m; of the window.</param>
         public static AntiSmoothed AntiSmooth(float[] profile, float interval,
-                                              float baseLength = 0.25f)
+                                              float baseLength = Defaults.AntiSmoothingLength)
         {
             var deviation = Copy(profile, nameof(profile));
             Native.Check(Native.antismth_dlldrv(

@@ -6,10 +6,13 @@ failure raises `VialtoError`; the arrays that are handed over are never changed.
 
 Around them, for those who have pandas: `read_road` reads a `Road` from a file and refuses what is
 none, and `roughness`, `stretches`, `lot_table`, `defect_table` and `joint_table` make tables.
+
+`defaults` names the settings that are taken where nothing else is asked for.
 """
 
 from importlib.metadata import PackageNotFoundError, version
 
+from . import defaults
 from ._arrays import ValidRange
 from ._library import VialtoError, load
 from ._profiles import UnitWarning
@@ -21,6 +24,7 @@ from .comparison import (
     comparison_grid,
     repeatability,
 )
+from .defaults import TWELVE_WHEELS
 from .filters import AntiSmoothed, Filter, FilterBand, FilterKind, FilterOutput, anti_smooth
 from .grinding import (
     Direction,
@@ -38,7 +42,6 @@ from .grinding import (
 )
 from .joints import Feature, Features, JointMethod, find_joints, joint_faults
 from .profilograph import (
-    TWELVE_WHEELS,
     Defect,
     DefectKind,
     Lot,
@@ -117,6 +120,7 @@ __all__ = [
     "compare_profiles",
     "comparison_grid",
     "continuous_ride_index",
+    "defaults",
     "defect_table",
     "find_joints",
     "grind",

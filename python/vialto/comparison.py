@@ -15,6 +15,7 @@ from ._arrays import Reals, reals
 from ._library import YES, call, yes_or_no
 from ._profiles import check_interval, profile_in_metres
 from ._records import ProfAnalysis, Profinfo
+from .defaults import LARGEST_OFFSET
 from .filters import Filter
 
 RUNS, POINTS = 10, 1057  # of a repeatability test
@@ -106,7 +107,7 @@ def comparison_grid(
     reference_interval: float,
     test_interval: float,
     *,
-    max_offset: float = 3.0,
+    max_offset: float = LARGEST_OFFSET,
     upsampling: bool = True,
 ) -> ComparisonGrid:
     """Number and step of the offsets of a comparison (``CC_CoeffArray``).
@@ -138,7 +139,7 @@ def compare_profiles(
     reference_interval: float,
     test_interval: float | None = None,
     *,
-    max_offset: float = 3.0,
+    max_offset: float = LARGEST_OFFSET,
     settings: Filter = Filter(),
     reference_section: tuple[int, int] | None = None,
     test_section: tuple[int, int] | None = None,

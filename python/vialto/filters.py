@@ -12,6 +12,7 @@ from ._arrays import Reals, ValidRange
 from ._library import call, yes_or_no
 from ._profiles import profile_in_metres
 from ._records import FiltCon
+from .defaults import ANTI_SMOOTHING_LENGTH, RIDE_NUMBER_SPEED
 
 
 class FilterKind(IntEnum):
@@ -72,7 +73,7 @@ class Filter:
     moving_average: bool = True
     long_wavelength: float = 0.0
     short_wavelength: float = 0.0
-    velocity: float = 80.46
+    velocity: float = RIDE_NUMBER_SPEED
 
     def record(self) -> FiltCon:
         """The settings as the library reads them."""
@@ -107,7 +108,7 @@ def anti_smooth(
     profile: ArrayLike,
     interval: float,
     *,
-    base_length: float = 0.25,
+    base_length: float = ANTI_SMOOTHING_LENGTH,
     allow_nonfinite: bool = False,
 ) -> AntiSmoothed:
     """Distance of each sample from the mean of a window around it (``antismth_dlldrv``).

@@ -17,6 +17,17 @@ from ._library import call, yes_or_no
 from ._profiles import profile_in_metres, tracks_in_metres
 from ._records import MOST_PASSES, GrinderSetup, GrindSpotRecord, MustGrindCfg
 from ._series import as_given, per_sample
+from .defaults import (
+    GRIND_GAP,
+    GRIND_LENGTH,
+    GRIND_THRESHOLD,
+    GRINDER_DEPTH_MM,
+    GRINDER_HEAD_POSITION,
+    GRINDER_TANDEM_SPREAD,
+    GRINDER_WHEEL_BASE,
+    GRINDER_WHEEL_LENGTH,
+    LOCAL_BASE_LENGTH,
+)
 from .ride import RideIndex
 
 
@@ -53,11 +64,11 @@ class Grinder:
         mm; a deeper cut is made, and flagged.
     """
 
-    wheel_base: float = 5.5
-    head_position: float = 0.5
-    tandem_spread: float = 0.9
-    wheel_length: float = 0.3
-    max_depth_mm: float = 8.0
+    wheel_base: float = GRINDER_WHEEL_BASE
+    head_position: float = GRINDER_HEAD_POSITION
+    tandem_spread: float = GRINDER_TANDEM_SPREAD
+    wheel_length: float = GRINDER_WHEEL_LENGTH
+    max_depth_mm: float = GRINDER_DEPTH_MM
 
 
 @dataclass(frozen=True)
@@ -151,14 +162,14 @@ class MustGrind:
     """
 
     index: RideIndex = RideIndex.IRI
-    threshold: float = 0.002
-    base_length: float = 7.62
+    threshold: float = GRIND_THRESHOLD
+    base_length: float = LOCAL_BASE_LENGTH
     moving_average: bool = True
     drop_short: bool = True
     join_close: bool = True
     try_each: bool = True
-    min_length: float = 0.3
-    min_gap: float = 0.3
+    min_length: float = GRIND_LENGTH
+    min_gap: float = GRIND_GAP
 
 
 def grind(

@@ -13,6 +13,7 @@ from ._library import NO, call
 from ._profiles import profile_in_mm, tracks_in_metres
 from ._records import JointIDCfg
 from ._series import as_given
+from .defaults import JOINT_SPACING, JOINT_WINDOW_MM
 
 
 class JointMethod(IntEnum):
@@ -59,7 +60,7 @@ def find_joints(
     right: ArrayLike,
     interval: float,
     *,
-    spacing: float = 4.572,
+    spacing: float = JOINT_SPACING,
     method: JointMethod = JointMethod.ANTI_SMOOTHING,
     allow_nonfinite: bool = False,
 ) -> tuple[Features, Features]:
@@ -101,7 +102,7 @@ def joint_faults(
     interval: float,
     joints: ArrayLike,
     *,
-    window_mm: float = 100.0,
+    window_mm: float = JOINT_WINDOW_MM,
     allow_nonfinite: bool = False,
 ) -> Reals:
     """Fault at each joint (``joint_fault_dlldrv``).

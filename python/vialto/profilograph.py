@@ -18,9 +18,13 @@ from ._arrays import Reals, ValidRange, last_sample, reals
 from ._library import call
 from ._profiles import check_interval, check_trace_in_mm, profile_in_metres
 from ._records import PGDefect, PGLot
-
-#: m; twelve wheels in two groups, at the ends of a beam of 25 feet
-TWELVE_WHEELS = (1.905, 2.286, 2.667, 3.048, 3.429, 3.81)
+from .defaults import (
+    BLANKING_BAND,
+    SCALLOP_HEIGHT,
+    SCALLOP_ROUNDING,
+    SCALLOP_WIDTH,
+    TWELVE_WHEELS,
+)
 
 MOST_DEFECTS = 5000  # of a whole trace; the library wants room for them
 MM_PER_M = 1000.0
@@ -193,10 +197,10 @@ def profile_index(
     lots: Iterable[tuple[int, int]] | None = None,
     lots_in_metres: Iterable[tuple[float, float]] | None = None,
     lot_length: float | None = None,
-    blanking_band: float = 2.54,
-    min_width: float = 0.6,
-    min_height: float = 0.889,
-    rounding: float = 1.27,
+    blanking_band: float = BLANKING_BAND,
+    min_width: float = SCALLOP_WIDTH,
+    min_height: float = SCALLOP_HEIGHT,
+    rounding: float = SCALLOP_ROUNDING,
     allow_nonfinite: bool = False,
 ) -> ProfileIndex:
     """Profile index and defects of a profilograph trace (``pgindex_dll``).
@@ -295,10 +299,10 @@ def run_profilograph(
     wheel_offsets: ArrayLike = TWELVE_WHEELS,
     lots_in_metres: Iterable[tuple[float, float]] | None = None,
     lot_length: float | None = None,
-    blanking_band: float = 2.54,
-    min_width: float = 0.6,
-    min_height: float = 0.889,
-    rounding: float = 1.27,
+    blanking_band: float = BLANKING_BAND,
+    min_width: float = SCALLOP_WIDTH,
+    min_height: float = SCALLOP_HEIGHT,
+    rounding: float = SCALLOP_ROUNDING,
 ) -> Profilograph:
     """Trace, profile index and defects of a profile in metres.
 

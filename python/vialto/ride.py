@@ -17,6 +17,7 @@ from ._arrays import Integers, Reals, integers, mask
 from ._library import NO, YES, call, yes_or_no
 from ._profiles import profile_in_metres, tracks_in_metres
 from ._series import as_given, per_sample
+from .defaults import LOCAL_BASE_LENGTH
 
 
 class RideIndex(IntEnum):
@@ -163,7 +164,7 @@ def continuous_ride_index(
     profile: ArrayLike,
     interval: float,
     *,
-    base_length: float = 7.62,
+    base_length: float = LOCAL_BASE_LENGTH,
     index: RideIndex = RideIndex.IRI,
     moving_average: bool = True,
     allow_nonfinite: bool = False,
@@ -318,7 +319,7 @@ def two_track_continuous_ride_index(
     right: ArrayLike,
     interval: float,
     *,
-    base_length: float = 7.62,
+    base_length: float = LOCAL_BASE_LENGTH,
     index: RideIndex = RideIndex.MRI,
     moving_average: bool = True,
     allow_nonfinite: bool = False,

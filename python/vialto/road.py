@@ -11,12 +11,12 @@ from numpy.typing import NDArray
 
 from ._arrays import Doubles, doubles
 from ._profiles import check_interval, check_metres
+from .defaults import LONGEST_SMOOTHED_INTERVAL
 
 if TYPE_CHECKING:
     import pandas as pd
 
 TRACKS = ("left", "right")
-LONGEST_SMOOTHED_INTERVAL = 0.167  # m; longer ones are smooth enough
 
 
 @dataclass(frozen=True, eq=False)

@@ -15,6 +15,7 @@ from numpy.typing import ArrayLike
 from ._arrays import Reals, ValidRange, last_sample
 from ._library import call
 from ._profiles import profile_in_metres
+from .defaults import POINTS_PER_OCTAVE, STRAIGHTEDGE
 
 
 class Density(IntEnum):
@@ -71,7 +72,7 @@ def power_spectral_density(
     interval: float,
     *,
     kind: Density = Density.SLOPE,
-    points_per_octave: int = 12,
+    points_per_octave: int = POINTS_PER_OCTAVE,
     frequency_interval: float | None = None,
     first: int = 0,
     last: int | None = None,
@@ -134,7 +135,11 @@ def power_spectral_density(
 
 
 def rolling_straightedge(
-    profile: ArrayLike, interval: float, *, length: float = 3.0, allow_nonfinite: bool = False
+    profile: ArrayLike,
+    interval: float,
+    *,
+    length: float = STRAIGHTEDGE,
+    allow_nonfinite: bool = False,
 ) -> StraightedgeResponse:
     """Deflection under a rolling straightedge (``rse_dlldrv``).
 

@@ -10,6 +10,7 @@ from numpy.typing import ArrayLike, NDArray
 
 from ._arrays import Doubles
 from ._pandas import pandas, table
+from .defaults import JOINT_SPACING, JOINT_WINDOW_MM, SECTION
 from .grinding import GrindFlag
 from .joints import Feature, JointMethod, find_joints, joint_faults
 from .profilograph import MM_PER_M, ProfileIndex
@@ -25,7 +26,7 @@ NO_LOT = -1.0  # the index of a lot of one sample
 ROUNDING = 1e-9  # of a number of sections
 
 
-def roughness(road: Road, length: float = 100.0) -> pd.DataFrame:
+def roughness(road: Road, length: float = SECTION) -> pd.DataFrame:
     """Roughness of each section of a road.
 
     The filters run through the whole road once, so that no section starts cold.
@@ -203,9 +204,9 @@ def defect_table(index: ProfileIndex, *, start: float = 0.0) -> pd.DataFrame:
 def joint_table(
     road: Road,
     *,
-    spacing: float = 4.572,
+    spacing: float = JOINT_SPACING,
     method: JointMethod = JointMethod.ANTI_SMOOTHING,
-    window_mm: float = 100.0,
+    window_mm: float = JOINT_WINDOW_MM,
 ) -> pd.DataFrame:
     """Joints and cracks of a concrete pavement, and the fault at each.
 

@@ -120,24 +120,36 @@ namespace Vialto.Tests
             documentation.Load("Vialto.xml");
             var documented = documentation.SelectNodes("//member[starts-with(@name, 'F:')]")
                 .Cast<XmlElement>()
+                .Where(member => !member.GetAttribute("name").StartsWith("F:Vialto.Defaults."))
                 .Select(member => member.SelectSingleNode(".//c").InnerText + "=" +
                                   Value(member.GetAttribute("name").Substring("F:".Length)));
             Assert.That(documented, Is.EquivalentTo(expected));
         }
 
-        // Numbers and switches, as "function.parameter=value" or "Settings.field=value".
+        // Numbers and switches, as "function.parameter=value" or "Settings.field=value", and the
+        // named ones as "NAME=value".
         [Test]
         public void DefaultsOfThePythonPackage()
         {
             string python = string.Join("\n",
                 Directory.GetFiles(Source + "/python/vialto", "*.py").Select(File.ReadAllText));
+            var named = Regex
+                .Matches(File.ReadAllText(Source + "/python/vialto/defaults.py"),
+                         @"^(\w+) = ([\d.]+)", RegexOptions.Multiline).Cast<Match>()
+                .ToDictionary(one => one.Groups[1].Value, one => Number(one.Groups[2].Value));
+            Assert.That(named.Select(one => one.Key + "=" + one.Value),
+                        Is.EqualTo(typeof(Defaults).GetFields().Select(
+                            field => Snake(field.Name).ToUpper() + "=" + field.GetValue(null))));
+            Assert.That(Regex.Match(python, @"TWELVE_WHEELS = \((.*)\)").Groups[1].Value,
+                        Is.EqualTo(string.Join(", ", Defaults.TwelveWheels)));
             var theirs = Regex
                 .Matches(python, @"^(?:def|class) (\w+)(.*?)(?=^\S|\z)",
                          RegexOptions.Multiline | RegexOptions.Singleline).Cast<Match>()
                 .SelectMany(match => Regex.Matches(match.Groups[2].Value,
                                                    @"(\w+): (?:float|int|bool) = ([\w.]+)")
                     .Cast<Match>().Select(one => match.Groups[1] + "." + one.Groups[1] + "=" +
-                                                 Regex.Replace(one.Groups[2].Value, @"\.0$", "")));
+                        (named.TryGetValue(one.Groups[2].Value, out string value)
+                            ? value : Number(one.Groups[2].Value))));
             var ours = typeof(Analysis).GetMethods()
                 .SelectMany(method => method.GetParameters().Select(parameter => new {
                     Name = Snake(method.Name) + "." + Snake(parameter.Name),
@@ -151,13 +163,17 @@ namespace Vialto.Tests
                 .Where(one => one.Value is float || one.Value is int || one.Value is bool)
                 .Select(one => one.Name + "=" + one.Value);
             Assert.That(ours.Except(theirs), Is.Empty);
-            Assert.That(Regex.Match(python, @"TWELVE_WHEELS = \((.*)\)").Groups[1].Value,
-                        Is.EqualTo(string.Join(", ", Analysis.TwelveWheels)));
+        }
+
+        // As .NET writes it.
+        static string Number(string python)
+        {
+            return Regex.Replace(python, @"\.0$", "");
         }
 
         static string Snake(string name)
         {
-            return Regex.Replace(name, "(?<=[a-z])[A-Z]", "_$0").ToLower();
+            return Regex.Replace(name, "(?<=[a-z])[A-Z]|(?<=[A-Z])[A-Z](?=[a-z])", "_$0").ToLower();
         }
 
         static int Value(string name)

@@ -14,8 +14,15 @@ from numpy.typing import NDArray
 from vialto._arrays import Doubles
 from vialto._library import VialtoError
 from vialto._pandas import pandas
-from vialto.defaults import LOCAL_BASE_LENGTH, LOCAL_ROUGHNESS, TENTH_OF_A_MILE
-from vialto.profilograph import MM_PER_M, TWELVE_WHEELS, profile_index, profilograph_trace
+from vialto.defaults import (
+    BLANKING_BAND,
+    LOCAL_BASE_LENGTH,
+    LOCAL_ROUGHNESS,
+    STRAIGHTEDGE,
+    TENTH_OF_A_MILE,
+    TWELVE_WHEELS,
+)
+from vialto.profilograph import MM_PER_M, profile_index, profilograph_trace
 from vialto.reading import read_road
 from vialto.ride import continuous_ride_index
 from vialto.road import Road, RoadError
@@ -38,8 +45,10 @@ COLUMNS = {
     "mri": "m/km",
     "hri": "m/km",
     "ride_number": "0 to 5",
-    "straightedge": "mm; the greatest deflection under 3 m, of either track",
-    "profile_index": "mm/km; of a profilograph with a blanking band of 2.54 mm, mean of the tracks",
+    "straightedge": f"mm; the greatest deflection under {STRAIGHTEDGE:g} m, of either track",
+    "profile_index": (
+        f"mm/km; of a profilograph with a blanking band of {BLANKING_BAND:g} mm, mean of the tracks"
+    ),
     "exceeding": "m; how much of it has a moving IRI above the threshold in either track",
     "filled": "share of samples that were filled, 0 to 1",
     "section": "m; the length asked for",

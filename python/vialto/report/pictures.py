@@ -12,7 +12,7 @@ from plotly.subplots import make_subplots
 
 from vialto._arrays import Doubles, Reals
 from vialto._library import VialtoError
-from vialto.defaults import LOCAL_BASE_LENGTH
+from vialto.defaults import BLANKING_BAND, LOCAL_BASE_LENGTH, STRAIGHTEDGE
 from vialto.grinding import (
     Grinder,
     GrindSpot,
@@ -30,7 +30,6 @@ from vialto.tables import PER_KM, joint_table, stretches
 
 from .agreement import agreement, filtered
 from .drawing import COLOURS, MARK, bands, by_distance, segments, styled, track_line
-from .numbers import STRAIGHTEDGE
 from .settings import Settings
 
 if TYPE_CHECKING:
@@ -179,8 +178,8 @@ def _profilograph(road: Road, settings: Settings) -> _Drawn:
         told.append(f"{len(run.index.defects)} {side}")
     figure = by_distance(road, lines, "trace, mm")
     return figure, (
-        f"Twelve wheels, lots of {settings.section:g} m, blanking band of 2.54 mm (dashed)."
-        f" Triangles stand at the defects beyond it: {', '.join(told)}."
+        f"Twelve wheels, lots of {settings.section:g} m, blanking band of {BLANKING_BAND:g} mm"
+        f" (dashed). Triangles stand at the defects beyond it: {', '.join(told)}."
     )
 
 
