@@ -19,6 +19,10 @@ if TYPE_CHECKING:
 
 MOST_DEATHS = 3  # workers that one road may take with it
 
+# A worker asks for arrays of the same size road after road. By default it would give freed memory
+# back to the system at once, and spend half of its time on getting it again.
+KEPT_BY_A_WORKER = 256 * 2**20  # bytes
+
 _runs = count()
 
 
@@ -80,8 +84,14 @@ def local_client(workers: int | None = None) -> Iterator[Client]:
 
     with (
         tempfile.TemporaryDirectory(prefix="vialto-network-") as directory,
-        # Who was with a worker that died is a suspect at once, and then runs alone.
-        dask.config.set({"distributed.scheduler.allowed-failures": 0}),
+        dask.config.set(
+            {
+                # Who was with a worker that died is a suspect at once, and then runs alone.
+                "distributed.scheduler.allowed-failures": 0,
+                "distributed.nanny.pre-spawn-environ.MALLOC_TRIM_THRESHOLD_": KEPT_BY_A_WORKER,
+                "distributed.nanny.pre-spawn-environ.MALLOC_MMAP_THRESHOLD_": KEPT_BY_A_WORKER,
+            }
+        ),
         LocalCluster(
             n_workers=workers if workers is not None else len(os.sched_getaffinity(0)),
             threads_per_worker=1,
