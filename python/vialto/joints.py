@@ -108,7 +108,7 @@ def joint_faults(
     """Fault at each joint (``joint_fault_dlldrv``).
 
     A straight line is fitted to each slab, from 2.4384 m away up to the window, and both are
-    carried to a point 0.15 m past the joint.
+    carried to one point past the joint, 0.175 m at an interval of 0.025 m.
 
     Parameters
     ----------
