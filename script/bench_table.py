@@ -3,9 +3,9 @@
     bench_table.py PROGRAM [OTHER_PROGRAM]
 
 The program runs in several rounds, and each figure is the least of all rounds: what disturbs a
-measurement makes it longer. A function of two tracks is set beside that of one. With the program of
-another build, both run in turn in each round, and the last column says how many times as fast as the
-other build this one is.
+measurement makes it longer. A function of two tracks is set beside that of one. With the program
+of another build, both run in turn in each round, and the last column says how many times as fast as
+the other build this one is.
 """
 
 import json
@@ -52,9 +52,10 @@ def ratio(slow, fast):
 def main():
     programs = sys.argv[1:]
     rounds = [[run(program) for program in programs] for _ in range(ROUNDS)]
-    ours, *others = (least(of_program) for of_program in zip(*rounds))
+    ours, *others = (least(of_program) for of_program in zip(*rounds, strict=True))
 
-    heading = ["function", "ms", "million samples/s", "times the literal version", "two tracks to one"]
+    heading = ["function", "ms", "million samples/s", "times the literal version"]
+    heading.append("two tracks to one")
     print(" | ".join(["", *heading, *(["times the other build"] if others else []), ""]).strip())
     print("|---" + "|---:" * (len(heading) - 1 + len(others)) + "|")
     for name, result in ours.items():

@@ -34,7 +34,7 @@ class ValidRange:
 
     @property
     def valid(self) -> slice:
-        """The valid elements, as in `trace.height[trace.valid]`."""
+        """The valid elements, as in ``trace.height[trace.valid]``."""
         return slice(self.first, max(self.first, self.last + 1))
 
 
