@@ -42,6 +42,8 @@ nb_ipywidgets_js = {}
 breathe_projects = {"vialto": os.environ["VIALTO_REFERENCE"] + "/xml"}
 breathe_default_project = "vialto"
 breathe_domain_by_extension = {"h": "c"}
+breathe_show_enumvalue_initializer = True
+breathe_show_include = False
 nitpick_ignore = [("c:identifier", "int32_t")]
 
 # The Python package, from its docstrings.
@@ -63,4 +65,5 @@ html_css_files = ["guide.css"]
 mathjax_path = "tex-svg.js"
 html_copy_source = False
 highlight_language = "none"
+maximum_signature_line_length = 90
 html_show_copyright = False

@@ -12,7 +12,7 @@ opening {
     match($0, /^ \* [A-Za-z_0-9]+: /)
     print "/**"
     if (NR == 2) print " * \\file"
-    print " * \\brief " substr($0, RLENGTH + 1)
+    print " * \\brief " toupper(substr($0, RLENGTH + 1, 1)) substr($0, RLENGTH + 2)
     next
 }
 
