@@ -7,7 +7,8 @@ it in the folder of the pages; and shows what it prints.
 ``{run}`` shows commands, runs them in a copy of that folder, one for each page, and shows what they
 print, unless ``:quiet:`` is set.
 
-Whatever fails, fails the build; and so does a block of code that nothing runs.
+Whatever fails, fails the build; and so does a block of code that nothing runs, unless it is an
+excerpt of a file of the tree, by ``{literalinclude}``.
 """
 
 import os
@@ -125,11 +126,11 @@ class Run(SphinxDirective):
 
 
 def report_code_that_is_not_run(app, doctree):
-    """Warns of each block of code outside cells and the descriptions of a reference."""
+    """Warns of each block outside cells, excerpts of files, and descriptions of a reference."""
     if app.env.docname in NOT_RUN:
         return
     for block in doctree.findall(nodes.literal_block):
-        outer, executed = block, False
+        outer, executed = block, "source" in block
         while (outer := outer.parent) is not None and not executed:
             executed = isinstance(outer, addnodes.desc) or "cell" in outer.get("classes", [])
         if not executed:
