@@ -4,8 +4,9 @@
 #include "road.h"
 
 enum { room = 6400, wheel_pairs = 6, lots = 4, lot_length = 1600 /* samples */ };
-static const float interval = 0.025F;                                                     /* m */
-static const float wheels[wheel_pairs] = {1.905F, 2.286F, 2.667F, 3.048F, 3.429F, 3.81F}; /* m */
+static const float interval = 0.025F; /* m */
+static const float wheels[wheel_pairs] = {1.905F, 2.286F, 2.667F, 3.048F, 3.429F, 3.81F};
+
 static const float settings[idx_pgset_count] = {
     [idx_pgset_BlankingBand] = 2.54F,      /* mm */
     [idx_pgset_MinScallopWidth] = 0.6F,    /* m */
