@@ -55,4 +55,4 @@ class VialtoConan(ConanFile):
         self.cpp_info.set_property("pkg_config_name", "vialto")
         self.cpp_info.libs = ["vialto"]
         if not self.options.shared:
-            self.cpp_info.system_libs = [stdcpp_library(self), "m"]
+            self.cpp_info.system_libs = [stdcpp_library(self), "m", "pthread"]

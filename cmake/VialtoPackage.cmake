@@ -65,17 +65,4 @@ foreach(name IN ITEMS runtime development)
   cpack_add_component_group(${name})
 endforeach()
 
-# A package for NuGet is zipped of this component, installed from a build for each platform.
-set(rid linux-x64)
-if(WIN32)
-  math(EXPR bits "8 * ${CMAKE_SIZEOF_VOID_P}")
-  string(REPLACE "32" "86" rid win-x${bits})
-endif()
-install(FILES $<TARGET_FILE:vialto> DESTINATION runtimes/${rid}/native
-  RENAME $<TARGET_FILE_PREFIX:vialto>vialto$<TARGET_FILE_SUFFIX:vialto>
-  COMPONENT nuget EXCLUDE_FROM_ALL)
-configure_file(cmake/Vialto.nuspec.in Vialto.nuspec @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/Vialto.nuspec bindings/dotnet/README.md
-  DESTINATION . COMPONENT nuget EXCLUDE_FROM_ALL)
-install(FILES bindings/dotnet/Vialto.cs DESTINATION contentFiles/cs/any
-  COMPONENT nuget EXCLUDE_FROM_ALL)
+include(cmake/VialtoNuget.cmake)
