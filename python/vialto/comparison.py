@@ -121,6 +121,22 @@ def comparison_grid(
     upsampling : bool
         Brings both profiles to a common finer step; otherwise the step is the reference profile's
         interval.
+
+    Returns
+    -------
+    ComparisonGrid
+        What `compare_profiles` tries.
+
+    Raises
+    ------
+    VialtoError
+        The largest offset is not finite.
+    ValueError
+        An interval outside 1 mm to 1 m.
+
+    References
+    ----------
+    As of `compare_profiles`.
     """
     check_interval(reference_interval, "reference_interval")
     check_interval(test_interval, "test_interval")
@@ -170,6 +186,19 @@ def compare_profiles(
         Reflects the profiles about their ends for the filter.
     allow_nonfinite : bool
         Asks the library about samples that are not finite, which else are refused.
+
+    Returns
+    -------
+    Comparison
+        The best offset and what was found there, and all that were tried.
+
+    Raises
+    ------
+    VialtoError
+        A section that reaches outside its profile, an offset as large as a profile, two flat
+        profiles, or a filter that does not fit the profile.
+    ValueError
+        Samples that are not finite, or an interval outside 1 mm to 1 m.
 
     References
     ----------
@@ -239,6 +268,16 @@ def repeatability(
         The true profile, m.
     allow_nonfinite : bool
         Asks the library about samples that are not finite, which else are refused.
+
+    Returns
+    -------
+    Repeatability
+        Precision and bias, mm, and their classes.
+
+    Raises
+    ------
+    ValueError
+        Other shapes, or elevations that are not finite.
 
     References
     ----------

@@ -12,7 +12,7 @@ LOCAL_ROUGHNESS = 2.5  #: m/km; a moving IRI above it is a place to correct: 160
 RIDE_NUMBER_SPEED = 80.46  #: km/h; 50 miles an hour
 
 # Spectrum and straightedge
-POINTS_PER_OCTAVE = 12
+POINTS_PER_OCTAVE = 12  #: of the frequencies of a spectrum
 STRAIGHTEDGE = 3.0  #: m (EN 13036-7)
 
 # Profilograph: a usual machine, and how its trace is counted

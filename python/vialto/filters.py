@@ -18,8 +18,8 @@ from .defaults import ANTI_SMOOTHING_LENGTH, RIDE_NUMBER_SPEED
 class FilterKind(IntEnum):
     """What a filter does."""
 
-    NONE = 0
-    MOVING_AVERAGE = 1
+    NONE = 0  #: nothing
+    MOVING_AVERAGE = 1  #: mean about each sample, or what it leaves
     IRI = 2  #: quarter car with the IRI parameters
     RN = 3  #: quarter car with the Ride Number parameters
     BUTTERWORTH = 4  #: third order
@@ -31,18 +31,18 @@ class FilterKind(IntEnum):
 class FilterBand(IntEnum):
     """What a moving average or Butterworth filter lets pass."""
 
-    NONE = 0
-    BAND_PASS = 1
-    LOW_PASS = 2
-    HIGH_PASS = 3
+    NONE = 0  #: for all other filters
+    BAND_PASS = 1  #: between two wavelengths
+    LOW_PASS = 2  #: long waves
+    HIGH_PASS = 3  #: short waves
     CENTRED_BAND = 4  #: Butterworth only: about a centre frequency
 
 
 class FilterOutput(IntEnum):
     """What a filter gives."""
 
-    ELEVATION = 1
-    SLOPE = 2
+    ELEVATION = 1  #: m
+    SLOPE = 2  #: m/m
 
 
 @dataclass(frozen=True)
@@ -123,6 +123,18 @@ def anti_smooth(
         Of the window, m: from one interval to less than the profile.
     allow_nonfinite : bool
         Asks the library about samples that are not finite, which else are refused.
+
+    Returns
+    -------
+    AntiSmoothed
+        The deviations and where they are valid.
+
+    Raises
+    ------
+    VialtoError
+        The base length is below an interval, or not shorter than the profile.
+    ValueError
+        Samples that are not finite, or an interval outside 1 mm to 1 m.
 
     References
     ----------

@@ -195,6 +195,19 @@ def grind(
     allow_nonfinite : bool
         Asks the library about samples that are not finite, which else are refused.
 
+    Returns
+    -------
+    Ground
+        The profile, m, and a flag for each sample.
+
+    Raises
+    ------
+    VialtoError
+        A spot with more than ten passes, a direction that is none, or a profile that is no longer
+        than the wheels' moving average.
+    ValueError
+        Samples that are not finite, or an interval outside 1 mm to 1 m.
+
     Notes
     -----
     The head cuts what stands above the plane of its wheels, and fills nothing. Wheels that run
@@ -238,6 +251,18 @@ def grind_two_tracks(
         Elevations, m; not changed.
     interval, spots, grinder, allow_nonfinite
         As in `grind`.
+
+    Returns
+    -------
+    GroundTracks
+        The profiles, m, and a flag for each sample.
+
+    Raises
+    ------
+    VialtoError
+        As in `grind`.
+    ValueError
+        As in `grind`; or tracks with different lengths or indexes.
 
     References
     ----------
@@ -288,6 +313,14 @@ def must_grind(
     (N,) int32
         A `GrindFlag` for each sample; `stretches` makes a table of them. A Series where the
         profile is one.
+
+    Raises
+    ------
+    VialtoError
+        Another index, more than 100,000 spots, or a profile that is no longer than the base length
+        of the index or the wheels' moving average.
+    ValueError
+        Samples that are not finite, or an interval outside 1 mm to 1 m.
 
     Notes
     -----
@@ -341,6 +374,13 @@ def must_grind_two_tracks(
     -------
     (N,) int32
         The greater `GrindFlag` of the two tracks. A Series where the left track is one.
+
+    Raises
+    ------
+    VialtoError
+        As in `must_grind`.
+    ValueError
+        As in `must_grind`; or tracks with different lengths or indexes.
 
     References
     ----------

@@ -82,6 +82,11 @@ def find_joints(
     allow_nonfinite : bool
         Asks the library about samples that are not finite, which else are refused.
 
+    Returns
+    -------
+    tuple of Features
+        The joints and cracks of the left and the right track, in the direction of travel.
+
     Raises
     ------
     VialtoError
@@ -129,6 +134,13 @@ def joint_faults(
         mm, positive where the road drops: the slab that a car comes from lies higher than the one
         that it comes to. NaN at a joint nearer than 2.4384 m to either end of the profile. A
         Series where the joints are one.
+
+    Raises
+    ------
+    VialtoError
+        A joint outside the profile, or a window that leaves a slab fewer than two samples.
+    ValueError
+        Samples that are not finite, or an interval outside 1 mm to 1 m.
 
     References
     ----------

@@ -163,6 +163,20 @@ def profilograph_trace(
     allow_nonfinite : bool
         Asks the library about samples that are not finite, which else are refused.
 
+    Returns
+    -------
+    ProfilographTrace
+        The trace, in the unit of the profile, and where it is valid.
+
+    Raises
+    ------
+    VialtoError
+        A stretch that is no longer than the beam, or no wheels.
+    IndexError
+        A stretch that ends behind the profile.
+    ValueError
+        Samples that are not finite, or an interval outside 1 mm to 1 m.
+
     References
     ----------
     ASTM E1274, Measuring Pavement Roughness Using a Profilograph.
@@ -238,6 +252,17 @@ def profile_index(
     ProfileIndex
         The indices in heights per metre. At most 5000 defects, else it fails: take a long road in
         pieces.
+
+    Raises
+    ------
+    VialtoError
+        More than 5000 defects, more than 1000 scallops in a lot, or a lot that reaches outside the
+        stretch.
+    IndexError
+        A stretch that ends behind the trace.
+    ValueError
+        Heights that are not finite, an interval outside 1 mm to 1 m, or lots that are given in more
+        than one way or are shorter than an interval.
 
     References
     ----------
@@ -319,6 +344,11 @@ def run_profilograph(
     -------
     Profilograph
         Heights in millimetres.
+
+    Raises
+    ------
+    VialtoError, ValueError
+        As in `profilograph_trace` and `profile_index`.
 
     References
     ----------

@@ -81,6 +81,14 @@ def ride_index(
     float
         m/m; of RN, the Ride Number is 5 exp(-160 RN). -1.0 when every sample was left out.
 
+    Raises
+    ------
+    VialtoError
+        Another index, or a profile that is no longer than the moving average (without it, than one
+        interval).
+    ValueError
+        Samples that are not finite, an interval outside 1 mm to 1 m, or flags of another length.
+
     Notes
     -----
     The last 250 mm (without the moving average, the last sample) carry no index and never count.
@@ -132,6 +140,13 @@ def segment_ride_indices(
         m/m. The last segment loses the 250 mm (without the moving average, the sample) at the end
         of the profile that carry no index, and is told that much shorter. An earlier segment that
         reaches into them counts what lies there as zeros, and comes out too smooth.
+
+    Raises
+    ------
+    VialtoError
+        As in `ride_index`; or a segment before the last ends beyond the profile.
+    ValueError
+        As in `ride_index`; or the points are no whole numbers.
 
     See Also
     --------
@@ -189,6 +204,14 @@ def continuous_ride_index(
     (N,) float32
         m/m, centred on each sample. A Series where the profile is one.
 
+    Raises
+    ------
+    VialtoError
+        As in `ride_index`, or with ``WIM`` as in `wim_error_index`; or the base length is not
+        shorter than the profile.
+    ValueError
+        As in `ride_index`.
+
     Notes
     -----
     Within half a base length of an end the mean is taken of what goes on beyond the end along a
@@ -244,6 +267,14 @@ def two_track_ride_index(
         m/m, or 0 to 5 for the Ride Number. When every sample was left out, -1.0, or 0.0 for the
         Ride Number.
 
+    Raises
+    ------
+    VialtoError
+        Another index; for MRI and HRI, profiles that are too short, as in `ride_index`. The Ride
+        Number of such profiles is NaN.
+    ValueError
+        As in `ride_index`; or tracks with different lengths or indexes.
+
     References
     ----------
     ASTM E1926, ASTM E1489; M. W. Sayers, "Two Quarter-Car Models for Defining Road Roughness: IRI
@@ -290,6 +321,13 @@ def two_track_segment_ride_indices(
     SegmentIndices
         As of `segment_ride_indices`, in the unit of `two_track_ride_index`. A segment whose
         filtered slopes are all 0.0 has the Ride Number -1.0.
+
+    Raises
+    ------
+    VialtoError
+        As in `two_track_ride_index`; or a segment before the last ends beyond the profile.
+    ValueError
+        As in `segment_ride_indices` and `two_track_ride_index`.
 
     References
     ----------
@@ -340,6 +378,13 @@ def two_track_continuous_ride_index(
     (N,) float32
         In the unit of `two_track_ride_index`; at the ends as `continuous_ride_index`. The Ride
         Number of the first sample is 0.0. A Series where the left track is one.
+
+    Raises
+    ------
+    VialtoError
+        As in `two_track_ride_index`; or the base length is not shorter than the profile.
+    ValueError
+        As in `two_track_ride_index`.
 
     References
     ----------

@@ -109,6 +109,12 @@ class Road:
         Which samples were filled in one track at least; by default none.
     quality : Quality, optional
         What was found in the file.
+
+    Raises
+    ------
+    ValueError
+        Tracks under other names, of different lengths or with elevations that are not finite, or an
+        interval outside 1 mm to 1 m.
     """
 
     name: str

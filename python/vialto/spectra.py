@@ -104,6 +104,15 @@ def power_spectral_density(
         Of the stretch less its mean slope. A density is the mean over the band about its
         frequency: summed over even bands it is half the squared amplitude of a wave.
 
+    Raises
+    ------
+    VialtoError
+        A stretch of more than 10,000,000 samples, or one that begins ahead of the profile.
+    IndexError
+        A stretch that ends behind the profile.
+    ValueError
+        Samples that are not finite, or an interval outside 1 mm to 1 m.
+
     References
     ----------
     J. S. Bendat, A. G. Piersol, "Random Data: Analysis and Measurement Procedures".
@@ -153,6 +162,18 @@ def rolling_straightedge(
         Of the straightedge, m. A profile shorter than it has no valid element.
     allow_nonfinite : bool
         Asks the library about samples that are not finite, which else are refused.
+
+    Returns
+    -------
+    StraightedgeResponse
+        The deflections, m, and where they are valid.
+
+    Raises
+    ------
+    VialtoError
+        The length is negative or not a number.
+    ValueError
+        Samples that are not finite, or an interval outside 1 mm to 1 m.
 
     References
     ----------

@@ -57,6 +57,18 @@ def histogram(
         Values to leave out.
     allow_nonfinite : bool
         Asks the library about values that are not finite, which else are refused.
+
+    Returns
+    -------
+    Histogram
+        The percentages.
+
+    Raises
+    ------
+    VialtoError
+        No value, or no class.
+    ValueError
+        Values that are not finite, or flags of another length.
     """
     series = reals(values, "values", allow_nonfinite)
     if step is None:

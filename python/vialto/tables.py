@@ -58,10 +58,19 @@ def roughness(road: Road, length: float = SECTION) -> pd.DataFrame:
         ``filled``
             share of samples that were filled when the road was read, 0 to 1
 
+    Raises
+    ------
+    VialtoError, ValueError
+        As in `segment_ride_indices`; or sections that are shorter than an interval.
+
     See Also
     --------
     segment_ride_indices, two_track_segment_ride_indices
         Which give the same numbers in m/m; there, what the last section loses.
+
+    References
+    ----------
+    ASTM E1926, ASTM E1489.
     """
     if not length >= road.interval:
         raise ValueError(f"length {length:g} m is shorter than an interval")
@@ -126,6 +135,11 @@ def stretches(flags: ArrayLike, interval: float, *, start: float = 0.0) -> pd.Da
         A row a stretch: its ``first`` and ``last`` sample, ``begin``, ``end`` and ``length`` in
         metres, and its greatest ``flag``. A sample stands for the interval that begins at it, so
         that the lengths add up to the flagged share of the road.
+
+    Raises
+    ------
+    ValueError
+        Flags that are neither bool nor `GrindFlag`.
     """
     values = np.asarray(flags)
     if values.ndim != 1:
@@ -162,6 +176,10 @@ def lot_table(index: ProfileIndex, interval: float, *, start: float = 0.0) -> pd
     DataFrame
         A row a lot: ``begin`` and ``end`` in metres, ``raw_index`` and ``rounded_index`` in heights
         per km (mm/km where the trace is in mm; NaN for a lot of one sample).
+
+    References
+    ----------
+    ASTM E1274.
     """
 
     def per_km(values: list[float]) -> Doubles:
@@ -192,6 +210,10 @@ def defect_table(index: ProfileIndex, *, start: float = 0.0) -> pd.DataFrame:
         A row a defect, in the order of the lots: its ``kind``, above or below the blanking band,
         ``begin`` and ``end`` in metres, and its ``height`` beyond the band in the unit of the
         trace.
+
+    References
+    ----------
+    ASTM E1274.
     """
     return table(
         kind=[defect.kind.name.lower() for defect in index.defects],
@@ -225,6 +247,15 @@ def joint_table(
         A row for each feature of a track: ``track``, ``location`` in metres, ``kind``, joint or
         crack, and ``fault`` in millimetres, positive where the road drops, NaN within 2.4384 m of
         either end.
+
+    Raises
+    ------
+    VialtoError, ValueError
+        As in `find_joints` and `joint_faults`.
+
+    References
+    ----------
+    AASHTO R 36.
     """
     sides = list(road.tracks)
     found = find_joints(

@@ -44,6 +44,14 @@ def wim_error_index(
         m/m. A rough spot shades far ahead of it, against the direction of travel, and little
         behind it. A Series where the profile is one.
 
+    Raises
+    ------
+    VialtoError
+        More than 50,000 samples, an interval above 0.46 m, or elevations so high that the bridging
+        filter does not settle.
+    ValueError
+        Samples that are not finite, or an interval outside 1 mm to 1 m.
+
     References
     ----------
     ASTM E1318; S. M. Karamihas and T. D. Gillespie, "Advancement of Smoothness Criteria for WIM

@@ -80,9 +80,18 @@ class Settings:
 
 @dataclass(frozen=True)
 class Outcome:
-    """What became of one road: its rows, or the words in which it was refused.
+    """What became of one road.
 
-    ``reading`` and ``analysing`` tell the time that either took, s.
+    Attributes
+    ----------
+    road : str
+        What it is called in the result.
+    rows : DataFrame, optional
+        Its sections and the whole, in the columns of `COLUMNS`; None where it was refused.
+    error : str
+        The words in which it was refused.
+    reading, analysing : float
+        How long either took, s.
     """
 
     road: str

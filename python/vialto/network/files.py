@@ -32,6 +32,11 @@ def find_roads(
         fail, and be told.
     results : Path, optional
         Where the results go, which is no road.
+
+    Returns
+    -------
+    list of str
+        Paths as they were given or found.
     """
     found: dict[str, None] = {}
     for argument in (os.fspath(given) for given in arguments):

@@ -49,6 +49,11 @@ def acceptance(road: Road) -> list[Number]:
     ----------
     road : Road
         One track or two; one track has no MRI and HRI, and a Ride Number as if both were alike.
+
+    Returns
+    -------
+    list of Number
+        Each in the unit that it is accepted by; each tells its standard.
     """
     average = road.moving_average
     sides = list(road.tracks.items())

@@ -50,6 +50,11 @@ def page(
         What the reader must know first, such as that a unit is surely wrong.
     progress : callable
         Is told each step, as it is done.
+
+    Returns
+    -------
+    str
+        The page, as HTML.
     """
     settings = Settings() if settings is None else settings
     numbers = acceptance(road)

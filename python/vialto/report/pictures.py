@@ -88,7 +88,18 @@ def figures(road: Road, settings: Settings | None = None) -> dict[str, go.Figure
 
 
 def pictures(road: Road, settings: Settings | None = None) -> Iterator[Picture]:
-    """The pictures of a road, one after the other, with those that were left out."""
+    """The pictures of a road, one after the other, with those that were left out.
+
+    Parameters
+    ----------
+    road, settings
+        As in `figures`.
+
+    Yields
+    ------
+    Picture
+        In the order of the report; without a figure where the road gives no cause for one.
+    """
     settings = Settings() if settings is None else settings
     for name, (title, over_distance, draw, asked) in _PICTURES.items():
         if asked(settings):
