@@ -59,8 +59,8 @@ PAIRS = (vialto.Lot, vialto.Defect)  # their edges and ends are pairs in Python
     "ours",
     [
         one
-        for one in OURS.values()
-        if is_dataclass(one) and one.__name__ in TYPES and one not in PAIRS
+        for name, one in OURS.items()
+        if is_dataclass(one) and name in TYPES and one not in PAIRS
     ],
 )
 def test_fields(ours: Any) -> None:
