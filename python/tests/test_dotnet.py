@@ -57,11 +57,7 @@ PAIRS = (vialto.Lot, vialto.Defect)  # their edges and ends are pairs in Python
 
 @pytest.mark.parametrize(
     "ours",
-    [
-        one
-        for name, one in OURS.items()
-        if is_dataclass(one) and name in TYPES and one not in PAIRS
-    ],
+    [one for name, one in OURS.items() if is_dataclass(one) and name in TYPES and one not in PAIRS],
 )
 def test_fields(ours: Any) -> None:
     theirs = {snake(one) for one in re.findall(r"(\w+) { get;", TYPES[ours.__name__])}
