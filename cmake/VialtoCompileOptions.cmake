@@ -2,8 +2,8 @@
 #
 # The same input must give the same bits on every compiler and optimisation level: no fast-math, not
 # even that of a host whose build takes in this tree, no contraction of a product and a sum into one
-# rounding, and SSE2 rather than x87 arithmetic. Nobody reads errno behind a square root, which would
-# keep it from being vectorised.
+# rounding, and SSE2 rather than x87 arithmetic. Nobody reads errno behind a square root, which
+# would keep it from being vectorised.
 
 add_library(vialto_compile_options INTERFACE)
 target_compile_features(vialto_compile_options INTERFACE cxx_std_20)

@@ -1,5 +1,5 @@
-# What the DLL has beside its code: the export list, the version resource, and import libraries in the
-# forms of MinGW (libvialto.dll.a) and of MSVC (vialto.lib).
+# What the DLL has beside its code: the export list, the version resource, and import libraries in
+# the forms of MinGW (libvialto.dll.a) and of MSVC (vialto.lib).
 set_target_properties(vialto PROPERTIES PREFIX "")
 target_link_options(vialto PRIVATE -static -s)
 
@@ -11,8 +11,8 @@ enable_language(RC)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/vialto.rc.in vialto.rc @ONLY)
 target_sources(vialto PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/vialto.rc)
 
-# Callers on 32-bit Windows ask for stdcall's decorated names, which -k takes off again: the DLL exports
-# the plain ones.
+# Callers on 32-bit Windows ask for stdcall's decorated names, which -k takes off again: the DLL
+# exports the plain ones.
 set(imports ${CMAKE_CURRENT_BINARY_DIR}/vialto.def)
 set(machine -m i386:x86-64)
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)

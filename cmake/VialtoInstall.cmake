@@ -1,5 +1,5 @@
-# What is installed, and where: packages of every kind take it from here. The component `runtime` is what
-# a host runs with, `development` what it is built with.
+# What is installed, and where: packages of every kind take it from here. The component `runtime` is
+# what a host runs with, `development` what it is built with.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS vialto EXPORT VialtoTargets

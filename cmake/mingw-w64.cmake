@@ -1,4 +1,5 @@
-# Cross-compiles for Windows with MinGW-w64: for 64 bits, or for 32 with -DCMAKE_SYSTEM_PROCESSOR=i686.
+# Cross-compiles for Windows with MinGW-w64: for 64 bits, or for 32 with
+# -DCMAKE_SYSTEM_PROCESSOR=i686.
 #
 # The flavour with POSIX threads has all of C++'s own, and linked statically it asks for nothing but
 # KERNEL32 and the C runtime.

@@ -441,9 +441,9 @@ VIALTO_API int32_t VIALTO_CALL rideseg_dlldrv(int32_t if250mmFilter, int32_t iRi
  *   and the other failures of ride_dlldrv or, with iRideIndexType 9, those of wimindex_dlldrv.
  *
  * Notes:
- *  1. The moving mean is a centred one at the ends, too: what it is taken of, the absolute slope for
- *     IRI and its square for RN, goes on beyond either end along a line fitted through its last half
- *     base length. So the mean can be negative near an end: the IRI is then negative, the RN
+ *  1. The moving mean is a centred one at the ends, too: what it is taken of, the absolute slope
+ *     for IRI and its square for RN, goes on beyond either end along a line fitted through its last
+ *     half base length. So the mean can be negative near an end: the IRI is then negative, the RN
  *     statistic 0.0.
  *  2. The slopes behind the last valid sample enter the mean as zeros, on purpose, so that the
  *     statistic falls over the last half base length.
@@ -492,11 +492,11 @@ VIALTO_API int32_t VIALTO_CALL ridecon_dlldrv(int32_t if250mmFilter, float xStep
  *
  * Notes:
  *  1. With the same profile twice HRI, MRI and IRI are one number.
- *  2. **The Ride Number of profiles that hold a NaN or an infinity is a NaN, and no failure**, as it
- *     is without a valid filtered sample. The samples from 250 mm before it (one sample, without the
- *     moving average) to the end of the road are affected; where all of them are left out, the Ride
- *     Number is that of the others. In sample 1, or in the one that ends the first 19 m (the last
- *     one of a shorter profile), it affects them all.
+ *  2. **The Ride Number of profiles that hold a NaN or an infinity is a NaN, and no failure**, as
+ *     it is without a valid filtered sample. The samples from 250 mm before it (one sample, without
+ *     the moving average) to the end of the road are affected; where all of them are left out, the
+ *     Ride Number is that of the others. In sample 1, or in the one that ends the first 19 m (the
+ *     last one of a shorter profile), it affects them all.
  *
  * Reference: ASTM E1926, ASTM E1489; M. W. Sayers, "Two Quarter-Car Models for Defining Road
  * Roughness: IRI and HRI", Transportation Research Record 1215, 1989; M. W. Sayers and S. M.
@@ -536,10 +536,10 @@ VIALTO_API int32_t VIALTO_CALL ride2chan_dlldrv(int32_t ifExcludeLeaveout, int32
  *  2. A segment whose filtered slopes are all exactly 0.0 has the Ride Number -1.0, on purpose.
  *  3. MRI averages -1.0 like any number.
  *  4. The notes of rideseg_dlldrv hold here, too.
- *  5. **A NaN or an infinity in a track is no failure with the Ride Number**: the segments that hold
- *     it (or reach to within 250 mm before it) and all that follow are -1.0, with the xSegLength of
- *     their samples. In the sample that ends the first 19 m (the last one of a shorter profile) it
- *     makes all segments -1.0.
+ *  5. **A NaN or an infinity in a track is no failure with the Ride Number**: the segments that
+ *     hold it (or reach to within 250 mm before it) and all that follow are -1.0, with the
+ *     xSegLength of their samples. In the sample that ends the first 19 m (the last one of a
+ *     shorter profile) it makes all segments -1.0.
  *
  * Reference: as for ride2chan_dlldrv.
  */
@@ -559,8 +559,8 @@ VIALTO_API int32_t VIALTO_CALL rideseg2chan_dlldrv(int32_t if250mmFilter, int32_
  *   xBaseLength    base length of the moving statistic, m
  * Returned:
  *   xOutput        [N] HRI, MRI: the continuous IRI (ridecon_dlldrv) of the mean profile, or the
- *                  mean of the tracks' continuous IRI, m/m; negative near an end where that is. Ride
- *                  Number: 5 exp(-160 PTRN) with the left track's moving root mean square.
+ *                  mean of the tracks' continuous IRI, m/m; negative near an end where that is.
+ *                  Ride Number: 5 exp(-160 PTRN) with the left track's moving root mean square.
  *
  * Failures (the routine is "ridecon2chan_dlldrv" for all of them):
  *   100  "only HRI, MRI, and 2-Chan-RN allowed in the 2-channel analysis"
@@ -574,9 +574,9 @@ VIALTO_API int32_t VIALTO_CALL rideseg2chan_dlldrv(int32_t if250mmFilter, int32_
  *  2. The continuous Ride Number is 0.0 at the first sample. With a base length below two intervals
  *     it is not smoothed, and 0.0 behind the last valid sample, too.
  *  3. Notes 1 to 3 of ridecon_dlldrv hold here, too.
- *  4. **A NaN or an infinity in the left track gives the Ride Number 5.0, that of a perfect road, and
- *     no failure**: from half a base length (and the 250 mm of the moving average) before it to the
- *     end of the road, note 2 apart. In the sample that ends the first 19 m (the last one of a
+ *  4. **A NaN or an infinity in the left track gives the Ride Number 5.0, that of a perfect road,
+ *     and no failure**: from half a base length (and the 250 mm of the moving average) before it to
+ *     the end of the road, note 2 apart. In the sample that ends the first 19 m (the last one of a
  *     shorter profile) it does so to the whole road.
  *
  * Reference: as for ride2chan_dlldrv.
@@ -676,8 +676,8 @@ VIALTO_API int32_t VIALTO_CALL wimindex_dlldrv(int32_t iBridgingFilter, float xS
  * Notes:
  *  1. With p the power of 2 at or above N, the lowest frequency is 1 / (xStepSize * (p - 1)). The
  *     octave grid begins at it and has it as its smallest step; the even grid begins at its
- *     spacing. The octave grid passes the Nyquist frequency, 0.5 / xStepSize, by one point, the even
- *     one by two, unless it ends at 100,000 points before. The last two points have no value.
+ *     spacing. The octave grid passes the Nyquist frequency, 0.5 / xStepSize, by one point, the
+ *     even one by two, unless it ends at 100,000 points before. The last two points have no value.
  *  2. Element i is the mean density between the middles of the grid's spaces below and above it:
  *     arithmetic middles in the even grid, geometric ones in the octave grid. Where the grid is
  *     finer than the transform, a band that holds no bin of its own takes the value of the one
@@ -805,7 +805,8 @@ VIALTO_API int32_t VIALTO_CALL pgfilt_dll(int32_t iStartIndex, int32_t iEndIndex
  *   iStartIndex   first trace sample to use, from 0
  *   iEndIndex     last trace sample to use, inclusive; before iStartIndex, the stretch is empty
  *   xStepSize     sample interval, m
- *   xPGSettings   [idx_pgset_count] in the order of idx_pgset_..., heights in the unit of the trace:
+ *   xPGSettings   [idx_pgset_count] in the order of idx_pgset_..., heights in the unit of the
+ *                 trace:
  *                   BlankingBand      full width of the band about the trend line
  *                   MinScallopWidth   m; narrowest scallop that counts
  *                   MinScallopHeight  lowest scallop that counts
@@ -824,8 +825,9 @@ VIALTO_API int32_t VIALTO_CALL pgfilt_dll(int32_t iStartIndex, int32_t iEndIndex
  * Returned:
  *   tPGLots       [iNumLots] the band and the two indexes of each lot; iStart and iEnd stay
  *   iNumDefects   number of records written to tPGDefects
- *   tPGDefects    [vialto_i_PG_maxdefects] the scallops: lot by lot, the partial one in which the lot starts, the
- *                 whole ones in the order in which they close, the partial one in which it ends
+ *   tPGDefects    [vialto_i_PG_maxdefects] the scallops: lot by lot, the partial one in which the
+ *                 lot starts, the whole ones in the order in which they close, the partial one in
+ *                 which it ends
  *   tPGBumps      [iNumBumps] the host's own records, moved by iStartIndex: iStart and iEnd by as
  *                 many samples (saturating at the ends of int32), BeginX and EndX by
  *                 iStartIndex * xStepSize. No step fills this list. It may be null when it holds

@@ -43,8 +43,8 @@ private:
     }
 };
 
-// Calls a function of the library with its arguments but the last, the event, and throws an error if
-// it fails.
+// Calls a function of the library with its arguments but the last, the event, and throws an error
+// if it fails.
 template <class... Parameters, class... Arguments>
 void call(std::int32_t(VIALTO_CALL* function)(Parameters...), Arguments&&... arguments) {
     tEvent event;

@@ -32,8 +32,8 @@ ReturnCode filter_padded(std::span<const float> profile, float interval, tFiltCo
 }
 
 // Takes the middle third of the filtered copy back. `end` is the last filtered element of the copy,
-// and is brought into the frame of the unpadded profile, both counted from 0: a filter that loses no
-// point leaves it at n - 2, one less than the last: deliberate.
+// and is brought into the frame of the unpadded profile, both counted from 0: a filter that loses
+// no point leaves it at n - 2, one less than the last: deliberate.
 ReturnCode take_middle(std::span<const float> xDataArrayPadFilt, std::span<float> filtered,
                        std::int64_t& end) {
     const std::int64_t n = std::ssize(filtered);

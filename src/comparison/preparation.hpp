@@ -53,9 +53,9 @@ inline constexpr std::int32_t largest_padded_profile = 715827883;
 
 // Brings a profile to another step by linear interpolation: sample i stands at i times the step,
 // and what lies behind the last but one sample takes the value of the last one. A profile that has
-// the step already (to 1.2e-7 m) stays as it is; the samples of others are made in `room`. One without
-// samples has no count of its own: deliberately the formula decides, which gives 0 or less, or a
-// single 0.0 where the step is the larger.
+// the step already (to 1.2e-7 m) stays as it is; the samples of others are made in `room`. One
+// without samples has no count of its own: deliberately the formula decides, which gives 0 or less,
+// or a single 0.0 where the step is the larger.
 //
 // Fails with "the resampled profile is too long", code 100, when an int32 cannot count its samples.
 [[nodiscard]] ReturnCode resampling(std::span<const float> profile, float interval, float step,

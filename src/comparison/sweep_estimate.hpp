@@ -58,8 +58,8 @@ public:
     // compute_agreement gives, and so does their product.
     static constexpr float tolerance = 1.0e-6F;
 
-    // Offsets served by one pass: as many as have a place in 16 vector registers of 128 bits, beside
-    // a sample and a product.
+    // Offsets served by one pass: as many as have a place in 16 vector registers of 128 bits,
+    // beside a sample and a product.
     static constexpr std::size_t block = 28;
     using LagSums = std::array<double, block>;
 

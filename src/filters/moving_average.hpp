@@ -54,16 +54,16 @@ void mvgavg_pass(std::span<const float> x, const Box& box, PassMode mode, std::s
 
 // The same stage in pieces, for a caller that runs it anew from the middle of a profile on.
 
-// Extends x: `left` and `right`, equally long and no longer than x, lie on the lines through as many
-// of its first and last samples.
+// Extends x: `left` and `right`, equally long and no longer than x, lie on the lines through as
+// many of its first and last samples.
 void extend_ends(std::span<const float> x, std::span<float> left, std::span<float> right);
 
 // The mean of a box's samples, summed in ascending order; a NaN for an empty box. A box may reach
 // from one array into another.
 [[nodiscard]] float box_mean(std::span<const float> left, std::span<const float> right = {});
 
-// The means of the boxes of `base` samples that follow the one whose mean is given, as many as m has
-// room for: element i by the sample leaving[i] that drops out and entering[i] that comes in.
+// The means of the boxes of `base` samples that follow the one whose mean is given, as many as m
+// has room for: element i by the sample leaving[i] that drops out and entering[i] that comes in.
 void continue_means(std::span<const float> leaving, std::span<const float> entering,
                     std::size_t base, float mean, std::span<float> m);
 

@@ -175,7 +175,8 @@ float lane(const FourFloats& lanes, std::size_t track) {
 //
 // Both the slope and the sum are taken here because they cost nothing beside the recursion, which
 // waits for its own chain of sums. For the same reason the state stands in four separate variables:
-// the products of a step run side by side. And a second track costs little, as its chain is another.
+// the products of a step run side by side. And a second track costs little, as its chain is
+// another.
 template <std::size_t Tracks, class Magnitude>
 std::array<float, most_runs> stfilt(const QuarterCar& car, std::span<QuarterCarRun, Tracks> runs,
                                     const Magnitude& magnitude) {

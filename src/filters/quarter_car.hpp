@@ -104,8 +104,8 @@ struct QuarterCarRun {
     std::span<float> y = {};    // the filtered slopes, as many as it has room for
 };
 
-// Filters stretches, equally long, whichever tracks they lie on and samples they start from. Each has
-// the bits that it has alone; together they take little longer than one.
+// Filters stretches, equally long, whichever tracks they lie on and samples they start from. Each
+// has the bits that it has alone; together they take little longer than one.
 void run_quarter_car(const QuarterCar& car, std::span<QuarterCarRun> runs);
 
 } // namespace vialto

@@ -33,7 +33,8 @@ void print_columns(DiagnosticText& text, const char* label, std::int32_t first, 
     text.formatted_record(line.data());
 }
 
-// A process that is forked while a thread asks the platform for the local time could never ask again.
+// A process that is forked while a thread asks the platform for the local time could never ask
+// again.
 DateAndTime locked_date_and_time() {
     const ProcessLock lock;
     return current_date_and_time();

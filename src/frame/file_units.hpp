@@ -21,9 +21,9 @@ inline constexpr std::int32_t no_unit = -1;
 find_free_unit(std::int32_t iLow = 0, std::int32_t iHigh = std::numeric_limits<std::int32_t>::max(),
                std::span<const std::int32_t> iExcluded = {});
 
-// Opens the text file of that name in the directory that TMP names, emptying a file that exists, and
-// returns its unit. While another call of the process has the same path open, the file is left to
-// it: no_unit, and no event. On failure raises the event and returns 3, which is no unit that
+// Opens the text file of that name in the directory that TMP names, emptying a file that exists,
+// and returns its unit. While another call of the process has the same path open, the file is left
+// to it: no_unit, and no event. On failure raises the event and returns 3, which is no unit that
 // anything has opened: decide by event_is_fatal().
 [[nodiscard]] std::int32_t io_tmp_file(std::string_view name);
 

@@ -73,8 +73,8 @@ DefaultFloatEnvironment::DefaultFloatEnvironment()
     }
 }
 
-// Flags of the x87 can be put back with its whole environment alone, which takes longer than all the
-// rest: only if they have changed.
+// Flags of the x87 can be put back with its whole environment alone, which takes longer than all
+// the rest: only if they have changed.
 DefaultFloatEnvironment::~DefaultFloatEnvironment() {
     if (((x87_status() ^ x87_status_) & x87_flags) != 0) {
         restore_x87(x87_control_, x87_status_);

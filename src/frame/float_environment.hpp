@@ -1,5 +1,5 @@
-// The floating-point environment of the thread: rounding direction, trapped exceptions, treatment of
-// denormals, raised flags.
+// The floating-point environment of the thread: rounding direction, trapped exceptions, treatment
+// of denormals, raised flags.
 #pragma once
 
 #include <cfenv>

@@ -5,8 +5,8 @@
 
 namespace vialto {
 
-// Locks for the life of the object. A thread that forks the process has taken the lock, too, so that
-// the forked process has no call of another thread's halfway through what it guards.
+// Locks for the life of the object. A thread that forks the process has taken the lock, too, so
+// that the forked process has no call of another thread's halfway through what it guards.
 class ProcessLock {
 public:
     ProcessLock();

@@ -1,12 +1,14 @@
 // The shortest decimal of a float is found as in Raffaello Giulietti, "The Schubfach way to render
 // doubles" (2020). A float is c * 2^q, and every number up to half way to its neighbours reads back
-// as it: its interval, to which its ends belong where c is even. Let 10^k be the largest power of ten
-// that is not wider than the interval. Of the multiples of 10^(k + 1) at most one lies in it: if one
-// does, that has the shortest digits, else the multiple of 10^k that is nearest to the float.
+// as it: its interval, to which its ends belong where c is even. Let 10^k be the largest power of
+// ten that is not wider than the interval. Of the multiples of 10^(k + 1) at most one lies in it:
+// if one does, that has the shortest digits, else the multiple of 10^k that is nearest to the
+// float.
 //
-// The float is taken in units of 10^k, as a fixed-point number: c times the factor 2^q * 10^-k, which
-// is tabulated for every exponent. 36 binary places are enough: an end of an interval that lies
-// within the error of a multiple of ten is that multiple. script/exhaustive shows it of all floats.
+// The float is taken in units of 10^k, as a fixed-point number: c times the factor 2^q * 10^-k,
+// which is tabulated for every exponent. 36 binary places are enough: an end of an interval that
+// lies within the error of a multiple of ten is that multiple. script/exhaustive shows it of all
+// floats.
 #include "frame/shortest_digits.hpp"
 
 #include <algorithm>
@@ -112,8 +114,8 @@ struct Decimal {
     std::ptrdiff_t decimals;
 };
 
-// Takes no branch that depends on the digits, which no processor predicts. The interval of a power of
-// two is lopsided: below it the floats stand twice as dense.
+// Takes no branch that depends on the digits, which no processor predicts. The interval of a power
+// of two is lopsided: below it the floats stand twice as dense.
 inline Decimal shortest_decimal(std::uint32_t c, const Scale& scale, bool lopsided) {
     const std::uint64_t value =
         (std::uint64_t{scale.factor_high} * c << (places - factor_places + 32)) +
@@ -156,8 +158,8 @@ Decimal shortest_decimal_of_any(std::uint32_t bits) {
     return shortest_decimal(leading_bit | fraction, scale, lopsided);
 }
 
-// Eight decimal digits, a byte each, the first in the highest byte: the number is split into halves,
-// then both halves at once, then all quarters.
+// Eight decimal digits, a byte each, the first in the highest byte: the number is split into
+// halves, then both halves at once, then all quarters.
 inline std::uint64_t digits_of(std::uint64_t number) {
     const std::uint64_t high = number * 109951163 >> 40; // number / 10000
     const std::uint64_t halves = number + high * ((std::uint64_t{1} << 32) - 10000);
@@ -213,7 +215,8 @@ inline char* write_fraction(char* text, const Digits& digits) {
     return text + digits.decimals + 2 - digits.trailing;
 }
 
-// The digits behind the leading zeros, with a point behind the first `before` of them, one to seven.
+// The digits behind the leading zeros, with a point behind the first `before` of them, one to
+// seven.
 inline char* write_with_point(char* text, const Digits& digits, std::ptrdiff_t leading,
                               std::ptrdiff_t before) {
     const std::uint64_t characters = digits.first_eight << (8 * leading);

@@ -1,5 +1,5 @@
-// Text files as the platform has them, below its streams: DiagnosticText gathers what it writes, and
-// a stream would only copy it.
+// Text files as the platform has them, below its streams: DiagnosticText gathers what it writes,
+// and a stream would only copy it.
 #pragma once
 
 #include <string_view>

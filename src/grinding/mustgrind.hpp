@@ -52,7 +52,8 @@ inline constexpr float negligible_gain = 1.1920929e-7F;
                                          std::span<const float> xProfile2,
                                          std::span<std::int32_t> iGrindFlags);
 
-// Where the continuous ride statistic is out of specification, by the xRideThreshold of the request.
+// Where the continuous ride statistic is out of specification, by the xRideThreshold of the
+// request.
 //
 // Returned: the statistic of each sample in xRideBefore, as long as the profile, and the stretches
 // in tOutOfSpec, in order, as gather_stretches lists them. Half a base length at either end is not

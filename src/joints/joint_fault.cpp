@@ -26,8 +26,9 @@ struct Stretch {
 };
 
 // Past either end of the profile the stretch shrinks to what lies on the far side of the joint, or
-// to what lies around it: shorter than needed, and told by that. The one exception is a joint at the
-// first sample where half a stretch is one sample: with the next one it has the two that are needed.
+// to what lies around it: shorter than needed, and told by that. The one exception is a joint at
+// the first sample where half a stretch is one sample: with the next one it has the two that are
+// needed.
 Stretch stretch_around(std::int64_t joint, std::int64_t half, std::int64_t points) {
     Stretch stretch{joint - half, joint + half};
     if (stretch.start < 1) {

@@ -26,9 +26,9 @@ using JointDone = std::function<void(std::int32_t number, const JointFault&)>;
 // Given: a profile of elevations [mm], its interval [m], the half width of the window round a joint
 // whose samples belong to no slab [mm], the reach [m], and the joints' distances from the start of
 // the profile [m].
-// Returned: the fault at each joint [mm] in xFault, and the number, counted from 1, and the results of
-// each to joint_done, as soon as it is done. Where a joint lies too near an end, xFault keeps what it
-// held.
+// Returned: the fault at each joint [mm] in xFault, and the number, counted from 1, and the results
+// of each to joint_done, as soon as it is done. Where a joint lies too near an end, xFault keeps
+// what it held.
 //
 // Fails with "profile segment for current joint is not defined properly" (a joint behind the end of
 // the profile or ahead of its start) and with the failures of polycurvfit: a sample that is not a

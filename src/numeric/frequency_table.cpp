@@ -15,8 +15,8 @@ namespace {
 // Up to so many classes it is quicker to hold every value against every cut point.
 constexpr std::size_t few_classes = 256;
 
-// A value lies in a later class than k exactly where it is above the highest of the cut points up to
-// k. One that is a NaN counts as infinite.
+// A value lies in a later class than k exactly where it is above the highest of the cut points up
+// to k. One that is a NaN counts as infinite.
 std::vector<float> highest_so_far(std::span<const float> cut_points) {
     constexpr float infinity = std::numeric_limits<float>::infinity();
     std::vector<float> highest;

@@ -17,8 +17,8 @@ inline constexpr std::int32_t tally_without_values = 2;
 // one where there is none: the first and the last class are open-ended, a value on a cut point
 // belongs to the class below it, a NaN belongs to the first class, and a cut point that is a NaN is
 // below nothing. Each value thus falls into exactly one class, in whatever order the cut points
-// stand; a cut point that is not above all those before it leaves its class empty. With a code other
-// than table_made every count is 0.
+// stand; a cut point that is not above all those before it leaves its class empty. With a code
+// other than table_made every count is 0.
 [[nodiscard]] std::int32_t frequency_table(std::span<const float> values,
                                            std::span<const float> cut_points,
                                            std::span<std::int32_t> counts);

@@ -4,8 +4,8 @@
 #include <cstddef> // which also tells what the C library is
 
 // Ahead of a function's definition, VIALTO_WIDE_VECTORS compiles the function, with all that is
-// inlined into it, once more for vectors of 256 bits (AVX2). Which of the two runs is chosen when the
-// library is loaded, by the processor that it finds.
+// inlined into it, once more for vectors of 256 bits (AVX2). Which of the two runs is chosen when
+// the library is loaded, by the processor that it finds.
 //
 // It belongs to hot loops whose result does not hang on the width: elementwise work, and sums whose
 // partial sums are fixed in the source. Products and sums are not contracted with either width, so

@@ -34,7 +34,8 @@ class Weights {
 public:
     Weights(float dx, float decay_length) : dx_(dx), decay_length_(decay_length) {}
 
-    // The weight of a distance, and behind it those of the next ones, as many as a block has samples.
+    // The weight of a distance, and behind it those of the next ones, as many as a block has
+    // samples.
     const float* from(std::size_t distance) {
         while (of_distance_.size() < distance + block_length) {
             const auto next = static_cast<float>(of_distance_.size());

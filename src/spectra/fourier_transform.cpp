@@ -75,7 +75,8 @@ private:
     Lanes step_im_{};
 };
 
-// A row is sixteen complex numbers, one of each column: their real parts, then their imaginary ones.
+// A row is sixteen complex numbers, one of each column: their real parts, then their imaginary
+// ones.
 constexpr std::size_t row_size = 2 * lanes;
 
 Complex<float> at(const float* row, std::size_t lane) {

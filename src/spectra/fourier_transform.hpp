@@ -16,10 +16,10 @@
 namespace vialto {
 
 // Given: 2h samples x, h a power of 2 from 1 to 2^23, and behind them room for two more.
-// Returned in their place: the real parts of h + 1 bins, then their imaginary parts, bin j being the
-// sum over i of x[i] exp(-2 pi i j / 2h), scaled by 1/h: a sinusoid that fits the transform has its
-// amplitude as the magnitude of its bin. Bins 0 and h (the mean and the Nyquist frequency) come out
-// real, at twice their amplitude.
+// Returned in their place: the real parts of h + 1 bins, then their imaginary parts, bin j being
+// the sum over i of x[i] exp(-2 pi i j / 2h), scaled by 1/h: a sinusoid that fits the transform has
+// its amplitude as the magnitude of its bin. Bins 0 and h (the mean and the Nyquist frequency) come
+// out real, at twice their amplitude.
 //
 // room: fourier_room(h) more, whatever they hold, to work with.
 //

@@ -12,8 +12,8 @@ enum class GridMode { octave, linear };
 [[nodiscard]] std::int32_t nextpow2(std::int32_t n);
 
 // The grid up to the Nyquist frequency 0.5/dx and beyond it, by one point in octave mode and two in
-// linear mode. In octave mode it begins at the lowest frequency that a stretch of N points allows, N
-// being at least 1, in linear mode at its spacing.
+// linear mode. In octave mode it begins at the lowest frequency that a stretch of N points allows,
+// N being at least 1, in linear mode at its spacing.
 //
 // Given: df [cycles/m], the spacing in linear mode, raised to the lowest frequency where it is
 // below it or no number; nOct, the points per octave in octave mode, 6 standing for a value below

@@ -18,9 +18,9 @@ namespace {
 constexpr float ln_2 = 0.6931472F;
 constexpr float pi = 3.14159265F;
 
-// The n differences between the n + 1 points of the stretch, of which `profile` holds the first ones,
-// the others counting as 0.0; and zeros in the rest of y. Returns the sum of the differences, in
-// 64-bit and in ascending order.
+// The n differences between the n + 1 points of the stretch, of which `profile` holds the first
+// ones, the others counting as 0.0; and zeros in the rest of y. Returns the sum of the differences,
+// in 64-bit and in ascending order.
 double psd_difference(std::span<const float> profile, std::size_t n, std::span<float> y) {
     const std::size_t held = std::min(profile.size(), n + 1);
     double sum = 0.0;
@@ -49,8 +49,8 @@ struct Periodogram {
     [[nodiscard]] std::int32_t nHalf() const { return static_cast<std::int32_t>(power.size()); }
 };
 
-// y: the n differences, with their sum, and behind them zeros; it gives its place to the result. Where
-// the length of the transform is below n, as many take part, less the mean of all n.
+// y: the n differences, with their sum, and behind them zeros; it gives its place to the result.
+// Where the length of the transform is below n, as many take part, less the mean of all n.
 Periodogram psd_transform(std::span<float> y, std::span<float> room, double sum, std::int32_t n,
                           std::int32_t nfft, float dx) {
     const auto mean = static_cast<float>(sum / static_cast<double>(n));
