@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "comparison/preparation.hpp"
-#include "comparison/units.hpp"
 #include "numeric/rounding.hpp"
+#include "numeric/units.hpp"
 #include "ride/ride_drv.hpp"
 
 namespace vialto {

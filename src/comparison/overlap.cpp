@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "comparison/norm_cal.hpp"
-#include "comparison/units.hpp"
+#include "numeric/units.hpp"
 
 namespace vialto {
 

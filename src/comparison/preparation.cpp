@@ -5,9 +5,9 @@
 #include <limits>
 #include <string_view>
 
-#include "comparison/units.hpp"
 #include "filters/filtcon.hpp"
 #include "numeric/rounding.hpp"
+#include "numeric/units.hpp"
 
 namespace vialto {
 

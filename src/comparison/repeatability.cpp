@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "comparison/units.hpp"
+#include "numeric/units.hpp"
 
 namespace vialto {
 

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "comparison/sweep_estimate.hpp"
-#include "comparison/units.hpp"
+#include "numeric/units.hpp"
 
 namespace vialto {
 

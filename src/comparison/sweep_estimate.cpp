@@ -5,7 +5,7 @@
 #include <limits>
 #include <numeric>
 
-#include "comparison/units.hpp"
+#include "numeric/units.hpp"
 #include "numeric/vector_width.hpp"
 
 namespace vialto {

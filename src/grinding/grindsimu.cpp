@@ -7,13 +7,13 @@
 
 #include "filters/filtcon.hpp"
 #include "numeric/rounding.hpp"
+#include "numeric/units.hpp"
 
 namespace vialto {
 
 namespace {
 
 constexpr std::string_view name = "grindsimu";
-constexpr float metres_per_mm = 0.001F;
 
 // The wheels of a pass as distances from the head towards higher samples.
 struct Wheels {
@@ -58,7 +58,7 @@ Grinder grinder_of(const tGrinderSetup& setup, float xStepSize) {
             .iTrailOuter = nint((half + b) / xStepSize),
             .wLead = (1.0F - setup.HeadPosition) * 0.5F,
             .wTrail = setup.HeadPosition * 0.5F,
-            .xMaxDepth = setup.MaxGrindingDepth_mm * metres_per_mm};
+            .xMaxDepth = setup.MaxGrindingDepth_mm * m_per_mm};
 }
 
 ReturnCode grindspot(const Grinder& grinder, const GrindPass& pass, std::span<float> xProfile,
@@ -66,7 +66,7 @@ ReturnCode grindspot(const Grinder& grinder, const GrindPass& pass, std::span<fl
     if (pass.iDirection != idx_grinddir_higher && pass.iDirection != idx_grinddir_lower) {
         return raise_failure("grinding direction is not defined correctly", name);
     }
-    const float xDepth = pass.xDepth_mm * metres_per_mm;
+    const float xDepth = pass.xDepth_mm * m_per_mm;
     const Wheels wheels = wheels_of(grinder, pass.iDirection);
     const HeadRange range = head_range(pass, wheels, xProfile.size());
     const auto wheel_height = [&](std::int64_t head, std::int64_t wheel) {

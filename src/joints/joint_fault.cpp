@@ -8,6 +8,7 @@
 
 #include "joints/polycurvfit.hpp"
 #include "numeric/rounding.hpp"
+#include "numeric/units.hpp"
 
 namespace vialto {
 
@@ -15,7 +16,6 @@ namespace {
 
 constexpr std::int32_t line_degree = 1;
 constexpr float reading_zone = 0.3F; // m past the joint; the fault is read behind half of it
-constexpr float metres_per_millimetre = 0.001F;
 
 // The samples around one joint, counted from 1 as in the whole profile; both ends belong to it.
 struct Stretch {
@@ -56,7 +56,7 @@ struct Geometry {
 
 Geometry geometry_of(std::int64_t n, float xStepSize, float xJointWindow) {
     const std::int64_t half = n / 2;
-    const std::int64_t outside = half - truncate(metres_per_millimetre * xJointWindow / xStepSize);
+    const std::int64_t outside = half - truncate(m_per_mm * xJointWindow / xStepSize);
     const std::int64_t beyond =
         truncate(static_cast<float>(truncate(reading_zone / xStepSize)) * 0.5F);
     // A window of less than nothing takes in the whole stretch at most.

@@ -5,13 +5,14 @@
 #include <vector>
 
 #include "numeric/frequency_table.hpp"
+#include "numeric/units.hpp"
 
 namespace vialto {
 
 namespace {
 
 float percentage(std::int32_t count, std::size_t total) {
-    return static_cast<float>(count) / static_cast<float>(total) * 100.0F;
+    return static_cast<float>(count) / static_cast<float>(total) * percent;
 }
 
 // The K - 1 boundaries between K classes. Each inner one is the sum of the one before it and the

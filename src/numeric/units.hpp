@@ -1,4 +1,4 @@
-// Factors between the units of the comparison.
+// Factors between units.
 #pragma once
 
 namespace vialto {
