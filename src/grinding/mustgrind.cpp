@@ -5,18 +5,16 @@
 #include <cstddef>
 #include <string_view>
 
+#include "filters/quarter_car.hpp"
 #include "grinding/evaluate_impact.hpp"
 #include "grinding/grindsimu.hpp"
 #include "numeric/rounding.hpp"
 #include "ride/ride_drv.hpp"
+#include "ride/two_channel_rn.hpp"
 
 namespace vialto {
 
 namespace {
-
-constexpr float trim_length_250mm = 0.25F;      // m
-constexpr float best_ride_number = 5.0F;        // of a perfectly smooth road
-constexpr float ride_number_exponent = -160.0F; // RN = 5 exp(-160 statistic)
 
 // What the machine would cut if it ran over the whole road.
 ReturnCode material_takenout_area(const MustGrindRequest& request,
@@ -113,9 +111,9 @@ ReturnCode mustgrind_2chan(float xStepSize, const tMustGrindCfg& cfg, const tGri
     tMustGrindCfg track_cfg = cfg;
     if (cfg.iRideIndexType == idx_ridests_TwoRN) {
         track_cfg.iRideIndexType = idx_ridests_RN;
-        const float share = cfg.xRideThreshold / best_ride_number;
+        const float share = cfg.xRideThreshold / highest_ride_number;
         track_cfg.xRideThreshold =
-            static_cast<float>(std::log(static_cast<double>(share))) / ride_number_exponent;
+            static_cast<float>(std::log(static_cast<double>(share))) / ride_number_rate;
     }
     std::vector<std::int32_t> flags1(iGrindFlags.size());
     std::vector<std::int32_t> flags2(iGrindFlags.size());
@@ -137,8 +135,7 @@ ReturnCode out_of_spec_spots(const MustGrindRequest& request, std::span<float> x
                     request.xProfile, xRideBefore) != success) {
         return pass_failure(name);
     }
-    const std::int64_t iTrim =
-        cfg.if250mmFilter == vialto_yes ? nint(trim_length_250mm / request.xStepSize) : 0;
+    const std::int64_t iTrim = nint(quarter_car_base_length(cfg.if250mmFilter) / request.xStepSize);
     const std::int64_t iHalf = nint(cfg.xSlideBaseLength * 0.5F / request.xStepSize);
     const auto nsamp = static_cast<std::int64_t>(xRideBefore.size());
     // A negative base length does not move the search off the profile.

@@ -19,8 +19,6 @@ namespace vialto {
 namespace {
 
 constexpr std::string_view name = "twochan_rn";
-constexpr float highest_ride_number = 5.0F;
-constexpr float ride_number_rate = -160.0F; // per m/m of PTRN
 
 // The filtered slopes of both tracks. One record serves both, as their valid ranges are the same.
 struct FilteredTracks {

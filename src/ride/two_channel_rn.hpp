@@ -11,8 +11,12 @@
 
 namespace vialto {
 
-// RN = 5 exp(-160 PTRN), PTRN being the root mean square of the filtered slopes of both tracks, in
-// the form that request.i_reptype asks for.
+// RN = highest_ride_number * exp(ride_number_rate * PTRN)
+inline constexpr float highest_ride_number = 5.0F; // of a perfectly smooth road
+inline constexpr float ride_number_rate = -160.0F; // per m/m of PTRN
+
+// The Ride Number, PTRN being the root mean square of the filtered slopes of both tracks, in the
+// form that request.i_reptype asks for.
 //
 // Given: the left track, which has the output of both, and the right profile, as long.
 // Returned: one index, an index and a length [m] per segment, or an index per sample. A NaN in a
