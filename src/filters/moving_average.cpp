@@ -74,6 +74,15 @@ void mvgavg_pass(std::span<const float> x, const Box& box, PassMode mode, std::s
     }
 }
 
+tFiltCon low_pass_settings(float xShortWavelength) {
+    tFiltCon settings{};
+    settings.iMainFilterType = idx_filttyp_mvgavg;
+    settings.iSubFilterType = idx_subfilttyp_lowpass;
+    settings.iOutType = idx_filtouttyp_elevation;
+    settings.xShortWavelength = xShortWavelength;
+    return settings;
+}
+
 ReturnCode mvgavg(std::span<const float> xProfile, float xStepSize, tFiltCon& settings,
                   std::span<float> xFiltered) {
     constexpr std::string_view name = "mvgavg";

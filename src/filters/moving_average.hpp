@@ -28,6 +28,9 @@ namespace vialto {
 [[nodiscard]] ReturnCode mvgavg(std::span<const float> xProfile, float xStepSize,
                                 tFiltCon& settings, std::span<float> xFiltered);
 
+// The settings of a low-pass whose box has this length [m].
+[[nodiscard]] tFiltCon low_pass_settings(float xShortWavelength);
+
 enum class PassMode : std::int32_t { high_pass = 1, low_pass = 2 };
 
 // A stage's box and the extension that it needs at either end, in samples.

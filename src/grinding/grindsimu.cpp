@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "filters/filtcon.hpp"
+#include "filters/moving_average.hpp"
 #include "numeric/rounding.hpp"
 #include "numeric/units.hpp"
 
@@ -100,12 +101,7 @@ ReturnCode grindspot(const Grinder& grinder, const GrindPass& pass, std::span<fl
 
 ReturnCode filter_wheel_path(std::span<const float> xProfile, float xStepSize,
                              float ShortWavelength, std::span<float> xWheelPath) {
-    tFiltCon settings{};
-    settings.iMainFilterType = idx_filttyp_mvgavg;
-    settings.iSubFilterType = idx_subfilttyp_lowpass;
-    settings.iOutType = idx_filtouttyp_elevation;
-    settings.if250mmFilter = vialto_yes;
-    settings.xShortWavelength = ShortWavelength;
+    tFiltCon settings = low_pass_settings(ShortWavelength);
     return filtcon_drv(xProfile, xStepSize, settings, xWheelPath) == success ? success
                                                                              : pass_failure(name);
 }

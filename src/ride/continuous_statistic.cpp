@@ -4,23 +4,10 @@
 #include <cmath>
 
 #include "filters/filtcon.hpp"
+#include "filters/moving_average.hpp"
 #include "numeric/rounding.hpp"
 
 namespace vialto {
-
-namespace {
-
-tFiltCon moving_average_settings(float xBaseLength) {
-    tFiltCon settings{};
-    settings.iMainFilterType = idx_filttyp_mvgavg;
-    settings.iSubFilterType = idx_subfilttyp_lowpass;
-    settings.iOutType = idx_filtouttyp_elevation;
-    settings.if250mmFilter = vialto_yes; // not read by this filter
-    settings.xShortWavelength = xBaseLength;
-    return settings;
-}
-
-} // namespace
 
 void raise_to_power(std::span<float> y, float p) {
     for (float& value : y) {
@@ -49,7 +36,7 @@ ReturnCode moving_statistic(std::span<float> y, float xStepSize, float xBaseLeng
                             std::span<float> xOutput) {
     raise_to_power(y, p);
     if (is_smoothed(xBaseLength, xStepSize)) {
-        tFiltCon settings = moving_average_settings(xBaseLength);
+        tFiltCon settings = low_pass_settings(xBaseLength);
         if (filtcon_drv(y, xStepSize, settings, xOutput) != success) {
             return failure;
         }
