@@ -177,7 +177,8 @@ ReturnCode resampling(std::span<const float> profile, float interval, float step
     }
     const std::int64_t count = resamp_size(std::ssize(profile), interval, step);
     if (count > std::numeric_limits<std::int32_t>::max()) {
-        return raise_failure("the resampled profile is too long", "resampling", error_code_request);
+        return raise_failure("the resampled profile is too long", "resampling",
+                             vialto_code_request);
     }
     room.resize(static_cast<std::size_t>(std::max(count, std::int64_t{0})));
     resamp(profile, interval, step, room);

@@ -14,10 +14,9 @@ namespace vialto {
 
 namespace {
 
-constexpr std::int32_t mxbase = vialto_mxbase; // samples of a window
-constexpr std::int32_t mxiter = 1000;          // iterations for a level
-constexpr float bridge_tolerance = 0.001F;     // m; xTol
-constexpr float convergence = 0.001F;          // of the mean height, relative to xTol
+constexpr std::int32_t mxiter = 1000;      // iterations for a level
+constexpr float bridge_tolerance = 0.001F; // m; xTol
+constexpr float convergence = 0.001F;      // of the mean height, relative to xTol
 constexpr float below_every_road = -10'000'000.0F;
 
 // The levels of neighbouring windows are sought side by side, one in each lane. Sample j of lane k
@@ -25,7 +24,7 @@ constexpr float below_every_road = -10'000'000.0F;
 // contiguously, and each lane adds its samples up in ascending order.
 constexpr std::size_t lanes = 32;
 using Lanes = std::array<float, lanes>;
-using Stretch = std::array<float, mxbase + lanes - 1>;
+using Stretch = std::array<float, vialto_mxbase + lanes - 1>;
 
 Lanes largest_samples(const Stretch& stretch, std::size_t base) {
     Lanes largest;
@@ -96,7 +95,7 @@ ReturnCode br_filt(std::span<float> y, std::int32_t& iCount, float xStepSize, fl
                    float xTol) {
     constexpr std::string_view name = "br_filt";
     const std::int32_t iBase = std::max(1, nint(xBaseLength / xStepSize));
-    if (iBase > mxbase) {
+    if (iBase > vialto_mxbase) {
         return raise_failure("ibase .gt. mxbase", name);
     }
     iCount = static_cast<std::int32_t>(y.size()) - iBase + 1;

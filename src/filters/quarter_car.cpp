@@ -116,7 +116,7 @@ ReturnCode setstm(const System& system, float dt, QuarterCar& car) {
     Matrix inverse{};
     if (invert(system.a, inverse) != inverse_found) {
         (void)raise_failure("the combination of cutoff wavelengths causes ill-conditioned matrix",
-                            name, error_code_analysis, fatal);
+                            name, vialto_code_analysis, fatal);
         // Deliberately named twice: the path reads setstm/setstm.
         return pass_failure(name);
     }

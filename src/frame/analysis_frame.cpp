@@ -80,9 +80,9 @@ ReturnCode run_without_exceptions(const ExportFrame& frame, CallFile& file,
     try {
         return run_steps(frame, file, steps);
     } catch (const std::bad_alloc&) {
-        return raise_failure(no_memory, frame.name, error_code_request);
+        return raise_failure(no_memory, frame.name, vialto_code_request);
     } catch (const std::length_error&) { // more than any memory holds
-        return raise_failure(no_memory, frame.name, error_code_request);
+        return raise_failure(no_memory, frame.name, vialto_code_request);
     } catch (...) {
         return raise_failure("internal error", frame.name);
     }
@@ -98,7 +98,7 @@ void ArgumentCheck::sample_interval(std::string_view name, float interval) {
 
 void ArgumentCheck::refuse(std::string_view name, std::string_view problem) {
     if (!refused()) {
-        raise_event(name, routine_of_export, error_code_request, recoverable_with_failure);
+        raise_event(name, routine_of_export, vialto_code_request, recoverable_with_failure);
         current_event().description.append(problem);
     }
 }

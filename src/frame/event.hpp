@@ -16,12 +16,6 @@ using ReturnCode = std::int32_t;
 inline constexpr ReturnCode success = vialto_success;
 inline constexpr ReturnCode failure = vialto_failure;
 
-inline constexpr std::int32_t error_code_request =
-    vialto_code_request; // the request cannot be served
-inline constexpr std::int32_t error_code_analysis =
-    vialto_code_analysis; // selector, numerical failure, limit
-inline constexpr std::int32_t error_code_file = vialto_code_file; // a file could not be opened
-
 // Severities inside the library. The host's scale runs the other way round, deliberately.
 inline constexpr std::int32_t no_event = 0;
 inline constexpr std::int32_t recoverable_without_failure = 1;
@@ -72,7 +66,7 @@ void print_event(std::int32_t unit);
 
 // Raises an event and returns failure: `return raise_failure("...", "compute_iri");`
 [[nodiscard]] ReturnCode raise_failure(std::string_view description, std::string_view routine,
-                                       std::int32_t error_code = error_code_analysis,
+                                       std::int32_t error_code = vialto_code_analysis,
                                        std::int32_t error_type = recoverable_with_failure);
 
 // Adds the caller's name to the path of a standing failure and returns failure.

@@ -67,7 +67,7 @@ ReturnCode fail_opening(const Path& path, int status) {
     length = description.write(length, path.trimmed());
     length = description.write(length, ", iostat = ");
     description.write(length, {digits.begin(), end});
-    return raise_failure(description.trimmed(), routine_name, error_code_file);
+    return raise_failure(description.trimmed(), routine_name, vialto_code_file);
 }
 
 std::int32_t first_free_unit(std::int32_t iLow, std::int32_t iHigh,

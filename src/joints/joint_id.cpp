@@ -25,7 +25,8 @@ ReturnCode joint_id_cal(const DetectionPass& pass, TrackDetection& left, TrackDe
         method = joint_id_stepdetect;
         break;
     case idx_jntid_valleydetect:
-        return raise_failure("idx_jntid_valleydetect is not implemented", name, error_code_request);
+        return raise_failure("idx_jntid_valleydetect is not implemented", name,
+                             vialto_code_request);
     case idx_jntid_antismooth:
         method = joint_id_antismooth;
         break;
@@ -33,7 +34,7 @@ ReturnCode joint_id_cal(const DetectionPass& pass, TrackDetection& left, TrackDe
         method = joint_id_curledge;
         break;
     default:
-        return raise_failure("i_jntid_method is not defined", name, error_code_request);
+        return raise_failure("i_jntid_method is not defined", name, vialto_code_request);
     }
     const bool done = method(pass, left) == success && method(pass, right) == success;
     return done ? success : pass_failure(name);

@@ -178,7 +178,7 @@ ReturnCode joint_id_curledge(const DetectionPass& pass, TrackDetection& detectio
                       });
     if (count == 0) {
         return raise_failure("No joints found using the curled-edge method", name,
-                             error_code_request);
+                             vialto_code_request);
     }
     screen(pass, count, detection);
     return success;
@@ -198,7 +198,7 @@ ReturnCode joint_id_antismooth(const DetectionPass& pass, TrackDetection& detect
         std::less<float>{}, [&](std::int64_t i) { return std::min(i + 1 + iTrim / 2, points); });
     if (count == 0) {
         return raise_failure("No joints found using the anti-smooth method", name,
-                             error_code_request);
+                             vialto_code_request);
     }
     screen(pass, count, detection);
     return success;

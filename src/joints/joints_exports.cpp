@@ -8,6 +8,18 @@
 
 using namespace vialto;
 
+namespace {
+
+void log_fault(DiagnosticText& text, std::int32_t number, const JointFault& result) {
+    if (result.near_end) {
+        text.record(number, " too near an end of the profile");
+    } else {
+        text.record(number, result.left_slope, result.right_slope, result.mean_slope, result.fault);
+    }
+}
+
+} // namespace
+
 int32_t VIALTO_CALL joint_id_dlldrv(const tJointIDCfg* settings, float xStepSize,
                                     int32_t iSizeDataArray, const float* xLeftProfile,
                                     const float* xRightProfile, int32_t* iLeftTypes,
@@ -50,18 +62,6 @@ int32_t VIALTO_CALL joint_id_dlldrv(const tJointIDCfg* settings, float xStepSize
                        .drive = drive,
                        .log_results = log_results});
 }
-
-namespace {
-
-void log_fault(DiagnosticText& text, std::int32_t number, const JointFault& result) {
-    if (result.near_end) {
-        text.record(number, " too near an end of the profile");
-    } else {
-        text.record(number, result.left_slope, result.right_slope, result.mean_slope, result.fault);
-    }
-}
-
-} // namespace
 
 int32_t VIALTO_CALL joint_fault_dlldrv(int32_t iSizeDataArray, int32_t iNumJoints, float xStepSize,
                                        float xJointWindow, const float* xProfile,

@@ -104,7 +104,7 @@ ReturnCode pgfilter(float xStepSize, std::span<const float> xWheelOffsets,
                     [&](const WheelPair& pair) { return reach_of(pair) >= maxsampbegin; })) {
         return raise_failure(
             "xWheelOffsets holds a negative offset that reaches outside the stretch", name,
-            error_code_request);
+            vialto_code_request);
     }
 
     // The one place where sample numbers become indexes.

@@ -39,7 +39,7 @@ ReturnCode segmented_pi(const RideRequest& request, const tFiltCon& settings,
     for (std::size_t k = 0; k < request.iNumSegmentPoints.size(); ++k) {
         const Segment segment = walk.next();
         if (segment.kind == SegmentKind::beyond_array) {
-            return raise_failure(segment_beyond_array, "segmented_pi", error_code_request);
+            return raise_failure(segment_beyond_array, "segmented_pi", vialto_code_request);
         }
         StretchStatistic statistic{hole_value, 0};
         if (segment.kind == SegmentKind::of_samples) {

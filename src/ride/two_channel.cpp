@@ -57,7 +57,7 @@ ReturnCode analyse(const RideRequest& request, const RideTrack& left, std::span<
         break;
     default:
         return raise_failure("only HRI, MRI, and 2-Chan-RN allowed in the 2-channel analysis",
-                             driver, error_code_request);
+                             driver, vialto_code_request);
     }
     return code == success ? success : pass_failure(driver);
 }

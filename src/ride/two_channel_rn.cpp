@@ -69,7 +69,7 @@ ReturnCode segmented_2chan_rn(const RideRequest& request, const FilteredTracks& 
     for (std::size_t k = 0; k < request.iNumSegmentPoints.size(); ++k) {
         const Segment segment = walk.next();
         if (segment.kind == SegmentKind::beyond_array) {
-            return raise_failure(segment_beyond_array, name, error_code_request);
+            return raise_failure(segment_beyond_array, name, vialto_code_request);
         }
         ptrn = segment.kind == SegmentKind::of_samples
                    ? ptrn_of_stretch(request, tracks, segment.first, segment.last)
@@ -134,7 +134,7 @@ ReturnCode twochan_rn(const RideRequest& request, const RideTrack& left,
         return continuous_2chan_rn(request, tracks, left.xOutput) == success ? success
                                                                              : pass_failure(name);
     default:
-        return raise_failure("undefined ride index report type", name, error_code_request);
+        return raise_failure("undefined ride index report type", name, vialto_code_request);
     }
 }
 

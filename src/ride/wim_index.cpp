@@ -16,10 +16,9 @@ namespace vialto {
 namespace {
 
 constexpr std::string_view name = "compute_wimindex";
-constexpr std::size_t longest_profile = vialto_mxWIM; // samples
-constexpr float bridging_base_length = 0.25F;         // m
-constexpr float longest_wavelength = 16.45F;          // m
-constexpr float shortest_wavelength = 1.07F;          // m
+constexpr float bridging_base_length = 0.25F; // m
+constexpr float longest_wavelength = 16.45F;  // m
+constexpr float shortest_wavelength = 1.07F;  // m
 constexpr float weighting_power = 2.0F;
 constexpr float back_shroud_distance = 15.24F; // m; weighs samples that lie before
 constexpr float fore_shroud_distance = 1.524F; // m; weighs samples that come after
@@ -54,10 +53,10 @@ ReturnCode check_report_type(std::int32_t i_reptype) {
         return success;
     case normal_report:
         return raise_failure("WIM error index should not be normal ride stats analysis", name,
-                             error_code_request);
+                             vialto_code_request);
     case segmented_report:
         return raise_failure("WIM error index should not be segemeted ride stats analysis", name,
-                             error_code_request);
+                             vialto_code_request);
     default:
         return raise_failure("i_reptype is not within range", name);
     }
@@ -66,10 +65,10 @@ ReturnCode check_report_type(std::int32_t i_reptype) {
 } // namespace
 
 ReturnCode compute_wimindex(const RideRequest& request, const RideTrack& track) {
-    if (track.xDataArray.size() > longest_profile) {
+    if (track.xDataArray.size() > vialto_mxWIM) {
         return raise_failure("Current JQV is not suitable to handle large data set. Sorry for the "
                              "inconvenience",
-                             name, error_code_request);
+                             name, vialto_code_request);
     }
     tFiltCon bridging = bridging_settings(request.if250mmFilter);
     std::vector<float> filtered(track.xDataArray.size());
