@@ -17,9 +17,8 @@ namespace vialto {
 // Elements outside that range are 0.0. The range may be empty, the end then being below the begin.
 //
 // The result stands h places before the sample that it belongs to, and the first h results are
-// cleared although they were computed: both deliberate. A base length that is negative (beyond
-// rounding: not between -1.5e-8 dx and 0), or a NaN, gives a window without a sample, its mean 0/0,
-// a NaN, throughout.
+// cleared although they were computed: both deliberate. A base length that is negative or a NaN
+// gives a window without a sample, and NaN throughout.
 //
 // Fails where the window has one sample only or is not shorter than the profile; xFiltered is then
 // untouched.

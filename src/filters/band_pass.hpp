@@ -18,9 +18,8 @@ namespace vialto {
 // Returned: the elevation of the band, N values, whatever the output type asked for; the first and
 // the last filtered sample, from 1.
 //
-// A longest wavelength below the shortest is not refused, nor is a negative shortest one: the
-// corners change places, and the filter runs on a band of negative width, on which its recursion
-// grows along the road and may end in infinities or NaNs. Deliberate.
+// A longest wavelength below the shortest is not refused, nor is a negative shortest one: the filter
+// runs on a band of negative width. Deliberate.
 //
 // Fails with the failures of DRBWfilt; xFiltered is then untouched.
 [[nodiscard]] ReturnCode DRBWfilt_drv_prof(float xStepSize, float xShortWavelength,

@@ -30,9 +30,7 @@ namespace vialto {
 // Returned: iCount, the number of windows; not positive for a profile shorter than the window.
 // Fails for a window of more than 1000 samples, with y untouched, and where a level is not found in
 // 1000 iterations; that element then has the level of the window before, or 0.0 if it is the first.
-// So slow are windows of which fewer than about 1 in 145 samples stand out, and a level farther
-// from 0.0 than about 16 m may not be found at all: 32-bit heights are too coarse for the 0.1 %
-// there.
+// So slow are windows of which fewer than about 1 in 145 samples stand out.
 [[nodiscard]] ReturnCode br_filt(std::span<float> y, std::int32_t& iCount, float xStepSize,
                                  float xBaseLength, float xTol);
 

@@ -84,8 +84,7 @@ bool same_bits(const Matrix& left, const Matrix& right) {
     return std::bit_cast<Words>(left) == std::bit_cast<Words>(right);
 }
 
-// exp(a dt) by its power series, until a term changes no bit of the sum. A NaN changes none either,
-// so the series ends for every time step, and far ahead of its bound: none takes 200 terms.
+// exp(a dt) by its power series, until a term changes no bit of the sum; a NaN changes none either.
 Matrix state_transition(const Matrix& a, float dt) {
     Matrix term = unit_matrix();
     Matrix sum = term;
@@ -142,31 +141,31 @@ Slope slope_of(const QuarterCar& car, std::span<const float> profile) {
             car.xSlopeScale / (static_cast<float>(car.iBase) * car.xStepSize)};
 }
 
-// One number of each track: a float for one track, and for more a vector with room for four. In a
+// One number of each run: a float for one run, and for more a vector with room for four. In a
 // vector of just two, g++ clears the rest of the register behind each operation.
 using FourFloats = float __attribute__((vector_size(4 * sizeof(float))));
-template <std::size_t Tracks>
-using Lanes = std::conditional_t<Tracks == 1, float, FourFloats>;
+template <std::size_t Runs>
+using Lanes = std::conditional_t<Runs == 1, float, FourFloats>;
 
-template <std::size_t Tracks, class OfTrack>
-Lanes<Tracks> lanes_of(const OfTrack& of_track) {
-    if constexpr (Tracks == 1) {
-        return of_track(0);
+template <std::size_t Runs, class OfRun>
+Lanes<Runs> lanes_of(const OfRun& of_run) {
+    if constexpr (Runs == 1) {
+        return of_run(0);
     } else {
         FourFloats lanes{};
-        for (std::size_t track = 0; track < Tracks; ++track) {
-            lanes[track] = of_track(track);
+        for (std::size_t run = 0; run < Runs; ++run) {
+            lanes[run] = of_run(run);
         }
         return lanes;
     }
 }
 
-float lane(float of_one_track, std::size_t) {
-    return of_one_track;
+float lane(float of_one_run, std::size_t) {
+    return of_one_run;
 }
 
-float lane(const FourFloats& lanes, std::size_t track) {
-    return lanes[track];
+float lane(const FourFloats& lanes, std::size_t run) {
+    return lanes[run];
 }
 
 // Runs the recursion over the slope u and writes the filtered slope, that of the suspension,
@@ -175,51 +174,49 @@ float lane(const FourFloats& lanes, std::size_t track) {
 //
 // Both the slope and the sum are taken here because they cost nothing beside the recursion, which
 // waits for its own chain of sums. For the same reason the state stands in four separate variables:
-// the products of a step run side by side. And a second track costs little, as its chain is
-// another.
-template <std::size_t Tracks, class Magnitude>
-std::array<float, most_runs> stfilt(const QuarterCar& car, std::span<QuarterCarRun, Tracks> runs,
+// the products of a step go side by side. And a second run costs little, as its chain is another.
+template <std::size_t Runs, class Magnitude>
+std::array<float, most_runs> stfilt(const QuarterCar& car, std::span<QuarterCarRun, Runs> runs,
                                     const Magnitude& magnitude) {
     const Matrix st = car.st;
     const Vector pr = car.pr;
-    std::array<Slope, Tracks> slope;
-    std::array<float*, Tracks> y;
-    for (std::size_t track = 0; track < Tracks; ++track) {
-        slope[track] = slope_of(car, runs[track].profile);
-        y[track] = runs[track].y.data();
+    std::array<Slope, Runs> slope;
+    std::array<float*, Runs> y;
+    for (std::size_t run = 0; run < Runs; ++run) {
+        slope[run] = slope_of(car, runs[run].profile);
+        y[run] = runs[run].y.data();
     }
     const auto state = [&](std::size_t element) {
-        return lanes_of<Tracks>([&](std::size_t track) { return runs[track].state[element]; });
+        return lanes_of<Runs>([&](std::size_t run) { return runs[run].state[element]; });
     };
-    Lanes<Tracks> x1 = state(0);
-    Lanes<Tracks> x2 = state(1);
-    Lanes<Tracks> x3 = state(2);
-    Lanes<Tracks> x4 = state(3);
+    Lanes<Runs> x1 = state(0);
+    Lanes<Runs> x2 = state(1);
+    Lanes<Runs> x3 = state(2);
+    Lanes<Runs> x4 = state(3);
     std::array<float, most_runs> sums{};
     const std::size_t count = runs[0].y.size();
     for (std::size_t i = 0; i < count; ++i) {
-        const Lanes<Tracks> u =
-            lanes_of<Tracks>([&](std::size_t track) { return slope[track][i]; });
+        const Lanes<Runs> u = lanes_of<Runs>([&](std::size_t run) { return slope[run][i]; });
         const auto next = [&](std::size_t k) {
             return st[k][0] * x1 + st[k][1] * x2 + st[k][2] * x3 + st[k][3] * x4 + pr[k] * u;
         };
-        const Lanes<Tracks> next1 = next(0);
-        const Lanes<Tracks> next2 = next(1);
-        const Lanes<Tracks> next3 = next(2);
-        const Lanes<Tracks> next4 = next(3);
+        const Lanes<Runs> next1 = next(0);
+        const Lanes<Runs> next2 = next(1);
+        const Lanes<Runs> next3 = next(2);
+        const Lanes<Runs> next4 = next(3);
         x1 = next1;
         x2 = next2;
         x3 = next3;
         x4 = next4;
-        const Lanes<Tracks> suspension = x3 - x1;
-        for (std::size_t track = 0; track < Tracks; ++track) {
-            const float filtered = lane(suspension, track);
-            y[track][i] = filtered;
-            sums[track] += magnitude(filtered);
+        const Lanes<Runs> suspension = x3 - x1;
+        for (std::size_t run = 0; run < Runs; ++run) {
+            const float filtered = lane(suspension, run);
+            y[run][i] = filtered;
+            sums[run] += magnitude(filtered);
         }
     }
-    for (std::size_t track = 0; track < Tracks; ++track) {
-        runs[track].state = {lane(x1, track), lane(x2, track), lane(x3, track), lane(x4, track)};
+    for (std::size_t run = 0; run < Runs; ++run) {
+        runs[run].state = {lane(x1, run), lane(x2, run), lane(x3, run), lane(x4, run)};
     }
     return sums;
 }

@@ -19,8 +19,7 @@ namespace vialto {
 // between them. iBeginElem and iEndElem are the 0-based first and last sample at which all wheels
 // stand on the stretch; the trace is 0.0 outside of them.
 //
-// Of a negative distance the two wheels change places: what it reads is the same on a sample, and
-// else the line through the two samples nearer by, prolonged. It reaches no sample by itself.
+// A negative distance is served by the same formulas. It reaches no sample by itself.
 //
 // Fails with "nsamp < 2*maxsampbegin" if the stretch is too short for the beam, with
 // "maxsampbegin > minsampend" if no sample is left, and for a negative distance beyond the reach of
