@@ -217,5 +217,5 @@ def _index(road: Road, traces: list[tuple[int, NDArray[Any]]], part: slice) -> f
         heights = trace[max(part.start - first, 0) : max(part.stop - first, 0)]
         if heights.size > 1:
             lot = profile_index(heights, road.interval).lots[0]
-            found.append(MM_PER_M * lot.rounded_index)
+            found.append(PER_KM * lot.rounded_index)
     return float(np.mean(found)) if found else np.nan

@@ -12,6 +12,7 @@ from typing import Any
 from plotly.offline import get_plotlyjs
 
 import vialto
+from vialto.profilograph import MM_PER_M
 from vialto.road import Road
 from vialto.tables import roughness
 
@@ -84,7 +85,7 @@ def _summary(road: Road) -> str:
     quality = f"; {road.quality}" if road.quality is not None else ""
     return (
         f"{road.length:.3f} m from {road.start:g} m on, {road.samples} samples every"
-        f" {1000.0 * road.interval:g} mm, {' and '.join(road.tracks)}{quality}"
+        f" {MM_PER_M * road.interval:g} mm, {' and '.join(road.tracks)}{quality}"
     )
 
 
