@@ -12,6 +12,7 @@ import re
 import shutil
 import sys
 from pathlib import Path
+from types import ModuleType
 from urllib.parse import unquote, urljoin
 
 from playwright.sync_api import sync_playwright
@@ -64,7 +65,8 @@ def described():
         yield f"reference-c.html#c.{function}"
     for name in MODULES:
         module = importlib.import_module(name)
-        public = getattr(module, "__all__", None) or [one for one in vars(module) if one.isupper()]
+        names = getattr(module, "__all__", None) or [one for one in vars(module) if one.isupper()]
+        public = [one for one in names if not isinstance(getattr(module, one), ModuleType)]
         yield from (f"reference-python.html#{name}.{one}" for one in public)
 
 
