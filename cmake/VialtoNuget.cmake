@@ -1,6 +1,6 @@
-# A package for NuGet is zipped of this component, installed from a build for each platform: the file that
-# hosts compile, the native libraries, and what makes a package of it: the manifest, and for readers of
-# Open Packaging Conventions the type of every part and where the manifest lies.
+# A package for NuGet is zipped of this component, installed from a build for each platform: the
+# file that hosts compile, the native libraries, the manifest, and for readers of Open Packaging
+# Conventions the type of every part and where the manifest lies.
 set(rid_x86_64 x64)
 set(rid_i686 x86)
 set(rid_aarch64 arm64)

@@ -1,6 +1,7 @@
 # The static library is one object, in which everything but the 22 functions is local: a host's own
 # C++ templates, compiled with other options, neither take the place of the library's nor are
-# replaced by them.
+# replaced by them. On Windows it is the objects as they are: what C++ shares between objects cannot
+# be local there.
 if(WIN32)
   add_library(vialto STATIC $<TARGET_OBJECTS:vialto_objects>)
 else()
