@@ -1,8 +1,8 @@
 """What a page shows, it runs: directives for programs and commands, beside the code cells.
 
-``{program} NAME.c`` or ``NAME.cs`` shows a program of the folder ``programs``, or with ``:from:``
-and ``:to:`` the lines between those that hold these words; compiles it, warnings being errors; runs
-it in the folder of the pages; and shows what it prints.
+``{program} NAME.c``, ``NAME.cpp`` or ``NAME.cs`` shows a program of the folder ``programs``, or with
+``:from:`` and ``:to:`` the lines between those that hold these words; compiles it, warnings being
+errors; runs it in the folder of the pages; and shows what it prints.
 
 ``{run}`` shows commands, runs them in a copy of that folder, one for each page, and shows what they
 print, unless ``:quiet:`` is set.
@@ -27,6 +27,7 @@ from sphinx.util.docutils import SphinxDirective
 TREE = Path(os.environ["VIALTO_TREE"])
 BINDING = TREE / "bindings/dotnet/Vialto.cs"
 WARNINGS = ["-Wall", "-Wextra", "-Werror"]
+LANGUAGES = {".c": "c", ".cpp": "cpp", ".cs": "csharp"}
 NOT_RUN = {"install", "reference-c"}  # the one says so, the other has contracts
 
 logger = logging.getLogger(__name__)
@@ -64,7 +65,8 @@ def printed_by(source):
             run("mcs", *options, f"-out:{program}", source, BINDING)
             return run("mono", program, cwd=source.parents[1])
         libraries = [f"-L{os.environ['LD_LIBRARY_PATH']}", "-lvialto", "-lm", "-pthread"]
-        run("cc", *WARNINGS, f"-I{TREE}/include", source, "-o", program, *libraries)
+        compiler = ["c++", "-std=c++17"] if source.suffix == ".cpp" else ["cc"]
+        run(*compiler, *WARNINGS, f"-I{TREE}/include", source, "-o", program, *libraries)
         return run(program, cwd=source.parents[1])
 
 
@@ -106,7 +108,7 @@ class Program(SphinxDirective):
             printed = printed_by(source)
         except (ShownError, OSError) as failure:
             raise self.error(str(failure)) from failure
-        return shown(code, "csharp" if source.suffix == ".cs" else "c", printed)
+        return shown(code, LANGUAGES[source.suffix], printed)
 
 
 class Run(SphinxDirective):
