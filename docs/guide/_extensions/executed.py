@@ -1,8 +1,8 @@
 """What a page shows, it runs: directives for programs and commands, beside the code cells.
 
-``{program} NAME.c``, ``NAME.cpp`` or ``NAME.cs`` shows a program of the folder ``programs``, or with
-``:from:`` and ``:to:`` the lines between those that hold these words; compiles it, warnings being
-errors; runs it in the folder of the pages; and shows what it prints.
+``{program} NAME.c``, ``NAME.cpp`` or ``NAME.cs`` shows a program of the folder ``programs``, or
+with ``:from:`` and ``:to:`` the lines between those that hold these words; compiles it, warnings
+being errors; runs it in the folder of the pages; and shows what it prints.
 
 ``{run}`` shows commands, runs them in a copy of that folder, one for each page, and shows what they
 print, unless ``:quiet:`` is set.
