@@ -170,6 +170,14 @@ enum {
     idx_grindflag_deeper = 3  /* ground deeper */
 };
 
+/* tJointIDCfg.i_jntid_method */
+enum {
+    idx_jntid_stepdetect = 1,   /* a step between two neighbouring samples */
+    idx_jntid_valleydetect = 2, /* refused: not implemented */
+    idx_jntid_antismooth = 3,   /* a downward spike about the smoothed profile */
+    idx_jntid_curledge = 4      /* a peak under the rolling straightedge */
+};
+
 /* iLeftTypes, iRightTypes of joint_id_dlldrv */
 enum { idx_jnttyp_none = 0, idx_jnttyp_joint = 1, idx_jnttyp_crack = 2 };
 
@@ -313,7 +321,7 @@ typedef struct tProfinfo {
 
 /* Settings of the joint identification. */
 typedef struct tJointIDCfg {
-    int32_t i_jntid_method; /* 1 step detection, 3 anti-smoothing, 4 curled edge */
+    int32_t i_jntid_method; /* idx_jntid_... */
     int32_t if_skewed;      /* written to the diagnostic file, read by no step */
     float xDomJointSpacing; /* m; nominal joint spacing */
 } tJointIDCfg;
@@ -363,7 +371,7 @@ typedef struct tJointIDCfg {
  *     state transition loses its digits, and the result may be wrong, or infinite, without a
  *     failure.
  *  4. The initial slope is taken over the first 11 m (IRI) or 19 m (RN) and divided by one interval
- *     too many, on purpose.
+ *     too many, deliberately.
  *
  * Reference: ASTM E1926 (IRI), ASTM E1489 (RN); M. W. Sayers, "On the Calculation of International
  * Roughness Index from Longitudinal Road Profile", Transportation Research Record 1501, 1995.
@@ -404,8 +412,8 @@ VIALTO_API int32_t VIALTO_CALL ride_dlldrv(int32_t ifExcludeLeaveout, int32_t if
  *  1. Consecutive segments share their boundary sample: the last sample of one is the first of the
  *     next.
  *  2. A segment of no samples (an element of 0) still moves the next one back by one sample, and a
- *     negative element moves it back by as many more, on purpose. A segment that then starts before
- *     the first sample is cut to the samples that exist.
+ *     negative element moves it back by as many more, deliberately. A segment that then starts
+ *     before the first sample is cut to the samples that exist.
  *  3. The last segment ends with the last valid sample, 250 mm (or one sample, without the moving
  *     average) before the end of the profile. An earlier segment that reaches there counts the
  *     samples behind it as zeros.
@@ -445,7 +453,7 @@ VIALTO_API int32_t VIALTO_CALL rideseg_dlldrv(int32_t if250mmFilter, int32_t iRi
  *     for IRI and its square for RN, goes on beyond either end along a line fitted through its last
  *     half base length. So the mean can be negative near an end: the IRI is then negative, the RN
  *     statistic 0.0.
- *  2. The slopes behind the last valid sample enter the mean as zeros, on purpose, so that the
+ *  2. The slopes behind the last valid sample enter the mean as zeros, deliberately, so that the
  *     statistic falls over the last half base length.
  *  3. With a base length below two intervals nothing is smoothed: the result is the absolute
  *     filtered slope, for RN as the root of its square.
@@ -532,8 +540,8 @@ VIALTO_API int32_t VIALTO_CALL ride2chan_dlldrv(int32_t ifExcludeLeaveout, int32
  *
  * Notes:
  *  1. With the Ride Number a segment without samples has the xSegLength of the segment before it
- *     (0.0 for the first one), on purpose; with HRI and MRI it has 0.0.
- *  2. A segment whose filtered slopes are all exactly 0.0 has the Ride Number -1.0, on purpose.
+ *     (0.0 for the first one), deliberately; with HRI and MRI it has 0.0.
+ *  2. A segment whose filtered slopes are all exactly 0.0 has the Ride Number -1.0, deliberately.
  *  3. MRI averages -1.0 like any number.
  *  4. The notes of rideseg_dlldrv hold here, too.
  *  5. **A NaN or an infinity in a track is no failure with the Ride Number**: the segments that
@@ -570,7 +578,7 @@ VIALTO_API int32_t VIALTO_CALL rideseg2chan_dlldrv(int32_t if250mmFilter, int32_
  *   xOutput is untouched.
  *
  * Notes:
- *  1. The right track has no influence on the continuous Ride Number, on purpose.
+ *  1. The right track has no influence on the continuous Ride Number, deliberately.
  *  2. The continuous Ride Number is 0.0 at the first sample. With a base length below two intervals
  *     it is not smoothed, and 0.0 behind the last valid sample, too.
  *  3. Notes 1 to 3 of ridecon_dlldrv hold here, too.
@@ -864,13 +872,13 @@ VIALTO_API int32_t VIALTO_CALL pgfilt_dll(int32_t iStartIndex, int32_t iEndIndex
  *  4. A partial scallop at a lot's start always is a defect, but it adds to the indexes only if it
  *     is higher than the partial scallop at the end of the lot counted before. If it is not, that
  *     earlier one leaves the indexes of its lot as well, taken by this lot's length, except for the
- *     second lot in the list. So a scallop across a boundary counts twice or not at all, on
- *     purpose.
+ *     second lot in the list. So a scallop across a boundary counts twice or not at all:
+ *     deliberate.
  *  5. The crossings of partial scallops, their last samples and the heights BeginY and EndY (taken
- *     one interval further along the trend line than the distances) are asymmetric on purpose. The
- *     iEnd of a partial scallop at a lot's start is one less than its last sample, and so may be
- *     iStart - 1. Its EndX is projected along its last two samples: infinite where these are equal,
- *     a NaN where both lie on the edge of the band; EndY is then infinite or a NaN as well.
+ *     one interval further along the trend line than the distances) are deliberately asymmetric.
+ *     The iEnd of a partial scallop at a lot's start is one less than its last sample, and so may
+ *     be iStart - 1. Its EndX is projected along its last two samples: infinite where these are
+ *     equal, a NaN where both lie on the edge of the band; EndY is then infinite or a NaN as well.
  *  6. **A lot with a NaN or an infinite sample has no scallops: its indexes are 0.0, as those of a
  *     perfect road.** Its band, which is a NaN, tells the two apart.
  *
@@ -1155,7 +1163,7 @@ VIALTO_API int32_t VIALTO_CALL CC_CoeffArray(int32_t* iCroxCorrPoints, tProfAnal
  * Notes:
  *  1. Unless if_padding is 2, the filter runs through a copy of the profile that is reflected about
  *     either end, and the middle is taken back.
- *  2. On purpose the last points are lost: of a section that reaches the end of the profile one
+ *  2. Deliberately the last points are lost: of a section that reaches the end of the profile one
  *     sample is left out with if_padding 2, and two otherwise, even if the filter loses none. The
  *     very last one is 0.0 in the filtered profile where it was padded.
  *  3. A section whose last sample lies before its first keeps no sample, and the sweep fails.
@@ -1208,14 +1216,6 @@ VIALTO_API int32_t VIALTO_CALL pcbia_dlldrv(const float* xRunData, const float* 
 /* ------------------------------------------------------------------------------------------------
  * Joints
  * --------------------------------------------------------------------------------------------- */
-
-/* tJointIDCfg.i_jntid_method */
-enum {
-    idx_jntid_stepdetect = 1,   /* a step between two neighbouring samples */
-    idx_jntid_valleydetect = 2, /* refused: not implemented */
-    idx_jntid_antismooth = 3,   /* a downward spike about the smoothed profile */
-    idx_jntid_curledge = 4      /* a peak under the rolling straightedge */
-};
 
 /*
  * joint_id_dlldrv: joints and cracks of a concrete pavement in two wheel tracks.
@@ -1343,9 +1343,9 @@ VIALTO_API int32_t VIALTO_CALL joint_fault_dlldrv(int32_t iSizeDataArray, int32_
  * Notes:
  *  1. The sample in the middle of a window is its h-th, one more than half the intervals, so the
  *     window is symmetric about it when L is odd. Element i of the result belongs to sample i + h
- *     of the profile: the shift is not undone, on purpose.
+ *     of the profile: the shift is not undone, deliberately.
  *  2. iBeginElemIdx is h and iEndElemIdx N - L - 1: the elements before h are cleared although they
- *     could be computed, on purpose.
+ *     could be computed, deliberately.
  *  3. L is xBaseLength / dx + 0.5, rounded, in 32-bit arithmetic: one more than the whole intervals
  *     of the base length. The float just below 1, 2, 4, 8, ... intervals counts as that number, so
  *     that 0.99999994 intervals make 2 samples, and what lies between 0.0 and about -1.5e-8 dx as
