@@ -12,6 +12,8 @@ from numpy.typing import ArrayLike
 from ._arrays import Doubles, Reals, reals
 from ._series import same_index
 
+MM_PER_M = 1000.0
+
 SHORTEST_INTERVAL, LONGEST_INTERVAL = 0.001, 1.0  # m
 STEEPEST_ROAD = 0.5  # m/m; mean slope between samples, which a profile in mm has at 0.5 mm/m
 SMOOTHEST_ROAD_MM = 0.05  # mm/m; likewise: a profile in m that is rougher than 50 mm/m has more
@@ -77,7 +79,7 @@ def check_metres(samples: Reals | Doubles, interval: float, name: str) -> None:
         _warn(f"{name} has slopes of {steepness:.3g} m/m: is it in metres?")
     highest = float(np.max(np.abs(samples), initial=0.0))
     if highest > HIGHEST_ROAD and np.isfinite(highest):
-        apart = 1000.0 * float(np.spacing(np.float32(highest)))
+        apart = MM_PER_M * float(np.spacing(np.float32(highest)))
         _warn(
             f"{name} reaches {highest:.0f} m, where 32-bit heights are {apart:.2g} mm apart:"
             " subtract a constant"

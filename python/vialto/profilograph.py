@@ -16,7 +16,7 @@ from numpy.typing import ArrayLike
 
 from ._arrays import Reals, ValidRange, last_sample, reals
 from ._library import call
-from ._profiles import check_interval, check_trace_in_mm, profile_in_metres
+from ._profiles import MM_PER_M, check_interval, check_trace_in_mm, profile_in_metres
 from ._records import PGDefect, PGLot
 from .defaults import (
     BLANKING_BAND,
@@ -27,7 +27,6 @@ from .defaults import (
 )
 
 MOST_DEFECTS = 5000  # of a whole trace; the library wants room for them
-MM_PER_M = 1000.0
 
 # The settings of an index as the library has them; the last two are without effect.
 SETTINGS = (

@@ -10,10 +10,11 @@ from numpy.typing import ArrayLike, NDArray
 
 from ._arrays import Doubles
 from ._pandas import pandas, table
+from ._profiles import MM_PER_M
 from .defaults import JOINT_SPACING, JOINT_WINDOW_MM, SECTION
 from .grinding import GrindFlag
 from .joints import Feature, JointMethod, find_joints, joint_faults
-from .profilograph import MM_PER_M, ProfileIndex
+from .profilograph import ProfileIndex
 from .ride import RideIndex, segment_ride_indices, two_track_segment_ride_indices
 from .road import TRACKS, Road
 

@@ -14,6 +14,7 @@ from numpy.typing import NDArray
 from vialto._arrays import Doubles
 from vialto._library import VialtoError
 from vialto._pandas import pandas
+from vialto._profiles import MM_PER_M
 from vialto.defaults import (
     BLANKING_BAND,
     LOCAL_BASE_LENGTH,
@@ -22,7 +23,7 @@ from vialto.defaults import (
     TENTH_OF_A_MILE,
     TWELVE_WHEELS,
 )
-from vialto.profilograph import MM_PER_M, profile_index, profilograph_trace
+from vialto.profilograph import profile_index, profilograph_trace
 from vialto.reading import read_road
 from vialto.ride import continuous_ride_index
 from vialto.road import Road, RoadError

@@ -4,9 +4,9 @@ from __future__ import annotations
 
 import plotly.graph_objects as go
 
+from vialto._profiles import MM_PER_M
 from vialto.comparison import Comparison, compare_profiles
 from vialto.filters import Filter
-from vialto.profilograph import MM_PER_M
 from vialto.road import Road
 
 from .drawing import COLOURS, by_distance, styled, track_line

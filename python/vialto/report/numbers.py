@@ -9,8 +9,9 @@ import numpy as np
 
 from vialto._arrays import Doubles
 from vialto._library import VialtoError
+from vialto._profiles import MM_PER_M
 from vialto.defaults import STRAIGHTEDGE
-from vialto.profilograph import MM_PER_M, run_profilograph
+from vialto.profilograph import run_profilograph
 from vialto.ride import RideIndex, ride_index, two_track_ride_index
 from vialto.road import Road
 from vialto.spectra import rolling_straightedge

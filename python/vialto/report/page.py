@@ -12,7 +12,7 @@ from typing import Any
 from plotly.offline import get_plotlyjs
 
 import vialto
-from vialto.profilograph import MM_PER_M
+from vialto._profiles import MM_PER_M
 from vialto.road import Road
 from vialto.tables import roughness
 

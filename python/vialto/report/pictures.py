@@ -12,6 +12,7 @@ from plotly.subplots import make_subplots
 
 from vialto._arrays import Doubles, Reals
 from vialto._library import VialtoError
+from vialto._profiles import MM_PER_M
 from vialto.defaults import BLANKING_BAND, LOCAL_BASE_LENGTH, STRAIGHTEDGE
 from vialto.grinding import (
     Grinder,
@@ -22,7 +23,7 @@ from vialto.grinding import (
     must_grind,
     must_grind_two_tracks,
 )
-from vialto.profilograph import MM_PER_M, DefectKind, Profilograph, run_profilograph
+from vialto.profilograph import DefectKind, Profilograph, run_profilograph
 from vialto.ride import RideIndex, continuous_ride_index
 from vialto.road import Road
 from vialto.spectra import power_spectral_density, rolling_straightedge
