@@ -16,7 +16,6 @@ tFiltCon antismooth_settings(float xBaseLength) {
     tFiltCon settings{};
     settings.iMainFilterType = idx_filttyp_antismooth;
     settings.iOutType = idx_filtouttyp_elevation;
-    settings.if250mmFilter = vialto_yes;
     settings.xShortWavelength = xBaseLength;
     return settings;
 }

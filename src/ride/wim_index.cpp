@@ -31,7 +31,6 @@ tFiltCon bridging_settings(std::int32_t iBridgingFilter) {
     settings.iSubFilterType = idx_subfilttyp_none;
     settings.iOutType = idx_filtouttyp_elevation;
     settings.xShortWavelength = bridging_base_length;
-    settings.xPowerWeighting = weighting_power;
     return settings;
 }
 
@@ -42,7 +41,6 @@ tFiltCon band_pass_settings() {
     settings.iOutType = idx_filtouttyp_slope;
     settings.xLongWavelength = longest_wavelength;
     settings.xShortWavelength = shortest_wavelength;
-    settings.xPowerWeighting = weighting_power;
     return settings;
 }
 
@@ -87,8 +85,8 @@ ReturnCode compute_wimindex(const RideRequest& request, const RideTrack& track) 
         return failure;
     }
     // The statistic of a sample alone. The request's base length smooths nothing: deliberate.
-    raise_to_power(filtered, band_pass.xPowerWeighting);
-    take_root(filtered, band_pass.xPowerWeighting);
+    raise_to_power(filtered, weighting_power);
+    take_root(filtered, weighting_power);
     shroud(filtered, request.xStepSize, track.xOutput.first(filtered.size()), back_shroud_distance,
            fore_shroud_distance);
     std::fill(track.xOutput.begin() + static_cast<std::ptrdiff_t>(filtered.size()),
