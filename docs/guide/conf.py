@@ -25,7 +25,7 @@ extensions = [
 exclude_patterns = ["tree"]  # documents of the tree that pages include
 if pages := os.environ.get("VIALTO_PAGES", "").split():
     include_patterns = ["index.md", *(f"{page}.md" for page in pages)]
-suppress_warnings = ["toc.not_readable", "toc.excluded", "myst.xref_missing"]
+    suppress_warnings = ["toc.not_readable", "toc.excluded", "myst.xref_missing"]
 
 # Pages: each code cell is executed, and a link that leads nowhere is a warning.
 myst_enable_extensions = ["colon_fence", "deflist", "dollarmath"]
