@@ -6,6 +6,10 @@
 #include <cstddef>
 #include <cstdlib>
 
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
 #include "frame/event.hpp"
 #include "frame/fixed_text.hpp"
 #include "frame/process_lock.hpp"
@@ -44,8 +48,16 @@ Unit& at(std::int32_t unit) {
 }
 
 Path temporary_path(std::string_view name) {
+#if defined(_WIN32)
+    // The system's value: a C runtime has a copy of its own, which hosts of other runtimes and other
+    // languages do not reach.
+    std::array<char, 32768> value{}; // no variable is longer
+    const DWORD length = GetEnvironmentVariableA("TMP", value.data(), value.size());
+    const std::string_view directory{value.data(), length < value.size() ? length : 0};
+#else
     const char* value = std::getenv("TMP");
     const std::string_view directory = value == nullptr ? std::string_view{} : value;
+#endif
     Path path;
     std::size_t end = path.write(0, trim_trailing_blanks(directory));
     end = path.write(end, separator);

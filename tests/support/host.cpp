@@ -8,6 +8,10 @@
 #include <sstream>
 #include <string_view>
 
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
 #include "frame/fixed_text.hpp"
 
 namespace vialto::test {
@@ -24,7 +28,7 @@ std::string unpadded(const char (&text)[256]) {
 
 void set_tmp(const std::string& directory) {
 #if defined(_WIN32)
-    _putenv_s("TMP", directory.c_str());
+    SetEnvironmentVariableA("TMP", directory.c_str()); // past the C runtime
 #else
     setenv("TMP", directory.c_str(), 1);
 #endif
@@ -32,7 +36,7 @@ void set_tmp(const std::string& directory) {
 
 void unset_tmp() {
 #if defined(_WIN32)
-    _putenv_s("TMP", "");
+    SetEnvironmentVariableA("TMP", nullptr);
 #else
     unsetenv("TMP");
 #endif
