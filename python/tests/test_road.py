@@ -6,7 +6,7 @@ from tempfile import TemporaryDirectory
 import numpy as np
 import pandas as pd
 import pytest
-from hypothesis import given
+from hypothesis import example, given
 from hypothesis import strategies as st
 
 import vialto
@@ -213,6 +213,7 @@ def test_stretches_hold_what_is_flagged_and_nothing_else(flags: list[bool]) -> N
     interval=st.sampled_from([0.01, 0.0254, 0.05, 0.1, 0.3048]),
     decimals=st.integers(3, 6),
 )
+@example(lost={1, 2, 5, 10, 20, 40, 45}, interval=0.0254, decimals=3)  # no step is 0.0254
 def test_lost_rows_are_filled_and_told(lost: set[int], interval: float, decimals: int) -> None:
     height = np.round(np.random.default_rng(9).normal(0.0, interval / 100.0, 60), 6)
     rows = [f"{k * interval:.{decimals}f},{height[k]:.6f}\n" for k in range(60) if k not in lost]

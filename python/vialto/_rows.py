@@ -75,13 +75,20 @@ class Rows:
         median = float(np.quantile(self.steps, 0.5, method="lower"))  # a step that occurs
         if not median > SHORTEST_STEP:
             raise RoadError(f"{self.path}: distances must ascend, by {SHORTEST_STEP:g} m at least")
-        return float(np.mean(self.steps[np.abs(self.steps - median) <= ROUNDED * median]))
+        return float(np.mean(self.steps[self._near(median)]))
+
+    def _near(self, step: float) -> NDArray[np.bool_]:
+        """Whether each step is this one, rounded at most."""
+        return np.asarray(np.abs(self.steps - step) <= ROUNDED * step)
 
     @cached_property
     def uneven(self) -> NDArray[np.bool_]:
         """Whether each step is neither the usual one nor a whole number of them."""
         whole = np.maximum(np.rint(self.steps / self.usual), 1.0)
-        tolerance = max(EVEN * self.usual, min(self.rounding, ROUNDED * self.usual))
+        usual = np.count_nonzero(self._near(self.usual))
+        rows = self.steps.size - usual + 1  # of usual steps: each is off by a rounding at most
+        rounding = self.rounding * (1.0 + whole * rows / usual)
+        tolerance = np.maximum(EVEN * self.usual, np.minimum(rounding, ROUNDED * self.usual))
         return np.asarray(np.abs(self.steps - whole * self.usual) > tolerance)
 
     @cached_property
