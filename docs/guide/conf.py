@@ -22,7 +22,6 @@ extensions = [
     "sphinx.ext.autodoc",
     "sphinx.ext.mathjax",
 ]
-exclude_patterns = ["tree"]  # documents of the tree that pages include
 if pages := os.environ.get("VIALTO_PAGES", "").split():
     include_patterns = ["index.md", *(f"{page}.md" for page in pages)]
     suppress_warnings = ["toc.not_readable", "toc.excluded", "myst.xref_missing"]
