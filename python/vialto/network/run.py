@@ -95,7 +95,7 @@ def local_client(workers: int | None = None) -> Iterator[Client]:
         LocalCluster(
             n_workers=workers if workers is not None else len(os.sched_getaffinity(0)),
             threads_per_worker=1,
-            dashboard_address=None,
+            dashboard_address="127.0.0.1:0",  # a free port: the usual one may be taken
             local_directory=directory,
             env={"TMPDIR": directory},
             silence_logs="CRITICAL",
