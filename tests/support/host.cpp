@@ -96,4 +96,10 @@ std::string EventRecord::summary() const {
            routine() + ": " + description();
 }
 
+std::string EventRecord::outcome(std::int32_t code) const {
+    const std::string told = untouched() ? "" : summary();
+    const bool fits = code == (untouched() ? vialto_success : vialto_failure);
+    return fits ? told : "returned " + std::to_string(code) + " with the event '" + told + "'";
+}
+
 } // namespace vialto::test

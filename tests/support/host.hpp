@@ -28,6 +28,11 @@ private:
     std::optional<std::string> former_;
 };
 
+// As a host tells it.
+[[nodiscard]] std::int32_t size_of(const auto& list) {
+    return static_cast<std::int32_t>(list.size());
+}
+
 void set_tmp(const std::string& directory);
 void unset_tmp();
 
@@ -44,6 +49,9 @@ public:
     [[nodiscard]] std::int32_t error_type() const { return event_.error_type; }
     // "code type routine: description", for one comparison of the whole event.
     [[nodiscard]] std::string summary() const;
+    // What a call that returned this code told of itself: nothing of a success, the summary of a
+    // failure, and both where they do not go together.
+    [[nodiscard]] std::string outcome(std::int32_t code) const;
 
 private:
     tEvent event_;
