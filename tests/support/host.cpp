@@ -62,10 +62,6 @@ TemporaryDirectory::~TemporaryDirectory() {
     }
 }
 
-bool TemporaryDirectory::holds(const std::string& file_name) const {
-    return std::filesystem::exists(path_ / file_name);
-}
-
 std::string TemporaryDirectory::text_of(const std::string& file_name) const {
     std::ostringstream text;
     text << std::ifstream(path_ / file_name).rdbuf();

@@ -19,7 +19,6 @@ public:
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
 
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-    [[nodiscard]] bool holds(const std::string& file_name) const;
     // The whole text of a file in it; empty if there is none.
     [[nodiscard]] std::string text_of(const std::string& file_name) const;
 
