@@ -3,13 +3,13 @@
 #include <cmath>
 #include <limits>
 #include <optional>
-#include <sstream>
-#include <tuple>
+#include <string>
 #include <vector>
 
 #include "joints/polycurvfit.hpp"
 #include "support/current_event.hpp"
 #include "support/host.hpp"
+#include "support/same.hpp"
 #include "vialto/vialto.h"
 
 namespace vialto::test {
@@ -38,124 +38,132 @@ Profile changed(float height, const std::vector<std::size_t>& samples, Profile p
     return profile;
 }
 
+// Two slabs with a joint at 10 m, a window of 200 mm to either side.
 struct Request {
     Profile profile = slabs();
-    Values joints{10.0};
-    float window = 200.0F;
-    float step = 0.1F;
+    Values joints{10.0};   // m
+    float window = 200.0F; // mm
+    float step = 0.1F;     // m
 };
 
-// The event, if there is one, and the faults to a thousandth; untouched ones read -77.
-std::string faults(const Request& request) {
-    std::vector<float> found(request.joints.size(), -77.0F);
-    EventRecord event;
+constexpr float untouched = -77.0F;
+
+// To a thousandth of a millimetre.
+void gives(const char* claim, const Request& request, const std::vector<float>& faults,
+           const std::string& failure = "") {
+    SCOPED_TRACE(claim);
     const auto& [profile, joints, window, step] = request;
-    const std::int32_t code = joint_fault_dlldrv(
-        static_cast<std::int32_t>(profile.size()), static_cast<std::int32_t>(joints.size()), step,
-        window, profile.data(), joints.data(), found.data(), event);
-    EXPECT_EQ(code, event.untouched() ? 1 : 3);
-    std::ostringstream text;
-    text << (code == 1 ? "" : event.summary());
-    for (const float fault : found) {
-        text << " " << static_cast<double>(std::lround(fault * 1000.0F)) / 1000.0;
-    }
-    return text.str();
+    std::vector<float> found(joints.size(), untouched);
+    EventRecord event;
+    const std::int32_t code =
+        joint_fault_dlldrv(size_of(profile), size_of(joints), step, window, profile.data(),
+                           joints.data(), found.data(), event);
+    EXPECT_EQ(event.outcome(code), failure);
+    EXPECT_TRUE(same(found, faults, 5e-4F));
 }
 
-} // namespace
+void fails(const char* claim, const Request& request, const std::string& failure) {
+    gives(claim, request, std::vector<float>(request.joints.size(), untouched), failure);
+}
+
+const std::string fit = "101 2 polycurvfit/joint_func/jntfault_drv/joint_fault_dlldrv: ";
+const std::string no_number = fit + "x or y data contains NaN";
+const std::string no_fit = fit + "error calling imsl drcurv";
 
 TEST(JointFault, IsTheHeightOfTheApproachSlabOverTheLeaveSlab) {
     const TemporaryDirectory directory;
-    const std::string no_stretch = "101 2 jntfault_drv/joint_fault_dlldrv: profile segment for "
-                                   "current joint is not defined properly 3 -77 -77";
-    const std::string fit = "101 2 polycurvfit/joint_func/jntfault_drv/joint_fault_dlldrv: ";
-    const std::string no_number = fit + "x or y data contains NaN -77";
-    const std::string no_fit = fit + "error calling imsl drcurv -77";
-    const std::pair<Request, std::string> cases[]{
-        {{slabs(2, -3, -3)}, " 2"}, // the offset of parallel lines
-        // Opening slabs tell how many samples past the joint they are read: 7 and 2.
-        {{slabs(0, 1, -1), {2.5}, 0, 0.025F}, " 14"},
-        {{slabs(0, 1, -1)}, " 4"},
-        // Lines through four samples are read at 1.3 mm and 0.7 mm, at a height at which 32 bits
-        // hold whole millimetres only.
-        {{changed(8388609.0F, {99, 101}, Profile(200, 8388608.0F)), {60}, 0, 0.6F}, " 0"},
-        // Of 24 samples to either side a window of 500 mm takes five. One that is not a number
-        // shows whether it is read.
-        {{changed(NAN, {75, 95, 105, 125}), {10}, 500}, " 3"},
-        {{changed(NAN, {76}), {10}, 500}, no_number},
-        {{changed(NAN, {106}), {10}, 500}, no_number},
-        {{changed(NAN, {99}), {10}, 99}, no_number},
-        // In 64-bit a window of 300 mm would take two samples, in 32-bit it takes three.
-        {{changed(NAN, {97, 103}), {10}, 300}, " 3"},
-        // A window of less than nothing reaches over the joint, at most to the whole stretch.
-        {{changed(NAN, {75, 125}), {10}, -1e30F}, " 0"},
-        // A joint at 10.05 m stands at 100.5 intervals in 32-bit, at fewer in 64-bit.
-        {{changed(NAN, {125}), {10.05}}, no_number},
-        // Samples 25 and 176 are the first and the last with the whole reach on both sides. What
-        // is not a number stands at the start.
-        {{.joints = {0, 0.1, 2.4, 2.5, 17.6, 17.7, 20, missing}}, " -77 -77 -77 0 0 -77 -77 -77"},
-        {{.joints = {10, 20.1, 10}}, no_stretch},
-        {{.profile = {}, .joints = {}, .step = NAN}, ""}, // nothing to do
-        {{.window = 1e30F}, no_fit},
-        // An interval of two thirds of the reach leaves slabs of one sample.
-        {{.joints = {162}, .window = 0, .step = 1.62F}, " 3"},
-        {{.joints = {163}, .window = 0, .step = 1.63F}, no_fit},
-        // The first sample and the next one are as many as are needed there.
-        {{.joints = {2}, .window = -2000, .step = 2}, " 0"},
-        // An interval beyond twice the reach leaves stretches of one sample, here of none.
-        {{.joints = {0}, .window = -1e30F, .step = 5}, no_fit}};
-    for (const auto& [request, result] : cases) {
-        EXPECT_EQ(faults(request), result);
-    }
+    gives("the offset of parallel lines", {slabs(2, -3, -3)}, {2});
+    // Opening slabs tell how many samples past the joint they are read.
+    gives("read 7 samples past the joint", {slabs(0, 1, -1), {2.5}, 0, 0.025F}, {14});
+    gives("read 2 samples past the joint", {slabs(0, 1, -1)}, {4});
+    gives("lines through four samples, at 1.3 mm and 0.7 mm above whole millimetres",
+          {changed(8388609.0F, {99, 101}, Profile(200, 8388608.0F)), {60}, 0, 0.6F}, {0});
+    gives("an interval of two thirds of the reach leaves slabs of one sample",
+          {.joints = {162}, .window = 0, .step = 1.62F}, {3});
+    fails("one of a little more leaves none", {.joints = {163}, .window = 0, .step = 1.63F},
+          no_fit);
 }
 
-TEST(JointFault, DiagnosticFileTellsOfSettingsAndSlopes) {
+// A sample that is not a number shows whether it is read.
+TEST(JointFault, ReadsTheReachOfTheWindowOnEitherSideButNotTheWindow) {
     const TemporaryDirectory directory;
-    EXPECT_EQ(faults({slabs(3, 0.4, -0.6), {1.0, 10.0}}), " -77 5");
-    const std::string told = directory.text_of("joint_fault_dlldrv.txt");
-    // The right slope counts against the direction of travel: 6, and the mean is 5.
-    EXPECT_EQ(told, " Num profile Points       :  200\n"
-                    " Num Joints               :  2\n"
-                    " Sample Interval (m)      :  0.1\n"
-                    " Joint Window (mm)        :  200\n"
-                    " Joint, left slope, right slope, mean slope (mm/m), fault (mm)\n"
-                    "  1 too near an end of the profile\n"
-                    "  2 4 6 5 5\n"
-                    " done with the jntfault_drv call\n");
-    // The joints ahead of one that fails keep their lines.
-    EXPECT_NE(faults({slabs(3, 0.4, -0.6), {1.0, 10.0, 30.0}}), "");
-    const std::string lines =
-        told.substr(told.find(" Joint, "), told.find(" done") - told.find(" Joint, "));
-    EXPECT_NE(directory.text_of("joint_fault_dlldrv.txt").find(lines), std::string::npos);
+    gives("of 24 samples a window of 500 mm takes five",
+          {changed(NAN, {75, 95, 105, 125}), {10}, 500}, {3});
+    fails("the first sample of the reach", {changed(NAN, {76}), {10}, 500}, no_number);
+    fails("the first behind the window", {changed(NAN, {106}), {10}, 500}, no_number);
+    fails("the last of a window of 99 mm", {changed(NAN, {99}), {10}, 99}, no_number);
+    gives("300 mm are three samples in 32-bit, two in 64-bit", {changed(NAN, {97, 103}), {10}, 300},
+          {3});
+    gives("below zero it reaches over the joint, at most to the whole stretch",
+          {changed(NAN, {75, 125}), {10}, -1e30F}, {0});
+    fails("10.05 m are 100.5 intervals in 32-bit, fewer in 64-bit", {changed(NAN, {125}), {10.05}},
+          no_number);
+    fails("as wide as all roads", {.window = 1e30F}, no_fit);
+    gives("two samples suffice at the first one", {.joints = {2}, .window = -2000, .step = 2}, {0});
+    fails("an interval beyond twice the reach leaves no sample",
+          {.joints = {0}, .window = -1e30F, .step = 5}, no_fit);
 }
 
-TEST(PolynomialFit, IsThatOfLeastSquaresOrRefused) {
-    const std::string event = "101 2 polycurvfit: ";
+TEST(JointFault, IsLeftAloneWithoutTheWholeReachOnBothSides) {
+    const TemporaryDirectory directory;
+    constexpr float none = untouched;
+    gives("samples 25 and 176 are the first and the last; no number stands at the start",
+          {.joints = {0, 0.1, 2.4, 2.5, 17.6, 17.7, 20, missing}},
+          {none, none, none, 0, 0, none, none, none});
+    gives("a joint beyond the road ends the analysis", {.joints = {10, 20.1, 10}}, {3, none, none},
+          "101 2 jntfault_drv/joint_fault_dlldrv: profile segment for current joint is not "
+          "defined properly");
+    gives("nothing to do", {.profile = {}, .joints = {}, .step = NAN}, {});
+}
+
+TEST(JointFault, DiagnosticFileTellsOfTheSlopesOfEachJoint) {
+    const TemporaryDirectory directory;
+    // The right slope counts against the direction of travel: 6, and the mean is 5.
+    gives("the last one beyond the road", {slabs(3, 0.4, -0.6), {1.0, 10.0, 30.0}},
+          {untouched, 5, untouched},
+          "101 2 jntfault_drv/joint_fault_dlldrv: profile segment for current joint is not "
+          "defined properly");
+    EXPECT_NE(directory.text_of("joint_fault_dlldrv.txt")
+                  .find(" Joint, left slope, right slope, mean slope (mm/m), fault (mm)\n"
+                        "  1 too near an end of the profile\n"
+                        "  2 4 6 5 5\n"),
+              std::string::npos);
+}
+
+void fits(const char* claim, const Values& x, const Values& y, std::optional<std::int32_t> degree,
+          double value_at_1, const std::string& event = "") {
+    SCOPED_TRACE(claim);
+    reset_event();
+    Values values{7.0};
+    EXPECT_EQ(polycurvfit(x, y, Values{1.0}, values, degree), event.empty() ? success : failure);
+    EXPECT_EQ(summary_of_current_event(), event);
+    EXPECT_NEAR(values[0] - 7.0, value_at_1, 1e-8);
+}
+
+TEST(PolynomialFit, AddsTheValueOfThatOfLeastSquares) {
     // The binomials of 10, of alternating sign, times a polynomial of degree k are orthogonal to all
     // degrees below 10 - k; these are sums that have terms of degrees 8 and 9 only.
-    const Values eleventh{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
-    const Values eleven{445, -2750, 6435, -5880, -1470, 6300, -1050, -6360, 6705, -2830, 455};
-    const std::string no_fit = event + "error calling imsl drcurv";
-    // The failure, the points, the degree; the value at 1.
-    using Case = std::tuple<std::string, Values, Values, std::optional<std::int32_t>, double>;
-    for (const auto& [failure, x, y, degree, added] :
-         {// Sums over x 0 1 2 4 of (x - 7/4)(y - 5/4) and (x - 7/4)^2 are 21/4 and 35/4.
-          Case{"", {0, 1, 2, 4}, {0, 2, 0, 3}, 1, 0.8}, Case{"", {0, 2}, {1, 5}, {}, 3},
-          Case{"", {0, 1, 2}, {1, 4, 1}, {}, 2}, Case{"", eleventh, eleven, {}, -2790},
-          Case{"", eleventh, eleven, 9, -2750},
-          // Two abscissae determine no more than a line.
-          Case{"", {0, 0, 2, 2}, {1, 3, 5, 8}, 5, 4.25},
-          Case{event + "degrees of polynomial exceeds 9", {1, 2}, {1, missing}, 10, 0},
-          Case{event + "x or y data contains NaN", {missing, 2}, {1, missing}, 1, 0},
-          Case{no_fit, {2, 2, 2}, {1, 2, 3}, 1, 0}, Case{no_fit, {1, 2}, {1, 2}, -1, 0},
-          Case{no_fit, {}, {}, {}, 0},
-          Case{event + "cannot do curve with one point", {2}, {1}, {}, 0}}) {
-        reset_event();
-        Values values{7.0};
-        EXPECT_EQ(polycurvfit(x, y, Values{1.0}, values, degree) == success, failure.empty());
-        EXPECT_EQ(summary_of_current_event(), failure);
-        EXPECT_NEAR(values[0], 7.0 + added, 1e-8);
-    }
+    const Values x{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
+    const Values y{445, -2750, 6435, -5880, -1470, 6300, -1050, -6360, 6705, -2830, 455};
+    // Sums over x of (x - 7/4)(y - 5/4) and (x - 7/4)^2 are 21/4 and 35/4.
+    fits("a line through four points", {0, 1, 2, 4}, {0, 2, 0, 3}, 1, 0.8);
+    fits("two points have a line", {0, 2}, {1, 5}, {}, 3);
+    fits("three have a parabola", {0, 1, 2}, {1, 4, 1}, {}, 2);
+    fits("eleven have degree 8 without being asked", x, y, {}, -2790);
+    fits("degree 9", x, y, 9, -2750);
+    fits("two abscissae determine a line", {0, 0, 2, 2}, {1, 3, 5, 8}, 5, 4.25);
 }
 
+TEST(PolynomialFit, RefusesWhatDeterminesNone) {
+    const std::string event = "101 2 polycurvfit: ";
+    const std::string no_fit_at_all = event + "error calling imsl drcurv";
+    fits("degree 10", {1, 2}, {1, missing}, 10, 0, event + "degrees of polynomial exceeds 9");
+    fits("no number", {missing, 2}, {1, missing}, 1, 0, event + "x or y data contains NaN");
+    fits("one abscissa", {2, 2, 2}, {1, 2, 3}, 1, 0, no_fit_at_all);
+    fits("degree -1", {1, 2}, {1, 2}, -1, 0, no_fit_at_all);
+    fits("no points", {}, {}, {}, 0, no_fit_at_all);
+    fits("one point", {2}, {1}, {}, 0, event + "cannot do curve with one point");
+}
+
+} // namespace
 } // namespace vialto::test

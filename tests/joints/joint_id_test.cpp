@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <sstream>
+#include <string>
 #include <tuple>
 #include <vector>
 
@@ -17,35 +17,54 @@ namespace {
 
 using Profile = std::vector<float>;
 
-// The locations of a track's features, with a c behind those of cracks.
-std::string features(const JointTrackResult& track) {
-    std::ostringstream text;
-    for (std::size_t i = 0; i < track.types.size() && track.types[i] != 0; ++i) {
-        text << " " << track.locations[i] << (track.types[i] == 2 ? "c" : "");
+constexpr double untouched = -77.0;
+
+struct Feature {
+    double location; // m
+    std::int32_t type = idx_jnttyp_joint;
+};
+using Features = std::vector<Feature>;
+
+Feature crack(double location) {
+    return {location, idx_jnttyp_crack};
+}
+
+// To a tenth of a millimetre.
+void finds(const char* track, const JointTrackResult& result, const Features& features) {
+    SCOPED_TRACE(track);
+    const auto end = std::find(result.types.begin(), result.types.end(), idx_jnttyp_none);
+    ASSERT_EQ(end - result.types.begin(), std::ssize(features));
+    for (std::size_t i = 0; i < features.size(); ++i) {
+        EXPECT_NEAR(result.locations[i], features[i].location, 1e-4) << "feature " << i;
+        EXPECT_EQ(result.types[i], features[i].type) << "feature " << i;
     }
-    return text.str();
 }
 
 struct Identification {
     Profile left, right;
-    float spacing = 5.0F;
-    float step = 0.1F;
-    std::int32_t method = 1;
+    float spacing = 5.0F; // m
+    float step = 0.1F;    // m
+    std::int32_t method = idx_jntid_stepdetect;
     JointTrackResult l{std::vector<std::int32_t>(left.size(), -77),
-                       std::vector<double>(left.size(), -77.0)};
+                       std::vector<double>(left.size(), untouched)};
     JointTrackResult r = l;
 
-    // The event, or the features of both tracks.
+    // Gives the event of a failure, or nothing.
     std::string run() {
         const tJointIDCfg settings{method, 12345, spacing};
         EventRecord event;
-        const std::int32_t code = joint_id_dlldrv(
-            &settings, step, static_cast<std::int32_t>(left.size()), left.data(), right.data(),
-            l.types.data(), r.types.data(), l.locations.data(), r.locations.data(), event);
-        EXPECT_EQ(code, event.untouched() ? 1 : 3);
-        return code == 1 ? features(l) + " |" + features(r) : event.summary();
+        return event.outcome(joint_id_dlldrv(&settings, step, size_of(left), left.data(),
+                                             right.data(), l.types.data(), r.types.data(),
+                                             l.locations.data(), r.locations.data(), event));
     }
 };
+
+void finds(const char* claim, Identification road, const Features& left, const Features& right) {
+    SCOPED_TRACE(claim);
+    EXPECT_EQ(road.run(), "");
+    finds("left track", road.l, left);
+    finds("right track", road.r, right);
+}
 
 // Flat but for steps up and down in turn, behind each of some samples counted from 1.
 Profile steps(const std::vector<std::ptrdiff_t>& behind, float height = 0.003F) {
@@ -56,56 +75,65 @@ Profile steps(const std::vector<std::ptrdiff_t>& behind, float height = 0.003F) 
     return profile;
 }
 
-} // namespace
-
 TEST(JointScreening, DropsCracksThatAreNotKept) {
     JointTrackResult track{{1, 1, 1, 1}, {0.0, 5.0, 7.0, 10.0}};
     std::int32_t count = 4;
     joint_loc_screen(false, {1, 0, 5.0F}, count, track.types, track.locations);
-    track.types[static_cast<std::size_t>(count)] = 0;
-    EXPECT_EQ(features(track), " 0 5 10");
+    track.types[static_cast<std::size_t>(count)] = idx_jnttyp_none;
+    finds("of 5 m spacing", track, {{0}, {5}, {10}});
 }
 
-TEST(JointIdentification, PutsFeaturesWhereTheTracksShowThemOrRefuses) {
+const Profile clear = steps({40, 90, 140, 190});
+const Profile faint = steps({40, 90, 140, 190}, 1e-5F); // found by the last pass
+const Profile flat(200, 1.0F);
+const Features all{{4.05}, {9.05}, {14.05}, {19.05}};
+const Features nowhere{{untouched}}; // one, at what the first location held
+
+TEST(JointIdentification, PutsJointsAndCracksWhereEachTrackShowsThem) {
     const TemporaryDirectory directory;
-    const Profile clear = steps({40, 90, 140, 190});
-    const Profile faint = steps({40, 90, 140, 190}, 1e-5F); // found by the last pass
-    const Profile flat(200, 1.0F);
-    const std::string all = " 4.05 9.05 14.05 19.05";
-    const std::string none = " -77"; // one, at what the first location held
+    finds("a crack between joints", {clear, steps({40, 90, 110, 140})}, all,
+          {{4.05}, {9.05}, crack(11.05), {14.05}});
+    finds("a crack at the limit of the spacing", {flat, steps({20, 39}), 20.0F, 1.0F}, nowhere,
+          {{20.5}, crack(39.5)});
+    finds("not within three feet of the last", {flat, steps({50, 59, 100, 110})}, nowhere,
+          {{5.05}, {10.05}, crack(11.05)});
+    finds("three feet of 32-bit apart", {flat, steps({50, 51}), 5.0F, 0.9144F}, nowhere,
+          {{46.1772}, crack(47.0916)});
+    finds("the higher of two steps of a last bit",
+          {steps({40}, std::nextafter(0.002032F, 1.0F)), steps({40}, 0.002032F), 21.0F}, {{4.05}},
+          nowhere);
+    finds("no road", {}, {}, {});
+    finds("a spike six samples ahead of the profile's, and half of ten samples on",
+          {steps({99, 100}, -0.01F), steps({102, 103}, -0.01F), 5.0F, 0.025F, 3}, {{2.475}},
+          {{2.55}});
+    // Deflections of 5 mm, half of that at either end of the straightedge.
+    finds("one sample off, and the second of two neighbours replaces the first",
+          {steps({99, 100}, 0.005F), steps({99, 101}, -0.005F), 50.0F, 0.25F, 4}, {{24.75}},
+          {{25}});
+}
+
+TEST(JointIdentification, LooksForFainterStepsUntilThereAreEnoughForTheSpacing) {
+    const TemporaryDirectory directory;
+    finds("the right track alone ends it", {faint, clear}, nowhere, all);
+    finds("nine for ten spacings do not exceed 0.9 of them",
+          {faint, steps({20, 40, 60, 80, 100, 120, 140, 160, 180}), 2.0F}, all,
+          {{2.05}, {4.05}, {6.05}, {8.05}, {10.05}, {12.05}, {14.05}, {16.05}, {18.05}});
+    finds("no spacing ends it after one pass", {clear, faint, NAN},
+          {{4.05}, crack(9.05), crack(14.05), crack(19.05)}, nowhere);
+    finds("never enough for a spacing of nothing", {flat, faint, 0.0F}, nowhere, all);
+}
+
+TEST(JointIdentification, FailsByAMethodThatFindsNothingOrIsNone) {
+    const TemporaryDirectory directory;
     const std::string cal = "joint_id_cal/joint_id/joint_id_dlldrv: ";
-    std::pair<Identification, std::string> cases[] = {
-        {{clear, steps({40, 90, 110, 140})}, all + " | 4.05 9.05 11.05c 14.05"},
-        {{flat, steps({20, 39}), 20.0F, 1.0F}, none + " | 20.5 39.5c"}, // at the limit
-        // Less than three feet behind the last; three feet are those of 32-bit.
-        {{flat, steps({50, 59, 100, 110})}, none + " | 5.05 10.05 11.05c"},
-        {{flat, steps({50, 51}), 5.0F, 0.9144F}, none + " | 46.1772 47.0916c"},
-        // The right track alone ends the iteration.
-        {{faint, clear}, none + " |" + all},
-        // Nine features for ten spacings do not exceed 0.9 of them.
-        {{faint, steps({20, 40, 60, 80, 100, 120, 140, 160, 180}), 2.0F},
-         all + " | 2.05 4.05 6.05 8.05 10.05 12.05 14.05 16.05 18.05"},
-        // A spacing longer than the road, or that is no number, ends it after one pass.
-        {{clear, faint, NAN}, " 4.05 9.05c 14.05c 19.05c |" + none},
-        {{steps({40}, std::nextafter(0.002032F, 1.0F)), steps({40}, 0.002032F), 21.0F},
-         " 4.05 |" + none},
-        {{flat, faint, 0.0F}, none + " |" + all}, // never enough features
-        {{}, " |"},
-        // The anti-smoothed spike stands six samples ahead of the profile's, and half of ten samples
-        // are added.
-        {{steps({99, 100}, -0.01F), steps({102, 103}, -0.01F), 5.0F, 0.025F, 3}, " 2.475 | 2.55"},
-        // Deflections of 5 mm, half of that at either end of the straightedge. One sample is taken
-        // off, and the second of two neighbours replaces the first.
-        {{steps({99, 100}, 0.005F), steps({99, 101}, -0.005F), 50.0F, 0.25F, 4}, " 24.75 | 25"},
-        {{flat, flat, 5, 0.1F, 2}, "100 2 " + cal + "idx_jntid_valleydetect is not implemented"},
-        {{flat, flat, 5, 0.1F, 5}, "100 2 " + cal + "i_jntid_method is not defined"},
-        {{flat, flat, 5, 0.1F, 3},
-         "100 2 joint_id_antismooth/" + cal + "No joints found using the anti-smooth method"},
-        {{flat, flat, 5, 0.3F, 4},
-         "100 2 joint_id_curledge/" + cal + "No joints found using the curled-edge method"}};
-    for (auto& [road, found] : cases) {
-        EXPECT_EQ(road.run(), found);
-    }
+    EXPECT_EQ((Identification{flat, flat, 5, 0.1F, 2}.run()),
+              "100 2 " + cal + "idx_jntid_valleydetect is not implemented");
+    EXPECT_EQ((Identification{flat, flat, 5, 0.1F, 5}.run()),
+              "100 2 " + cal + "i_jntid_method is not defined");
+    EXPECT_EQ((Identification{flat, flat, 5, 0.1F, 3}.run()),
+              "100 2 joint_id_antismooth/" + cal + "No joints found using the anti-smooth method");
+    EXPECT_EQ((Identification{flat, flat, 5, 0.3F, 4}.run()),
+              "100 2 joint_id_curledge/" + cal + "No joints found using the curled-edge method");
 }
 
 TEST(JointIdentification, AgreesWithTheDefinitionStepByStep) {
@@ -125,23 +153,18 @@ TEST(JointIdentification, AgreesWithTheDefinitionStepByStep) {
         for (const auto& other : {right, Profile(2600)}) { // flat, it fails methods 3 and 4
             Identification road{left, other, spacing, step, method};
             Identification literal = road;
-            EXPECT_EQ(road.run().front() == ' ', literal_joint_id({method, 1, spacing}, step, left,
-                                                                  other, literal.l, literal.r));
-            EXPECT_TRUE(road.l == literal.l && road.r == literal.r) << method;
+            SCOPED_TRACE(testing::Message()
+                         << "method " << method << ", interval " << step << ", spacing " << spacing
+                         << (other == right ? "" : ", flat right track"));
+            EXPECT_EQ(road.run().empty(), literal_joint_id({method, 1, spacing}, step, left, other,
+                                                           literal.l, literal.r));
+            EXPECT_EQ(road.l.types, literal.l.types);
+            EXPECT_EQ(road.l.locations, literal.l.locations);
+            EXPECT_EQ(road.r.types, literal.r.types);
+            EXPECT_EQ(road.r.locations, literal.r.locations);
         }
     }
 }
 
-TEST(JointIdentification, DiagnosticFileTellsOfTheSettings) {
-    const TemporaryDirectory directory;
-    EXPECT_EQ((Identification{Profile(2), Profile(2), 5.5F, 0.25F}.run()), " -77 | -77");
-    EXPECT_EQ(directory.text_of("joint_id_dlldrv.txt"), " Joint ID Analysis\n"
-                                                        " Joint ID method          :  1\n"
-                                                        " If skewed joints         :  12345\n"
-                                                        " Dominating joint spacing :  5.5\n"
-                                                        " Sample Interval (m)  :  0.25\n"
-                                                        " Num profile Points       :  2\n"
-                                                        " done with the joint_id call\n");
-}
-
+} // namespace
 } // namespace vialto::test

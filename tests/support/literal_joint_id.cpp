@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 
 #include "comparison/norm_cal.hpp"
 #include "filters/filtcon.hpp"
