@@ -5,6 +5,7 @@
 
 #include "comparison/preparation.hpp"
 #include "support/current_event.hpp"
+#include "support/same.hpp"
 
 namespace vialto::test {
 
@@ -12,30 +13,29 @@ namespace {
 
 using Road = std::vector<float>;
 
-// The number of points and the samples, or the event.
-std::string told(std::int64_t points, const Road& samples) {
-    const std::string event = summary_of_current_event();
-    return event.empty() ? std::to_string(points) + testing::PrintToString(samples) : event;
-}
-
-std::string trimmed(std::int32_t if_padding, std::int32_t first, std::int32_t last,
-                    std::int32_t main_filter = 0, std::int32_t end = 0) {
+// Of the samples first to last of a road, without padding (2) or with it (1).
+void trims(const char* claim, std::int32_t if_padding, std::int32_t first, std::int32_t last,
+           std::int64_t points, const Road& samples, const tFiltCon& filter = {},
+           const std::string& event = "") {
+    SCOPED_TRACE(claim);
     reset_event();
-    tProfinfo info{first, last, -7, -7, 0.025F, {main_filter, 0, 0, 0, 0, 0, 0, 0, 0, 0, end}};
+    tProfinfo info{first, last, -7, -7, 0.025F, filter};
     Road filtered;
     (void)prefiltering(Road{10, 11, 12, 13, 14, 15}, if_padding, info, filtered);
-    return told(info.i_filt_leadout + 1, filtered);
+    EXPECT_EQ(summary_of_current_event(), event);
+    EXPECT_EQ(info.i_filt_leadout + 1, points);
+    EXPECT_TRUE(same(filtered, samples));
 }
 
-std::string resampled(const Road& profile, float interval, float step) {
-    reset_event();
+void resamples(const char* claim, const Road& profile, float interval, float step,
+               std::int64_t points, const Road& samples) {
+    SCOPED_TRACE(claim);
     Road room;
     PreparedProfile result;
-    (void)resampling(profile, interval, step, room, result);
-    return told(result.count, {result.samples.begin(), result.samples.end()});
+    EXPECT_EQ(resampling(profile, interval, step, room, result), success);
+    EXPECT_EQ(result.count, points);
+    EXPECT_TRUE(same(Road(result.samples.begin(), result.samples.end()), samples));
 }
-
-} // namespace
 
 TEST(ComparisonStep, IsTheFirstFractionThatTheLargerIntervalHoldsWhole) {
     EXPECT_FLOAT_EQ(upsamp_step(0.025F, 0.05F), 0.025F);
@@ -57,32 +57,39 @@ TEST(Padding, ReflectsOddlyAboutBothEnds) {
 }
 
 TEST(Trimming, SectionMovesToTheFrontAndLosesItsLastPointsAtTheEnd) {
-    EXPECT_EQ(trimmed(2, 0, 5), "5{ 10, 11, 12, 13, 14, 15 }");
-    EXPECT_EQ(trimmed(1, 0, 5), "4{ 10, 11, 12, 13, 14, 0 }");
-    EXPECT_EQ(trimmed(1, 2, 3), "2{ 12, 13, 12, 13, 0, 0 }");
-    EXPECT_EQ(trimmed(2, 4, 1), "0{ 10, 11, 0, 0, 0, 0 }");
-    EXPECT_EQ(trimmed(2, INT32_MAX, INT32_MIN), "0{ 0, 0, 0, 0, 0, 0 }");
+    trims("the whole road", 2, 0, 5, 5, {10, 11, 12, 13, 14, 15});
+    trims("the whole road, padded", 1, 0, 5, 4, {10, 11, 12, 13, 14, 0});
+    trims("two samples, padded", 1, 2, 3, 2, {12, 13, 12, 13, 0, 0});
+    trims("reversed", 2, 4, 1, 0, {10, 11, 0, 0, 0, 0});
+    trims("far beyond", 2, INT32_MAX, INT32_MIN, 0, {0, 0, 0, 0, 0, 0});
 }
 
 TEST(Trimming, FilterThatEndsOutsideTheProfileFails) {
     // The Butterworth filter of sub-type 0 leaves iEndElemIdx as the host set it.
-    const auto ended = [](std::int32_t end) { return trimmed(1, 0, 5, idx_filttyp_bwfilt, end); };
-    EXPECT_EQ(ended(INT32_MIN), "0{ 0, 0, 0, 0, 0, 0 }");
-    EXPECT_EQ(ended(16), "5{ 0, 0, 0, 0, 0, 0 }");
-    EXPECT_EQ(ended(17), "101 2 prefiltering: xDataArrayRefFiltlc size exceeded");
-    EXPECT_EQ(ended(21), ended(17));
-    EXPECT_EQ(ended(22), "101 2 prefiltering: xDataArrayPadFilt size exceeded");
+    const auto ends = [](std::int32_t end, std::int32_t points, const std::string& event) {
+        const tFiltCon filter{idx_filttyp_bwfilt, 0, 0, 0, 0, 0, 0, 0, 0, 0, end};
+        trims(std::to_string(end).c_str(), 1, 0, 5, points, Road(6), filter, event);
+    };
+    ends(INT32_MIN, 0, "");
+    ends(16, 5, "");
+    ends(17, -6, "101 2 prefiltering: xDataArrayRefFiltlc size exceeded");
+    ends(21, -6, "101 2 prefiltering: xDataArrayRefFiltlc size exceeded");
+    ends(22, -6, "101 2 prefiltering: xDataArrayPadFilt size exceeded");
 }
 
 TEST(Resampling, InterpolatesAndHoldsTheLastSample) {
     const Road profile{0, 12, 24, 48};
-    EXPECT_EQ(resampled(profile, 0.5F, 0.25F), "7{ 0, 6, 12, 18, 24, 36, 48 }");
-    EXPECT_EQ(resampled(profile, 0.75F, 0.5F), "5{ 0, 8, 16, 24, 40 }");
-    EXPECT_EQ(resampled({}, 1.0F, 2.0F), "1{ 0 }");
-    EXPECT_EQ(resampled({}, 1.0F, 1.0F), "0{}");
-    EXPECT_EQ(resampled({}, 2.0F, 0.5F), "-3{}");
-    EXPECT_EQ(resampled(profile, 1.0F, 1.0e-9F),
-              "100 2 resampling: the resampled profile is too long");
+    resamples("half the interval", profile, 0.5F, 0.25F, 7, {0, 6, 12, 18, 24, 36, 48});
+    resamples("two thirds of the interval", profile, 0.75F, 0.5F, 5, {0, 8, 16, 24, 40});
+    resamples("nothing, at twice the interval", {}, 1.0F, 2.0F, 1, {0});
+    resamples("nothing, at the interval", {}, 1.0F, 1.0F, 0, {});
+    resamples("nothing, at a quarter of the interval", {}, 2.0F, 0.5F, -3, {});
+    reset_event();
+    Road room;
+    PreparedProfile result;
+    EXPECT_EQ(resampling(profile, 1.0F, 1.0e-9F, room, result), failure);
+    EXPECT_EQ(summary_of_current_event(), "100 2 resampling: the resampled profile is too long");
 }
 
+} // namespace
 } // namespace vialto::test

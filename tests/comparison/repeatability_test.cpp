@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 #include <vector>
 
 #include "comparison/repeatability.hpp"
@@ -23,24 +24,30 @@ Repeatability rated(std::int32_t runs, const Road& data, const Road& reference) 
 } // namespace
 
 TEST(Repeatability, ClassLimitsAreIncludedAndNaNHasNoClass) {
-    std::vector<std::int32_t> classes; // tens of the precision, units of the bias
-    for (const float limit : {0.00038F, 0.00076F, 0.00125F, 0.0025F, 0.00625F, NAN}) {
-        for (const float size : {limit, std::nextafter(limit, 1.0F)}) {
-            // Of runs that deviate by the size from their mean, which lies as much off.
-            const Repeatability rating = rated(3, {size, 0.0F, -size}, {-size});
-            classes.push_back(10 * rating.iPrecisionClass + rating.iBiasClass);
-        }
+    const auto above = [](float limit) { return std::nextafter(limit, 1.0F); };
+    const std::tuple<float, std::int32_t, std::int32_t> cases[] = {
+        {0.00038F, 1, 1}, {above(0.00038F), 2, 1}, {0.00076F, 2, 1}, {above(0.00076F), 3, 1},
+        {0.00125F, 3, 1}, {above(0.00125F), 3, 2}, {0.0025F, 3, 2},  {above(0.0025F), 0, 3},
+        {0.00625F, 0, 3}, {above(0.00625F), 0, 0}, {NAN, 0, 0}};
+    for (const auto& [size, precision, bias] : cases) {
+        // Of runs that deviate by the size from their mean, which lies as much off.
+        const Repeatability rating = rated(3, {size, 0.0F, -size}, {-size});
+        EXPECT_EQ(rating.iPrecisionClass, precision) << size;
+        EXPECT_EQ(rating.iBiasClass, bias) << size;
     }
-    EXPECT_EQ(classes, (std::vector{11, 21, 21, 31, 31, 32, 32, 3, 3, 0, 0, 0}));
 }
 
 TEST(Repeatability, PointsAreAveragedAndTwoRunsAreTooFew) {
     // Deviations between the runs 1 and 3, means 2 and -4, references 4 and 4.
     const Repeatability three = rated(3, {1.0F, -1.0F, 2.0F, -4.0F, 3.0F, -7.0F}, {4.0F, 4.0F});
-    EXPECT_EQ((Road{three.xPrecision, three.xBias}), (Road{2000.0F, 5000.0F}));
+    EXPECT_EQ(three.xPrecision, 2000.0F);
+    EXPECT_EQ(three.xBias, 5000.0F);
     const auto [precision, bias, precision_class, bias_class] = rated(2, Road(6), Road(3));
-    EXPECT_TRUE(precision == 0.0F && bias == 0.0F && precision_class == 0 && bias_class == 0);
     EXPECT_EQ(summary_of_current_event(), "101 2 pcbia: iNumRuns < 3, stats can be calculated");
+    EXPECT_EQ(precision, 0.0F);
+    EXPECT_EQ(bias, 0.0F);
+    EXPECT_EQ(precision_class, 0);
+    EXPECT_EQ(bias_class, 0);
 }
 
 TEST(Repeatability, LastPointOfTenRunsIsRated) {
@@ -53,7 +60,8 @@ TEST(Repeatability, LastPointOfTenRunsIsRated) {
     pcbia_dlldrv(&runs[0], &reference[0], &precision, &bias, &classes[0], &classes[1], nullptr);
     EXPECT_FLOAT_EQ(precision, 1.0F);
     EXPECT_FLOAT_EQ(bias, 2.0F);
-    EXPECT_TRUE(classes[0] == 3 && classes[1] == 2);
+    EXPECT_EQ(classes[0], 3);
+    EXPECT_EQ(classes[1], 2);
     EXPECT_TRUE(directory.text_of("pcbia_dlldrv.txt").ends_with("iBiasClass      : 2\n"));
 }
 

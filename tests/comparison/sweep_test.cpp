@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include "comparison/norm_cal.hpp"
@@ -12,6 +11,7 @@
 #include "support/current_event.hpp"
 #include "support/literal_sweep.hpp"
 #include "support/roads.hpp"
+#include "support/same.hpp"
 
 namespace vialto::test {
 
@@ -40,18 +40,10 @@ Road mapped(Road road, float factor, float height = 0.0F) {
     return road;
 }
 
-bool near(const Road& values, const Road& expected, float tolerance) {
-    return std::equal(values.begin(), values.end(), expected.begin(), [=](float a, float b) {
-        return std::isnan(b) ? std::isnan(a) : std::fabs(a - b) <= tolerance;
-    });
-}
-
 const Road measured = random_road(2000, 0.025, 11);
 const Road flat(2000, 0.1F);
 const Road stripes{1.0F, -1.0F, 1.0F, -1.0F, 1.0F, -1.0F, 1.0F, -1.0F};
 const Road faint = mapped(stripes, 1.0e-7F);
-
-} // namespace
 
 TEST(NormCal, SegmentLosesMeanAndScaleOfItsMiddle) {
     float rms = 0.0F;
@@ -78,35 +70,41 @@ TEST(CrossCorrelation, NumeratorIsRoundedAndWithoutVarianceOnlyItsSignCounts) {
 }
 
 TEST(CrossCorrelation, HeightIsOfTheShapeAndSignOfTheRoughness) {
-    // Roughness and shape at offset 0, which is position 2, and the position of the optimum.
-    for (const auto& [reference, test, roughness, shape, best] :
-         {std::tuple{measured, measured, 100.0F, 1.0F, 2},
-          {measured, mapped(measured, 0.5F), 100.0F, 0.5F, 2},
-          {measured, flat, NAN, 0.0F, 0}, // no coefficient at all
-          // Even overlaps of stripes normalise to themselves: the first of equal maxima counts.
-          {stripes, stripes, 100.0F, 1.0F, 0},
-          {stripes, mapped(stripes, -1.0F), -100.0F, 1.0F, 1},
-          {mapped(faint, 1.25F), faint, 100.0F, 0.8F, 0}}) { // one alone is below the limit
+    // Roughness and shape at offset 0, which is position 2 of 5, and the position of the optimum.
+    const auto correlates = [](const char* claim, const Road& reference, const Road& test,
+                               float roughness, float shape, std::int32_t best) {
+        SCOPED_TRACE(claim);
         const Sweep sweep(reference, test, 5);
-        EXPECT_TRUE(near({sweep.roughness[2], sweep.shape[2], sweep.final_cc[2]},
-                         {roughness, shape, roughness * shape}, 1e-5F));
+        EXPECT_TRUE(same<float>({sweep.roughness[2]}, {roughness}, 1e-5F)) << "roughness";
+        EXPECT_TRUE(same<float>({sweep.shape[2]}, {shape}, 1e-5F)) << "shape";
+        EXPECT_TRUE(same<float>({sweep.final_cc[2]}, {roughness * shape}, 1e-5F)) << "final";
         EXPECT_EQ(sweep.optimum.index, best);
-    }
+    };
+    correlates("with itself", measured, measured, 100.0F, 1.0F, 2);
+    correlates("of half the height", measured, mapped(measured, 0.5F), 100.0F, 0.5F, 2);
+    correlates("a flat road has no coefficient at all", measured, flat, NAN, 0.0F, 0);
+    // Even overlaps of stripes normalise to themselves.
+    correlates("the first of equal maxima counts", stripes, stripes, 100.0F, 1.0F, 0);
+    correlates("upside down", stripes, mapped(stripes, -1.0F), -100.0F, 1.0F, 1);
+    correlates("one alone is below the limit", mapped(faint, 1.25F), faint, 100.0F, 0.8F, 0);
 }
 
 TEST(CrossCorrelation, FailureLeavesTheEarlierPositions) {
-    const std::string too_flat = "cc_sweep: max(x_rms_test, x_rms_base) is close to zero";
-    for (const auto& [reference, test, event, done] :
-         {std::tuple{random_road(10, 0.025, 1), measured, too_flat, 19},
-          {Road(50), Road(9), "norm_cal/cc_sweep: x_num_act should not be zero", 0},
-          {Road(50), Road(10), "sngl_croxcorr/cc_sweep: number of points is less than zero", 0},
-          {flat, flat, too_flat, 0},
-          {faint, flat, too_flat, 0}}) {
+    const auto fails = [](const char* claim, const Road& reference, const Road& test,
+                          const std::string& event, std::int32_t done) {
+        SCOPED_TRACE(claim);
         const Sweep sweep(reference, test, 21);
         EXPECT_EQ(sweep.event, "101 2 " + event);
         EXPECT_EQ(std::count(sweep.offset.begin(), sweep.offset.end(), -999.0F), 21 - done);
         EXPECT_EQ(sweep.optimum.index, -7);
-    }
+    };
+    const std::string too_flat = "cc_sweep: max(x_rms_test, x_rms_base) is close to zero";
+    fails("ten samples end it", random_road(10, 0.025, 1), measured, too_flat, 19);
+    fails("nine samples", Road(50), Road(9), "norm_cal/cc_sweep: x_num_act should not be zero", 0);
+    fails("ten flat samples", Road(50), Road(10),
+          "sngl_croxcorr/cc_sweep: number of points is less than zero", 0);
+    fails("both flat", flat, flat, too_flat, 0);
+    fails("faint and flat", faint, flat, too_flat, 0);
 }
 
 TEST(CrossCorrelation, RunningSumsAgreeWithNormalisingEachOverlapAnew) {
@@ -116,23 +114,26 @@ TEST(CrossCorrelation, RunningSumsAgreeWithNormalisingEachOverlapAnew) {
     std::fill_n(noisy.begin() + 700, 30, 0.05F);
     std::fill_n(cliff.begin(), 3, 1.0e6F); // most overlaps lose what its sums begin with
     spoilt[1990] = NAN;
-    for (const auto& [reference, test, positions] :
-         {std::tuple{measured, noisy, std::size_t{201}},
-          {other, measured, 100},
-          {mapped(measured, 1.0F, 1000.0F), mapped(noisy, 1.0F, 500.0F), 51},
-          {mapped(measured, 1.0e-30F), noisy, 21},
-          {wave, wave, 199}, // equal maxima
-          {end, end, 37},    // down to two samples
-          {cliff, cliff, 31},
-          {spoilt, noisy, 33}}) {
+    const auto agrees = [](const char* claim, const Road& reference, const Road& test,
+                           std::size_t positions) {
+        SCOPED_TRACE(claim);
         const Sweep sweep(reference, test, positions);
         const LiteralSweep literal = literal_sweep(reference, test, positions);
-        EXPECT_TRUE(near(sweep.roughness, literal.roughness, 1e-4F)) << positions;
-        EXPECT_TRUE(near(sweep.shape, literal.shape, 1e-6F)) << positions;
-        EXPECT_EQ(static_cast<std::size_t>(sweep.optimum.index), literal.best) << positions;
-        EXPECT_EQ(sweep.optimum.roughness, literal.roughness[literal.best]) << positions;
-        EXPECT_EQ(sweep.optimum.shape, literal.shape[literal.best]) << positions;
-    }
+        EXPECT_TRUE(same(sweep.roughness, literal.roughness, 1e-4F));
+        EXPECT_TRUE(same(sweep.shape, literal.shape, 1e-6F));
+        EXPECT_EQ(static_cast<std::size_t>(sweep.optimum.index), literal.best);
+        EXPECT_EQ(sweep.optimum.roughness, literal.roughness[literal.best]);
+        EXPECT_EQ(sweep.optimum.shape, literal.shape[literal.best]);
+    };
+    agrees("shifted and disturbed", measured, noisy, 201);
+    agrees("of another road", other, measured, 100);
+    agrees("high above the sea", mapped(measured, 1.0F, 1000.0F), mapped(noisy, 1.0F, 500.0F), 51);
+    agrees("hardly any height", mapped(measured, 1.0e-30F), noisy, 21);
+    agrees("equal maxima", wave, wave, 199);
+    agrees("down to two samples", end, end, 37);
+    agrees("a cliff", cliff, cliff, 31);
+    agrees("a sample that is no number", spoilt, noisy, 33);
 }
 
+} // namespace
 } // namespace vialto::test
