@@ -3,6 +3,7 @@
 #pragma once
 
 #include <span>
+#include <vector>
 
 #include "fuzz/fuzzed_host.hpp"
 
@@ -20,5 +21,15 @@ struct Request {
 [[nodiscard]] std::span<const Request> grinding_requests();
 [[nodiscard]] std::span<const Request> comparison_requests();
 [[nodiscard]] std::span<const Request> joints_requests();
+
+inline std::vector<Request> all_requests() {
+    std::vector<Request> all;
+    for (const auto& family :
+         {ride_requests(), two_tracks_requests(), spectra_requests(), profilograph_requests(),
+          grinding_requests(), comparison_requests(), joints_requests()}) {
+        all.insert(all.end(), family.begin(), family.end());
+    }
+    return all;
+}
 
 } // namespace vialto::fuzz

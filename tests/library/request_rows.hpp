@@ -6,21 +6,9 @@
 #include <random>
 #include <vector>
 
-#include "fuzz/rationed_memory.hpp"
 #include "fuzz/requests.hpp"
 
 namespace vialto::test {
-
-inline std::vector<fuzz::Request> all_requests() {
-    std::vector<fuzz::Request> all;
-    for (const auto& family :
-         {fuzz::ride_requests(), fuzz::two_tracks_requests(), fuzz::spectra_requests(),
-          fuzz::profilograph_requests(), fuzz::grinding_requests(), fuzz::comparison_requests(),
-          fuzz::joints_requests()}) {
-        all.insert(all.end(), family.begin(), family.end());
-    }
-    return all;
-}
 
 constexpr std::uint32_t requests_of_each = 300; // that digests are made of
 

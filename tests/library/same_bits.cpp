@@ -70,7 +70,7 @@ private:
 int main(int count, char** arguments) {
     using namespace vialto;
     const std::string_view environment = count > 1 ? arguments[1] : "default";
-    for (const fuzz::Request& request : test::all_requests()) {
+    for (const fuzz::Request& request : fuzz::all_requests()) {
         test::CountingCaller caller(environment);
         for (std::uint32_t number = 0; number < test::requests_of_each; ++number) {
             const auto bytes = test::bytes_of_request(number);

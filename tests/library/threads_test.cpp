@@ -50,7 +50,7 @@ TEST(Threads, GetFromEachCallWhatItGivesAlone) {
     std::vector<Task> tasks;
     std::vector<std::uint64_t> alone;
     std::map<std::string, std::set<std::uint64_t>> stories; // that a file can tell, by its name
-    for (const fuzz::Request& request : all_requests()) {
+    for (const fuzz::Request& request : fuzz::all_requests()) {
         for (std::uint32_t number = 0; number < requests_of_each; ++number) {
             tasks.push_back({request, number});
             alone.push_back(result_of(tasks.back()));
