@@ -25,7 +25,7 @@ endmacro()
 
 expect("request" "{\"@\"," "fuzz/*_requests.cpp")
 expect("digest" "\n@ " "tests/library/same_bits.txt")
-expect("benchmark" "->Name(\"@\");" "bench/exports_bench.cpp")
+expect("benchmark" "->Name(\"@\");" "bench/exports/*.cpp")
 expect("argument types" "    \"@\": (" "python/vialto/_library.py")
 expect("import" "Outcome @(" "bindings/dotnet/Vialto.cs")
 expect("row in the table of functions" "\n| `@` |" "README.md")
