@@ -194,14 +194,6 @@ TEST(AnalysisFrame, LeavesAFileToTheCallThatWritesIt) {
     EXPECT_EQ(directory.text_of("analysis.txt"), complete_file);
 }
 
-TEST(FileUnits, FreeUnitIsTheFirstInTheRangeThatIsNotExcluded) {
-    const std::int32_t excluded[] = {11, 12, 14};
-    EXPECT_EQ(find_free_unit(), 0);
-    EXPECT_EQ(find_free_unit(11, 99, excluded), 13);
-    EXPECT_EQ(find_free_unit(20, 19), -1);
-    EXPECT_EQ(find_free_unit(100), -1);
-}
-
 TEST(AnalysisFrame, RefusesWhatItCannotServeBeforeTheDriver) {
     const test::TemporaryDirectory directory;
     const auto nulls = [](ArgumentCheck& check) {

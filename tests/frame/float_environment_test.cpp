@@ -33,25 +33,24 @@ TEST(FloatEnvironment, IsTheDefaultInACallAndTheHostsBehindEveryWayOut) {
     };
     const auto run_out_of_memory = [](DiagnosticText&) -> ReturnCode { throw std::bad_alloc(); };
     const auto succeed = [](DiagnosticText&) { return look_around(); };
-    const ExportFrame frame{"analysis", DiagnosticFile::none};
-    for (const std::string_view name : test::host_environments) {
-        ReturnCode codes[4] = {};
-        bool stands = true;
-        {
-            const test::HostEnvironment host(name);
-            codes[0] = run_export(frame, nullptr, {.drive = succeed});
-            stands = stands && host.still_stands();
-            codes[1] = run_export(frame, nullptr, {.check_arguments = refuse, .drive = succeed});
-            stands = stands && host.still_stands();
-            codes[2] = run_export(frame, nullptr, {.drive = fail});
-            stands = stands && host.still_stands();
-            codes[3] = run_export(frame, nullptr, {.drive = run_out_of_memory});
-            stands = stands && host.still_stands();
+    const auto stands_behind = [](const char* way_out, ReturnCode expected,
+                                  const ExportSteps& steps) {
+        for (const std::string_view name : test::host_environments) {
+            ReturnCode code = success;
+            bool stands = false;
+            {
+                const test::HostEnvironment host(name);
+                code = run_export({"analysis", DiagnosticFile::none}, nullptr, steps);
+                stands = host.still_stands();
+            }
+            EXPECT_EQ(code, expected) << way_out << ", " << name;
+            EXPECT_TRUE(stands) << way_out << ", " << name;
         }
-        EXPECT_EQ(codes[0], success) << name;
-        EXPECT_EQ(codes[1] + codes[2] + codes[3], 3 * failure) << name;
-        EXPECT_TRUE(stands) << name;
-    }
+    };
+    stands_behind("success", success, {.drive = succeed});
+    stands_behind("refusal", failure, {.check_arguments = refuse, .drive = succeed});
+    stands_behind("failure", failure, {.drive = fail});
+    stands_behind("exception", failure, {.drive = run_out_of_memory});
 }
 
 } // namespace

@@ -126,8 +126,6 @@ TEST(JointIdentification, LooksForFainterStepsUntilThereAreEnoughForTheSpacing) 
 TEST(JointIdentification, FailsByAMethodThatFindsNothingOrIsNone) {
     const TemporaryDirectory directory;
     const std::string cal = "joint_id_cal/joint_id/joint_id_dlldrv: ";
-    EXPECT_EQ((Identification{flat, flat, 5, 0.1F, 2}.run()),
-              "100 2 " + cal + "idx_jntid_valleydetect is not implemented");
     EXPECT_EQ((Identification{flat, flat, 5, 0.1F, 5}.run()),
               "100 2 " + cal + "i_jntid_method is not defined");
     EXPECT_EQ((Identification{flat, flat, 5, 0.1F, 3}.run()),

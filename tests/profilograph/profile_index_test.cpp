@@ -103,14 +103,6 @@ TEST(ProfileIndex, ScallopAcrossALotBoundaryCountsTwiceOrNotAtAll) {
     EXPECT_EQ(rounding_to_8.defect_count, 4);
 }
 
-TEST(ProfileIndex, NumbersThatAreNoneHaveNoDefects) {
-    const std::vector<Samples> lots{edges(4), whole, {9, 9, 0, NAN}, {9, 9, INFINITY}};
-    gives("no band", {{NAN, 0, 0, 0, 0, 0}}, lots, {0, 0, 0, 0}, 0);
-    gives("no width of whole ones", {{4, NAN, 0, 0, 0, 0}}, lots, {0.5F, 0, 0, 0}, 2);
-    gives("no least height", {{4, 0, NAN, 0, 0, 0}}, lots, {0.5F, 0.375F, 0, 0}, 3);
-    gives("no rounding", {{4, 0, 0, NAN, 0, 0}}, lots, {0.5F, 0.375F, 0, 0}, 3);
-}
-
 TEST(ProfileIndex, LotOutsideTheStretchFails) {
     const std::string outside = "101 2 pgindex/pgindex_dll: End location of a defect exceeds the "
                                 "profile length.";
