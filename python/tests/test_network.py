@@ -105,6 +105,13 @@ def test_a_short_road_has_what_it_is_long_enough_for() -> None:
     assert whole["exceeding"] == 0.0
 
 
+def test_a_road_of_too_many_scallops_lacks_its_own_profile_index_alone() -> None:
+    waves = 0.005 * np.sin(2.0 * np.pi * INTERVAL * np.arange(1_000_000) / 10.0)
+    rows = network.analysis.sections(vialto.Road("25 km", INTERVAL, {"left": waves}))
+    assert (rows["iri_left"] > 1.0).all()
+    assert list(np.isnan(rows["profile_index"])) == [False] * (len(rows) - 1) + [True]
+
+
 def readers(fifo: Path) -> set[int]:
     """The processes that read a file, other than this one."""
     found = set()

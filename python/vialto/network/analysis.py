@@ -48,7 +48,8 @@ COLUMNS = {
     "ride_number": "0 to 5",
     "straightedge": f"mm; the greatest deflection under {STRAIGHTEDGE:g} m, of either track",
     "profile_index": (
-        f"mm/km; of a profilograph with a blanking band of {BLANKING_BAND:g} mm, mean of the tracks"
+        f"mm/km; of a profilograph with a blanking band of {BLANKING_BAND:g} mm, mean of the tracks;"
+        " NaN for a stretch of more scallops than a lot may have, as long roads are"
     ),
     "exceeding": "m; how much of it has a moving IRI above the threshold in either track",
     "filled": "share of samples that were filled, 0 to 1",
@@ -212,11 +213,16 @@ def _greatest(values: Doubles) -> float:
 
 
 def _index(road: Road, traces: list[tuple[int, NDArray[Any]]], part: slice) -> float:
-    """Mean profile index of the tracks over a stretch, mm/km."""
+    """Mean profile index of the tracks over a stretch, mm/km; NaN for too many scallops."""
     found = []
     for first, trace in traces:
         heights = trace[max(part.start - first, 0) : max(part.stop - first, 0)]
         if heights.size > 1:
-            lot = profile_index(heights, road.interval).lots[0]
+            try:
+                lot = profile_index(heights, road.interval).lots[0]
+            except VialtoError as refusal:
+                if "scallops" not in refusal.description:
+                    raise
+                return np.nan  # all else is told of a road of any length
             found.append(PER_KM * lot.rounded_index)
     return float(np.mean(found)) if found else np.nan
