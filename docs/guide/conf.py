@@ -27,7 +27,7 @@ if pages := os.environ.get("VIALTO_PAGES", "").split():
     suppress_warnings = ["toc.not_readable", "toc.excluded", "myst.xref_missing"]
 
 # Pages: each code cell is executed, and a link that leads nowhere is a warning.
-myst_enable_extensions = ["colon_fence", "deflist", "dollarmath"]
+myst_enable_extensions = ["colon_fence", "dollarmath"]
 myst_heading_anchors = 3
 nb_execution_mode = "inline"
 nb_execution_show_tb = True

@@ -1,11 +1,10 @@
 """What a page shows, it runs: directives for programs and commands, beside the code cells.
 
-``{program} NAME.c``, ``NAME.cpp`` or ``NAME.cs`` shows a program of the folder ``programs``, or
-with ``:from:`` and ``:to:`` the lines between those that hold these words; compiles it, warnings
-being errors; runs it in the folder of the pages; and shows what it prints.
+``{program} NAME.c``, ``NAME.cpp`` or ``NAME.cs`` shows a program of the folder ``programs``,
+compiles it, warnings being errors, runs it in the folder of the pages, and shows what it prints.
 
 ``{run}`` shows commands, runs them in a copy of that folder, one for each page, and shows what they
-print, unless ``:quiet:`` is set.
+print.
 
 Whatever fails, fails the build; and so does a block of code that nothing runs, unless it is an
 excerpt of a file of the tree, by ``{literalinclude}``.
@@ -15,11 +14,9 @@ import os
 import shutil
 import subprocess
 import tempfile
-from functools import cache
 from pathlib import Path
 
 from docutils import nodes
-from docutils.parsers.rst import directives
 from sphinx import addnodes
 from sphinx.util import logging
 from sphinx.util.docutils import SphinxDirective
@@ -55,7 +52,6 @@ def run(*command, cwd=None):
     return done.stdout
 
 
-@cache
 def printed_by(source):
     """What a program prints, which is compiled for that."""
     with tempfile.TemporaryDirectory() as directory:
@@ -68,21 +64,6 @@ def printed_by(source):
         compiler = ["c++", "-std=c++17"] if source.suffix == ".cpp" else ["cc"]
         run(*compiler, *WARNINGS, f"-I{TREE}/include", source, "-o", program, *libraries)
         return run(program, cwd=source.parents[1])
-
-
-def between(text, first, last):
-    """The lines behind that which holds the words `first` and ahead of that which holds `last`."""
-    lines = text.splitlines()
-    begin = _place(lines, 0, first) + 1 if first else 0
-    end = _place(lines, begin, last) if last else len(lines)
-    return "\n".join(lines[begin:end])
-
-
-def _place(lines, begin, words):
-    for place in range(begin, len(lines)):
-        if words in lines[place]:
-            return place
-    raise ShownError(f"no line holds {words!r}")
 
 
 def shown(code, language, printed):
@@ -99,13 +80,11 @@ def shown(code, language, printed):
 
 class Program(SphinxDirective):
     required_arguments = 1
-    option_spec = {"from": directives.unchanged_required, "to": directives.unchanged_required}
 
     def run(self):
         source = Path(self.env.srcdir, "programs", self.arguments[0])
         try:
-            code = between(source.read_text(), self.options.get("from"), self.options.get("to"))
-            printed = printed_by(source)
+            code, printed = source.read_text(), printed_by(source)
         except (ShownError, OSError) as failure:
             raise self.error(str(failure)) from failure
         return shown(code, LANGUAGES[source.suffix], printed)
@@ -113,7 +92,6 @@ class Program(SphinxDirective):
 
 class Run(SphinxDirective):
     has_content = True
-    option_spec = {"quiet": directives.flag}
 
     def run(self):
         folder = Path(os.environ["VIALTO_SCRATCH"], self.env.docname)
@@ -124,7 +102,7 @@ class Run(SphinxDirective):
             printed = run("bash", "-euo", "pipefail", "-c", commands, cwd=folder)
         except ShownError as failure:
             raise self.error(str(failure)) from failure
-        return shown(commands, "bash", "" if "quiet" in self.options else printed)
+        return shown(commands, "bash", printed)
 
 
 def report_code_that_is_not_run(app, doctree):
