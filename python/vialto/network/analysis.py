@@ -48,8 +48,8 @@ COLUMNS = {
     "ride_number": "0 to 5",
     "straightedge": f"mm; the greatest deflection under {STRAIGHTEDGE:g} m, of either track",
     "profile_index": (
-        f"mm/km; of a profilograph with a blanking band of {BLANKING_BAND:g} mm, mean of the tracks;"
-        " NaN for a stretch of more scallops than a lot may have, as long roads are"
+        f"mm/km; of a profilograph with a blanking band of {BLANKING_BAND:g} mm, mean of the"
+        " tracks; NaN for a stretch of more scallops than a lot may have, as long roads are"
     ),
     "exceeding": "m; how much of it has a moving IRI above the threshold in either track",
     "filled": "share of samples that were filled, 0 to 1",
