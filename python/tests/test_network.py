@@ -80,6 +80,8 @@ def test_sections_tell_what_the_analyses_of_the_whole_road_tell(
     deflections = [vialto.rolling_straightedge(track, INTERVAL) for track in (left, right)]
     traces = [vialto.profilograph_trace(1000.0 * track, INTERVAL) for track in (left, right)]
     whole = rows.iloc[-1]
+    made = ["interval", "columns", "resample", "fill_gaps", "version"]
+    assert list(whole[made]) == [INTERVAL, "distance,left,right", False, 0.0, vialto.__version__]
     assert whole["iri_left"] == pytest.approx(1000.0 * vialto.ride_index(left, INTERVAL))
     assert whole["mri"] == pytest.approx(
         1000.0 * vialto.two_track_ride_index(left, right, INTERVAL)

@@ -52,6 +52,8 @@ class Rows:
         The cells without a number, as in `Quality`.
     rounding : float
         The last decimal of the distances, m.
+    columns : tuple of str
+        Those of the file that were taken: the distance, and each track.
     """
 
     path: Path
@@ -61,6 +63,7 @@ class Rows:
     place: str
     cells: pd.DataFrame
     rounding: float
+    columns: tuple[str, ...]
 
     @cached_property
     def steps(self) -> Doubles:
@@ -108,10 +111,8 @@ def read_rows(path: Path, columns: Sequence[str] | None) -> Rows:
     frame, line = frame[kept], line[kept]
     distance_column, track_columns = _choose(path, frame, columns)
     bad: list[tuple[int, str, str]] = []
-    values = {
-        column: _numbers(frame[column], line, bad)
-        for column in (distance_column, *track_columns.values())
-    }
+    taken = (distance_column, *track_columns.values())
+    values = {column: _numbers(frame[column], line, bad) for column in taken}
     there = np.isfinite(values[distance_column])
     printed = values[distance_column][there]
     scale = _unit(distance_column)
@@ -130,6 +131,7 @@ def read_rows(path: Path, columns: Sequence[str] | None) -> Rows:
             text=[cell[2] for cell in bad],
         ),
         rounding=scale * _rounding(frame[distance_column], printed),
+        columns=taken,
     )
 
 

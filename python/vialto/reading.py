@@ -78,6 +78,7 @@ def read_road(
         place=rows.place,
         resampled=resample is not False,
         mended=fill_gaps > 0.0,
+        columns=rows.columns,
     )
     if quality.problems:
         raise RoadError(f"{path}: {'; '.join(quality.problems)}", quality)

@@ -44,6 +44,8 @@ class Quality:
         Whether the samples were brought onto an even step.
     mended : bool
         Whether filling short gaps was asked for.
+    columns : tuple of str
+        What was taken of the file: the columns of the distance and of each track.
     """
 
     cells: pd.DataFrame
@@ -53,6 +55,7 @@ class Quality:
     place: str = "line"
     resampled: bool = False
     mended: bool = False
+    columns: tuple[str, ...] = ()
 
     @property
     def problems(self) -> list[str]:

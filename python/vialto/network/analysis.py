@@ -11,6 +11,7 @@ from typing import TYPE_CHECKING, Any
 import numpy as np
 from numpy.typing import NDArray
 
+import vialto
 from vialto._arrays import Doubles
 from vialto._library import VialtoError
 from vialto._pandas import pandas
@@ -55,6 +56,11 @@ COLUMNS = {
     "filled": "share of samples that were filled, 0 to 1",
     "section": "m; the length asked for",
     "threshold": "m/km; the one asked for",
+    "interval": "m; from one sample to the next, as analysed",
+    "columns": "of the file, that were taken: the distance, the left track and the right one",
+    "resample": "whether samples were to be brought onto an even step",
+    "fill_gaps": "m; the longest gap that was to be filled",
+    "version": "of vialto, where the row was made",
     "warning": "of the whole road: what is surely wrong with its unit; empty as a rule",
 }
 
@@ -128,6 +134,10 @@ def analyse_road(road: str, path: str, settings: Settings) -> Outcome:
             read = time.perf_counter()
             rows = sections(profile, settings)
         rows.insert(0, "road", road)
+        rows["columns"] = ",".join(profile.quality.columns if profile.quality is not None else ())
+        rows["resample"] = settings.resample is not False
+        rows["fill_gaps"] = float(settings.fill_gaps)
+        rows["version"] = vialto.__version__
         rows["warning"] = ""
         said = dict.fromkeys(str(warning.message) for warning in caught)
         rows.loc[rows.index[-1], "warning"] = "; ".join(said)
@@ -169,6 +179,7 @@ def sections(road: Road, settings: Settings | None = None) -> pd.DataFrame:
     )
     for name in ("section", "threshold"):
         frame[name] = float(getattr(settings, name))
+    frame["interval"] = road.interval
     return frame
 
 

@@ -70,8 +70,8 @@ def read_results(path: Path, settings: Settings) -> DataFrame:
         frame = pd.read_csv(
             path, float_precision="round_trip", keep_default_na=False, na_values=[""]
         )
-        if "warning" in frame:
-            frame["warning"] = frame["warning"].fillna("")
+        texts = [name for name in ("columns", "warning") if name in frame]
+        frame[texts] = frame[texts].fillna("")
     else:
         frame = pd.read_parquet(path)
     if list(frame.columns) != list(COLUMNS):
