@@ -41,6 +41,8 @@ def test_road_of_a_file_is_what_was_measured(tmp_path: Path) -> None:
     [
         pytest.param("0,1\n.1,2\n", 0.1, {"left": [1, 2]}, id="no header"),
         pytest.param("# by\n#at\nx;right\n0;1\n\n.1;2\n\n", 0.1, {"right": [1, 2]}, id="comments"),
+        pytest.param("x, m;z, mm\n0;1\n0,1;-2,5\n", 0.1, {"left": [0.001, -0.0025]}, id="comma"),
+        pytest.param("0,0;1\n0,1;2\n", 0.1, {"left": [1, 2]}, id="comma without header"),
         pytest.param("s (ft)\tz_in\n0\t0\n1\t1\n", 0.3048, {"left": [0, 0.0254]}, id="feet"),
         pytest.param(
             "z,distance,lat,right wheel,left wheel\n,0,9,1,2\n,.1,9,3,4\n",
@@ -70,6 +72,9 @@ def test_files_that_are_roads(
     [
         ("", "the file is empty"),
         ("distance,z\n0,1\n", "at least two samples are needed"),
+        ("d;z\n1+00.0;1\n1+00.1;1\n", r"line 2: '1\+00.0' in column d is not a number"),
+        ("d;z\n0;1,5\n1;1.5\n", "line 2: '1,5' in column z is not a number"),
+        ("Road: 7\nd;z\n0;1\n1;1\n", "one column, 'Road: 7', is no road"),
         ("distance,a,b,c\n0,1,1,1\n", "the columns are distance, a, b, c; name those to take"),
         ("d,z\n0,1\n.1,x\n.2,1\n.3,y\n", r"line 3: 'x' in column z is not a number \(and 1 more\)"),
         ("d,z\n0,1\n.1,1\nsum,2\n", "line 4: 'sum' in column d is not a number"),
@@ -77,7 +82,7 @@ def test_files_that_are_roads(
         ("d,z\n0,1\n.1,1\n.2,1\n.5,1\n", "line 5: samples missing in the left track: 2"),
         ("d,z\n0,1\n.1,1\n.25,1\n.35,1\n", "line 4: a step of 0.15 m where 0.1 m is usual"),
         ("d,z\n0,1\n.1,1\n.1,1\n.2,1\n", "line 4: a step of 0 m where 0.1 m is usual"),
-        ("d,z\n.2,1\n.1,1\n0,1\n", "distances must ascend"),
+        ("d,z\n.2,1\n.1,1\n0,1\n", "distances must ascend, and these descend"),
         ("d,z\n0,1\n25,1\n50,1\n", "interval 25 m lies outside"),
         ("d,z\n0,1\n.1,1,1\n", "Expected 2 fields in line 3, saw 3"),
         ("d,z\n0,1,1\n.1,1,1\n", "rows of 3 fields under a header of 2"),

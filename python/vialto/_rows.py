@@ -15,7 +15,7 @@ from numpy.typing import NDArray
 
 from ._arrays import Doubles
 from ._pandas import pandas, table
-from .road import TRACKS, RoadError
+from .road import NO_NUMBER, TRACKS, RoadError, first_of
 
 if TYPE_CHECKING:
     import pandas as pd
@@ -30,6 +30,7 @@ LARGEST = 1e12  # in any unit; what is larger is taken for no number
 
 _DISTANCES = {"distance", "dist", "station", "chainage", "position", "x"}
 _UNIT = re.compile(rf"[\s_(\[]+({'|'.join(UNITS)})[\s)\]]*$")
+_DECIMAL = r"\s*[-+]?\d*{}\d*(?:[eE][-+]?\d+)?\s*"  # a number with this mark
 
 
 @dataclass(frozen=True)
@@ -74,10 +75,17 @@ class Rows:
     def usual(self) -> float:
         """The usual step, m."""
         if self.steps.size == 0:
-            raise RoadError(f"{self.path}: at least two samples are needed")
+            text = self.cells[self.cells["text"] != ""]
+            why = "at least two samples are needed"
+            if len(text) > 0:
+                why = first_of(text, self.place, NO_NUMBER)
+            raise RoadError(f"{self.path}: {why}")
         median = float(np.quantile(self.steps, 0.5, method="lower"))  # a step that occurs
         if not median > SHORTEST_STEP:
-            raise RoadError(f"{self.path}: distances must ascend, by {SHORTEST_STEP:g} m at least")
+            back = ", and these descend: count them in the direction of travel"
+            least = f", by {SHORTEST_STEP:g} m at least"
+            why = back if median < -SHORTEST_STEP else least
+            raise RoadError(f"{self.path}: distances must ascend{why}")
         return float(np.mean(self.steps[self._near(median)]))
 
     def _near(self, step: float) -> NDArray[np.bool_]:
@@ -150,10 +158,12 @@ def _read_frame(path: Path) -> tuple[pd.DataFrame, int, str]:
         while head.startswith("#"):
             skipped, head = skipped + 1, file.readline()
         first = next((line for line in file if line.strip()), "")
-    delimiter = max(",;\t", key=head.count)
+    delimiter = _delimiter(head, first)
     titles, cells = (next(csv.reader([line], delimiter=delimiter), []) for line in (head, first))
     if any(cell.strip() for cell in cells[len(titles) :]):  # which pandas would pass over
         raise RoadError(f"{path}: rows of {len(cells)} fields under a header of {len(titles)}")
+    if delimiter != ",":  # which may be a decimal comma then
+        titles = [title.replace(",", ".") for title in titles]
     titled = not all(_is_number(title) for title in titles)
     try:
         frame = pd.read_csv(
@@ -174,7 +184,30 @@ def _read_frame(path: Path) -> tuple[pd.DataFrame, int, str]:
     except pd.errors.ParserError as problem:
         raise RoadError(f"{path}: {str(problem).split('error: ')[-1].strip()}") from problem
     frame.columns = [str(column).strip() for column in frame.columns]
+    if delimiter != ",":
+        frame = pd.DataFrame(
+            {place: _with_points(frame.iloc[:, place]) for place in range(frame.shape[1])}
+        ).set_axis(frame.columns, axis=1)
     return frame, skipped + (2 if titled else 1), "line"
+
+
+def _delimiter(head: str, first: str) -> str:
+    """What separates cells: a tab or a semicolon that lines agree in, whatever commas there are."""
+    for mark in "\t;":
+        if 0 < head.count(mark) == first.count(mark):
+            return mark
+    return max(",;\t", key=head.count)
+
+
+def _with_points(column: pd.Series[Any]) -> pd.Series[Any]:
+    """A column with points for its decimal commas; as it is, where a number has a point."""
+    if column.dtype.kind in "fiub":
+        return column
+    text = column.astype(str)
+    commas = text.str.fullmatch(_DECIMAL.format(","))
+    if text.str.fullmatch(_DECIMAL.format(r"\.")).any():
+        return column
+    return column.where(~commas, text.str.replace(",", "."))
 
 
 def _exact_numbers(version: str) -> dict[str, str]:
@@ -209,7 +242,12 @@ def _choose(
         sides = {track: [name for name in others if track in _stem(name)] for track in TRACKS}
         if all(len(found) == 1 for found in sides.values()):
             return distance, {track: found[0] for track, found in sides.items()}
-        if not 1 <= len(others) <= 2:
+        if not others:
+            raise RoadError(
+                f"{path}: one column, {names[0]!r:.60}, is no road; columns are separated by"
+                " commas, semicolons or tabs, and lines ahead of their names begin with #"
+            )
+        if len(others) > 2:
             raise RoadError(
                 f"{path}: a distance and one or two elevations are needed, and the columns are"
                 f" {', '.join(names)}; name those to take"

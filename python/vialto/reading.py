@@ -34,7 +34,8 @@ def read_road(
     (``distance``, ``station``, ``chainage``, ``position`` or ``x``; a name with ``left`` and one
     with ``right``); else the first column is the distance, and one or two others are the tracks,
     the left one first. A CSV has a header line or none, commas, semicolons or tabs; lines that
-    start with ``#`` ahead of it are passed over. A name that ends in a unit, such as
+    start with ``#`` ahead of it are passed over. Numbers have a decimal point or, with semicolons
+    or tabs, a decimal comma. A name that ends in a unit, such as
     ``elevation_mm`` or ``distance (ft)``, is in that unit (m, mm, cm, km, in, ft, mi), any other
     in metres.
 

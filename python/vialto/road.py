@@ -17,6 +17,7 @@ if TYPE_CHECKING:
     import pandas as pd
 
 TRACKS = ("left", "right")
+NO_NUMBER = "'{text:.40}' in column {column} is not a number"
 
 
 @dataclass(frozen=True, eq=False)
@@ -64,18 +65,18 @@ class Quality:
         text = self.cells[self.cells["text"] != ""]
         gaps = self.gaps[self.gaps["mended"] == ""]
         if len(text) > 0 and (not self.mended or len(gaps) > 0):
-            found.append(self._first(text, "'{text:.40}' in column {column} is not a number"))
+            found.append(first_of(text, self.place, NO_NUMBER))
         if len(self.uneven) > 0 and not self.resampled:
-            usual = f" where {self.interval:.6g} m is usual"
-            found.append(self._first(self.uneven, "a step of {step:.6g} m" + usual))
+            words = f"a step of {{step:.6g}} m where {self.interval:.6g} m is usual"
+            found.append(first_of(self.uneven, self.place, words) + ": resample evens them")
         if len(gaps) > 0:
-            found.append(self._first(gaps, "samples missing in the {track} track: {missing}"))
+            words = "samples missing in the {track} track: {missing}"
+            longest = gaps["missing"].max() * self.interval
+            found.append(
+                f"{first_of(gaps, self.place, words)}, {longest:.3g} m at the longest: fill_gaps"
+                " fills short ones"
+            )
         return found
-
-    def _first(self, rows: pd.DataFrame, words: str) -> str:
-        first = {str(name): rows[name].iloc[0] for name in rows.columns}
-        more = f" (and {len(rows) - 1} more)" if len(rows) > 1 else ""
-        return f"{self.place} {first['line']}: {words.format_map(first)}{more}"
 
     def __str__(self) -> str:
         filled = int(self.gaps.loc[self.gaps["mended"] == "filled", "missing"].sum())
@@ -84,6 +85,13 @@ class Quality:
             f"{' (resampled)' if self.resampled else ''}, {len(self.gaps)} gaps"
             f"{f' ({filled} elevations filled)' if self.mended else ''}"
         )
+
+
+def first_of(rows: pd.DataFrame, place: str, words: str) -> str:
+    """What is told of the first of some lines, and how many more there are."""
+    first = {str(name): rows[name].iloc[0] for name in rows.columns}
+    more = f" (and {len(rows) - 1} more)" if len(rows) > 1 else ""
+    return f"{place} {first['line']}: {words.format_map(first)}{more}"
 
 
 class RoadError(ValueError):
