@@ -68,7 +68,17 @@ def test_what_is_cut_is_what_grinding_takes_away() -> None:
     ground = np.isfinite(after.y)
     assert ground.any()
     assert np.array_equal(cut.y > 0.0, ground)
-    assert cut.y[ground] == pytest.approx(1000.0 * (before.y - after.y)[ground])
+    assert cut.y[ground] == pytest.approx(1000.0 * (before.y - after.y)[ground], abs=1e-4)
+
+
+def test_grade_is_not_ground() -> None:
+    whole = road("left")
+    uphill = {"left": whole.tracks["left"] + 200.0 + 0.06 * DISTANCE}
+    cut, steep = (
+        report.figures(each)["grinding"].data[2].y
+        for each in (whole, vialto.Road("uphill", INTERVAL, uphill))
+    )
+    assert steep == pytest.approx(cut, abs=1e-3)
 
 
 def test_reference_lies_over_the_road_where_they_agree() -> None:

@@ -120,7 +120,7 @@ def _elevation(road: Road, _settings: Settings) -> _Drawn:
     return by_distance(road, lines, "elevation, m"), "The road as it was measured."
 
 
-def _moving(road: Road, track: Doubles) -> Doubles:
+def _moving(road: Road, track: Doubles | Reals) -> Doubles:
     moving = continuous_ride_index(
         track,
         road.interval,
@@ -253,9 +253,15 @@ def _joints(road: Road, settings: Settings) -> _Drawn:
     return figure, f"{len(found)} joints and cracks; a fault is positive where the road drops."
 
 
+def _without_grade(track: Doubles) -> Doubles:
+    """The track off the straight line through its ends, on which the grinder would cut or spare."""
+    return track - np.linspace(track[0], track[-1], track.size)
+
+
 def _grinding(road: Road, settings: Settings) -> _Drawn:
     sides = list(road.tracks)
-    left, right = road.tracks[sides[0]], road.tracks[sides[-1]]
+    tracks = {side: _without_grade(track) for side, track in road.tracks.items()}
+    left, right = tracks[sides[0]], tracks[sides[-1]]
     wanted = MustGrind(
         index=RideIndex.IRI if len(sides) == 1 else RideIndex.MRI,
         threshold=settings.threshold / PER_KM,
@@ -279,28 +285,34 @@ def _grinding(road: Road, settings: Settings) -> _Drawn:
     else:
         ground = grind_two_tracks(left, right, road.interval, spots)
         after = {"left": ground.left, "right": ground.right}
-    return _before_and_after(road, after), (
-        f"To grind for {limit}: {_told(found)}. Above, the road before and after a machine of"
-        f" {Grinder().wheel_base:g} m has ground them once; below, what it cuts."
+    cuts = {side: np.asarray(tracks[side], np.float32) - after[side] for side in sides}
+    worst = [
+        max(float(_moving(road, heights[side]).max()) for side in sides)
+        for heights in (tracks, after)
+    ]
+    return _before_and_after(road, cuts), (
+        f"To grind for {limit}: {_told(found)}. Each, ground alone, lowers the moving IRI somewhere"
+        f" above the limit, however little. Above, the road before and after a machine of"
+        f" {Grinder().wheel_base:g} m has ground them once; below, what it cuts. The worst moving"
+        f" IRI of a track is {worst[0]:.2f} m/km before and {worst[1]:.2f} m/km after."
     )
 
 
-def _before_and_after(road: Road, after: Mapping[str, Reals]) -> go.Figure:
+def _before_and_after(road: Road, cuts: Mapping[str, Reals]) -> go.Figure:
     figure = make_subplots(rows=2, shared_xaxes=True, vertical_spacing=0.06)
     for place, (side, track) in enumerate(road.tracks.items()):
-        before = np.asarray(track, np.float32)
-        figure.add_trace(track_line(road, side, before), row=1, col=1)
+        figure.add_trace(track_line(road, side, track), row=1, col=1)
         ground = track_line(
             road,
             side,
-            np.where(before != after[side], after[side], np.nan),
+            np.where(cuts[side] > 0.0, track - cuts[side], np.nan),
             name="after grinding",
             legendgroup="after",
             showlegend=place == 0,
             line={"color": MARK, "width": 2},
         )
         figure.add_trace(ground, row=1, col=1)
-        depth = track_line(road, side, MM_PER_M * (before - after[side]), showlegend=False)
+        depth = track_line(road, side, MM_PER_M * cuts[side], showlegend=False)
         figure.add_trace(depth, row=2, col=1)
     figure.update_xaxes(range=[road.start, road.start + road.length])
     figure.update_xaxes(title="distance, m", row=2, col=1)
