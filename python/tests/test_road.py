@@ -74,7 +74,7 @@ def test_files_that_are_roads(
         ("distance,z\n0,1\n", "at least two samples are needed"),
         ("d;z\n1+00.0;1\n1+00.1;1\n", r"line 2: '1\+00.0' in column d is not a number"),
         ("d;z\n0;1,5\n1;1.5\n", "line 2: '1,5' in column z is not a number"),
-        ("Road: 7\nd;z\n0;1\n1;1\n", "one column, 'Road: 7', is no road"),
+        ("Road: 7\nd;z\n0;1\n1;1\n", "the one column is Road: 7; commas"),
         ("distance,a,b,c\n0,1,1,1\n", "the columns are distance, a, b, c; name those to take"),
         ("d,z\n0,1\n.1,x\n.2,1\n.3,y\n", r"line 3: 'x' in column z is not a number \(and 1 more\)"),
         ("d,z\n0,1\n.1,1\nsum,2\n", "line 4: 'sum' in column d is not a number"),

@@ -244,8 +244,9 @@ def _choose(
             return distance, {track: found[0] for track, found in sides.items()}
         if not others:
             raise RoadError(
-                f"{path}: one column, {names[0]!r:.60}, is no road; columns are separated by"
-                " commas, semicolons or tabs, and lines ahead of their names begin with #"
+                f"{path}: a distance and one or two elevations are needed, and the one column is"
+                f" {names[0]:.40}; commas, semicolons or tabs separate columns, and lines ahead of"
+                " their names begin with #"
             )
         if len(others) > 2:
             raise RoadError(
