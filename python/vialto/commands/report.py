@@ -70,17 +70,20 @@ def report(
                 raise ValueError(f"{target}: the page would take the place of the road")
             measured = read(road)
             reference = read(compare) if compare is not None else None
+            remarks = dict.fromkeys(str(warning.message) for warning in caught)
             progress("reading")
             text = page(
                 measured,
                 Settings(section, threshold, joints, reference),
-                remarks=dict.fromkeys(str(warning.message) for warning in caught),
+                remarks=remarks,
                 progress=progress,
             )
         target.write_text(text, "utf-8")
     except (ValueError, OSError) as refusal:
         typer.echo(f"vialto report: {refusal}", err=True)
         raise typer.Exit(USAGE) from None
+    for remark in remarks:
+        typer.echo(f"vialto report: {remark}", err=True)
     typer.echo(f"{target}: {len(text) / 1e6:.1f} MB")
 
 

@@ -10,7 +10,7 @@ import numpy as np
 from vialto._arrays import Doubles
 from vialto._library import VialtoError
 from vialto._profiles import MM_PER_M
-from vialto.defaults import STRAIGHTEDGE
+from vialto.defaults import BLANKING_BAND, STRAIGHTEDGE
 from vialto.profilograph import run_profilograph
 from vialto.ride import RideIndex, ride_index, two_track_ride_index
 from vialto.road import Road
@@ -87,7 +87,8 @@ def acceptance(road: Road) -> list[Number]:
         add("HRI", "m/km", "Sayers, TRR 1215", PER_KM, both(RideIndex.HRI))
     add("Ride Number", "of 5", "ASTM E1489", 1.0, both(RideIndex.RIDE_NUMBER))
     for side, track in sides:
-        add(f"Profile index {side}", "mm/km", "ASTM E1274", PER_KM, profile_index(track))
+        band = f"ASTM E1274, blanking band {BLANKING_BAND:g} mm"
+        add(f"Profile index {side}", "mm/km", band, PER_KM, profile_index(track))
     add(
         f"Worst {STRAIGHTEDGE:g} m straightedge",
         "mm",

@@ -84,7 +84,7 @@ def page(
 def _summary(road: Road) -> str:
     quality = f"; {road.quality}" if road.quality is not None else ""
     return (
-        f"{road.length:.3f} m from {road.start:g} m on, {road.samples} samples every"
+        f"{road.length:.3f} m from {road.start:.10g} m on, {road.samples} samples every"
         f" {MM_PER_M * road.interval:g} mm, {' and '.join(road.tracks)}{quality}"
     )
 
