@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "filters/band_pass.hpp"
 #include "filters/cascade.hpp"
+#include "filters/centred_band.hpp"
 #include "filters/slope.hpp"
 
 namespace vialto {

@@ -1,4 +1,4 @@
-#include "filters/band_pass.hpp"
+#include "filters/centred_band.hpp"
 
 #include <array>
 #include <cmath>
