@@ -231,7 +231,7 @@ typedef struct tFiltCon {
     int32_t if250mmFilter;   /* quarter car: 250 mm moving average ahead of it, 1 yes, 2 no */
     float xBW4IniBaseLength; /* m; carried, read by no filter */
     float xLongWavelength;   /* m; cutoff or base length of a high-pass */
-    float xShortWavelength;  /* m; cutoff or base length of a low-pass, and of types 5 and 7 */
+    float xShortWavelength;  /* m; of a low-pass, of anti-smoothing and of the bridge filter */
     float xSimuVelocity;     /* km/h; speed of the Ride Number filter */
     float xPowerWeighting;   /* carried, read by no filter */
     int32_t iBeginElemIdx;   /* out: first valid element of the filtered profile, from 0 */

@@ -8,7 +8,7 @@
 
 namespace vialto {
 
-// iMainFilterType 5.
+// idx_filttyp_antismooth.
 //
 // Given: a profile of N elevations, its interval dx [m], the base length of the window,
 // xShortWavelength [m], and iOutType. With x = xShortWavelength / dx the window has

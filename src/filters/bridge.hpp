@@ -9,7 +9,7 @@
 
 namespace vialto {
 
-// iMainFilterType 7.
+// idx_filttyp_bridge.
 //
 // Given: a profile of N elevations [m], its interval [m], the length of the window,
 // xShortWavelength [m], and iOutType.

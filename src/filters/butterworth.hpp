@@ -10,7 +10,7 @@
 
 namespace vialto {
 
-// iMainFilterType 4.
+// idx_filttyp_bwfilt.
 //
 // Given: a profile of N elevations, its interval [m], iSubFilterType (1 band-pass, 2 low-pass,
 // 3 high-pass, 4 band-pass about a centre frequency), iOutType, which sub-type 4 does not read, and

@@ -11,7 +11,7 @@
 
 namespace vialto {
 
-// iMainFilterType 4, sub-type 4.
+// idx_filttyp_bwfilt with idx_subfilttyp_centredband.
 //
 // Given: interval [m], the shortest and the longest wavelength of the band [m] and a profile of N
 // elevations.

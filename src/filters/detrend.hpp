@@ -8,7 +8,7 @@
 
 namespace vialto {
 
-// iMainFilterType 6.
+// idx_filttyp_detrend.
 //
 // Given: a profile of N elevations, its interval [m] and iOutType.
 // Returned: the profile less the slope of its least-squares line, N values, elevation or slope

@@ -10,7 +10,7 @@
 
 namespace vialto {
 
-// iMainFilterType 1.
+// idx_filttyp_mvgavg.
 //
 // Given: a profile of N elevations, its interval [m], iSubFilterType, iOutType, and the lengths of
 // the boxes, xLongWavelength of the high-pass and xShortWavelength of the low-pass [m].

@@ -40,7 +40,7 @@ struct QuarterCarTrack {
     float xQcarStat = 0.0F;          // the summary statistic
 };
 
-// iMainFilterType 2 (IRI) and 3 (RN).
+// idx_filttyp_IRI and idx_filttyp_RN.
 //
 // Given: the profiles of one track or two, N elevations each, their interval [m], iMainFilterType,
 // if250mmFilter, iOutType and, for RN, xSimuVelocity [km/h].
@@ -49,8 +49,8 @@ struct QuarterCarTrack {
 // summary statistic (IRI: mean absolute slope, RN: root mean square); iBeginElemIdx 0 and
 // iEndElemIdx N - iBase - 1, or -1 if no sample is filtered, the statistic then being a NaN.
 //
-// Fails for a type other than 2 and 3, a switch other than 1 and 2 and, after the filter has run,
-// for an output type other than 1 and 2, which leaves the slope in xFiltered and the statistic set.
+// Fails for any other type, a switch other than 1 and 2 and, after the filter has run, for an
+// output type other than 1 and 2, which leaves the slope in xFiltered and the statistic set.
 [[nodiscard]] ReturnCode qcarfilt_drv(std::span<QuarterCarTrack> tracks, float xStepSize,
                                       tFiltCon& settings);
 
