@@ -1154,7 +1154,27 @@ VIALTO_API int32_t VIALTO_CALL CC_CoeffArray(int32_t* iCroxCorrPoints, tProfAnal
  *   101  "x_num_act should not be zero": the offset is larger than a profile
  *   101  "number of points is less than zero": the offset is as large as a profile
  *   101  "max(x_rms_test, x_rms_base) is close to zero": both stretches are flat
- *   The filter's own failures, and those of the ride index as at ride_dlldrv.
+ *   101  the filter's own:
+ *        "Illegal Main filter type"                    iMainFilterType is no idx_filttyp_...
+ *        "moving average base length is greater the sampling distance",
+ *        "hi-pass moving average base length is greater the sampling distance"
+ *                                                      a moving average as long as the profile
+ *        "tFiltCon%if250mmFilter is not either 1 -yes- nor 2 -no-",
+ *        "tFiltCon%iOutType is not either idx_filtouttyp_elevation nor idx_filtouttyp_slope"
+ *                                                      of a quarter car
+ *        "iBWFilterType is not within range"           Butterworth: iSubFilterType is not 0 to 4
+ *        "Highpass cutoff is below the threshold value (~ 2 x Step * 0.86). Try again with a larger
+ *        value."                                       Butterworth, below about 1.73 intervals
+ *        "Lowpass cutoff is below the threshold value(~ 2 * Step / 0.86). Try again with a larger
+ *        value."                                       Butterworth, below about 2.32 intervals
+ *        "low corner frequency (f0-fc) <= 0.0",
+ *        "high corner frequency (f0+fc) >= nyquist"    band about a centre frequency
+ *        "the baselength is only 1 sampling interval- check your input",
+ *        "the baselength greater than the profile length - check your input"
+ *                                                      anti-smoothing, as at antismth_dlldrv
+ *        "ibase .gt. mxbase", "iter .gt. mxiter, hung up."
+ *                                                      bridge filter, as at wimindex_dlldrv
+ *   Those of the ride index as at ride_dlldrv.
  *   After a refusal (code 100, but for the too long profile) nothing is written. After any other
  *   failure xFinalCC holds -999.0 and xOffsetArray 999.0 at each place that was not reached,
  *   i_filt_leadin and i_filt_leadout are set for the profiles that were filtered, and the analysis
