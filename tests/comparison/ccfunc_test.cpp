@@ -131,7 +131,7 @@ TEST(ProfileComparison, FailureLeavesMarksOrTheSweep) {
         EXPECT_EQ(roads.analysis.iIndexMaxCorr, -7);
     };
     const std::string no_overlap = "101 2 ccfunc: x_num_act should not be zero";
-    fails("no filter", {.main_filter = 8}, "101 2 ccfunc: Illegal Main filter type", 7.0F);
+    fails("no filter", {.main_filter = -1}, "101 2 ccfunc: Illegal Main filter type", 7.0F);
     fails("an empty section", {.dx = 0.05F, .last = -5}, no_overlap, 0.0F);
     fails("offsets beyond the roads", {.count = 4001}, no_overlap, chirp(0.025F, 5.0F)[9]);
     fails("too fine a step", {.dx = 1e-7F, .dx_test = 1e5F, .if_upsampling = 2},

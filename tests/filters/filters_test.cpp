@@ -91,7 +91,7 @@ TEST(Filters, RefuseWhatTheyCannotDoAndLeaveTheRest) {
     const std::string driver = "/bridge_filter_drv/filtcon_drv: ";
     const std::string too_wide = "101 2 br_filt" + driver + "ibase .gt. mxbase";
     const std::string hung_up = "101 2 br_filt/br_filt" + driver + "iter .gt. mxiter, hung up.";
-    fails(Filter{8}, {1, 3}, "101 2 filtcon_drv: Illegal Main filter type");
+    fails(Filter{-1}, {1, 3}, "101 2 filtcon_drv: Illegal Main filter type");
     fails({average, low, 9.0F, 3.0F}, {4, 8, 6}, "101 2 mvgavg/filtcon_drv: " + box);
     fails({average, band, 3.0F, 3.0F}, {4, 8, 6}, "101 2 mvgavg/filtcon_drv: hi-pass " + box);
     fails({iri, 0, 9.0F, 9.0F, 3}, {1, 1, 1}, late, {0, 0, 0});
