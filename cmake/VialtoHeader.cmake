@@ -1,5 +1,6 @@
-# What the public header says and nothing repeats: VIALTO_VERSION, three numbers with dots, and
-# VIALTO_FUNCTIONS, the names of the exported functions in their order.
+# What the public header says and nothing repeats: VIALTO_VERSION, three numbers with dots,
+# VIALTO_FUNCTIONS, the names of the exported functions in their order, and VIALTO_FILTERS, those of
+# the main filter types.
 set(VIALTO_HEADER ${CMAKE_CURRENT_LIST_DIR}/../include/vialto/vialto.h)
 file(READ ${VIALTO_HEADER} header_text)
 
@@ -25,4 +26,6 @@ foreach(prototype IN LISTS prototypes)
   list(APPEND VIALTO_FUNCTIONS ${name})
   list(APPEND VIALTO_STDCALL_NAMES ${name}@${bytes})
 endforeach()
+string(REGEX MATCHALL "idx_filttyp_[A-Za-z0-9_]+ = " VIALTO_FILTERS "${header_text}")
+list(TRANSFORM VIALTO_FILTERS REPLACE " = " "")
 unset(header_text)

@@ -1,19 +1,19 @@
-# Every function that the header declares stands in each of the lists that are kept by hand: a table
-# that a reader looks into, or a row that tries the function out. And the version has one value.
+# Every function and every filter that the header names stands in each of the lists that are kept by
+# hand: a table that a reader looks into, or a row that tries it out. And the version has one value.
 cmake_minimum_required(VERSION 3.21)
 include(${CMAKE_CURRENT_LIST_DIR}/../cmake/VialtoHeader.cmake)
 cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH root)
 
-# Looks for `entry`, with a name in the place of @, in the files that match `files`.
+# Looks for `entry`, with each of the names in the place of @, in the files that match `files`.
 set(missing FALSE)
-macro(expect what entry files)
+macro(expect_each names what entry files)
   file(GLOB paths ${root}/${files})
   set(text "\n")
   foreach(path IN LISTS paths)
     file(READ ${path} content)
     string(APPEND text "${content}")
   endforeach()
-  foreach(name IN LISTS VIALTO_FUNCTIONS)
+  foreach(name IN LISTS ${names})
     string(REPLACE "@" "${name}" looked_for "${entry}")
     string(FIND "${text}" "${looked_for}" place)
     if(place EQUAL -1)
@@ -23,12 +23,19 @@ macro(expect what entry files)
   endforeach()
 endmacro()
 
-expect("request" "{\"@\"," "fuzz/*_requests.cpp")
-expect("digest" "\n@ " "tests/library/same_bits.txt")
-expect("benchmark" "->Name(\"@\");" "bench/exports/*.cpp")
-expect("argument types" "    \"@\": (" "python/vialto/_library.py")
-expect("import" "Outcome @(" "bindings/dotnet/Vialto.cs")
-expect("row in the table of functions" "\n| `@` |" "README.md")
+expect_each(VIALTO_FUNCTIONS "request" "{\"@\"," "fuzz/*_requests.cpp")
+expect_each(VIALTO_FUNCTIONS "digest" "\n@ " "tests/library/same_bits.txt")
+expect_each(VIALTO_FUNCTIONS "benchmark" "->Name(\"@\");" "bench/exports/*.cpp")
+expect_each(VIALTO_FUNCTIONS "argument types" "    \"@\": (" "python/vialto/_library.py")
+expect_each(VIALTO_FUNCTIONS "import" "Outcome @(" "bindings/dotnet/Vialto.cs")
+expect_each(VIALTO_FUNCTIONS "row in the table of functions" "\n| `@` |" "README.md")
+
+expect_each(VIALTO_FILTERS "case" "case @:" "src/filters/filtcon.cpp")
+expect_each(VIALTO_FILTERS "test" "@" "tests/filters/*")
+expect_each(VIALTO_FILTERS "named value" "<c>@</c>" "bindings/dotnet/Vialto.cs")
+expect_each(VIALTO_FILTERS "row in the table of filters" "`@`" "docs/guide/filters.md")
+list(GET VIALTO_FILTERS -1 last_filter)
+expect_each(last_filter "request as the last filter" "(idx_filttyp_none, @)" "fuzz/*_requests.cpp")
 
 macro(expect_version entry file)
   file(READ ${root}/${file} text)
