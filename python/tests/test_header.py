@@ -22,7 +22,7 @@ from vialto import (
     _library,
     _records,
     comparison,
-    profilograph,
+    profile_indices,
 )
 
 HEADER = Path(__file__).parents[2] / "include" / "vialto" / "vialto.h"
@@ -82,9 +82,9 @@ NAMED: dict[str, list[int]] = {
     "vialto_no": [_library.NO],
     "vialto_success": [_library.SUCCESS],
     "vialto_mxPasses": [_records.MOST_PASSES],
-    "vialto_i_PG_maxdefects": [profilograph.MOST_DEFECTS],
+    "vialto_i_PG_maxdefects": [profile_indices.MOST_DEFECTS],
     "vialto_repeatability_": [comparison.RUNS, comparison.POINTS],
-    "idx_pgset_count": [len(profilograph.SETTINGS)],
+    "idx_pgset_count": [len(profile_indices.SETTINGS)],
 }
 
 
@@ -96,7 +96,7 @@ def test_named_values_of_the_header(prefix: str) -> None:
 
 def test_settings_of_a_profile_index_stand_in_their_order() -> None:
     places = re.findall(r"idx_pgset_(\w+) = \d", header)
-    assert places == [*profilograph.SETTINGS, "count"]
+    assert places == [*profile_indices.SETTINGS, "count"]
 
 
 def c_type_of(argument: type) -> str:

@@ -26,6 +26,7 @@ from .comparison import (
 )
 from .defaults import TWELVE_WHEELS
 from .filters import AntiSmoothed, Filter, FilterBand, FilterKind, FilterOutput, anti_smooth
+from .grind_search import MustGrind, must_grind, must_grind_two_tracks
 from .grinding import (
     Direction,
     Grinder,
@@ -33,36 +34,23 @@ from .grinding import (
     GrindSpot,
     Ground,
     GroundTracks,
-    MustGrind,
     Pass,
     grind,
     grind_two_tracks,
-    must_grind,
-    must_grind_two_tracks,
 )
 from .joints import Feature, Features, JointMethod, find_joints, joint_faults
-from .profilograph import (
+from .profile_indices import (
     Defect,
     DefectKind,
     Lot,
     ProfileIndex,
     Profilograph,
-    ProfilographTrace,
     profile_index,
-    profilograph_trace,
     run_profilograph,
 )
+from .profilograph import ProfilographTrace, profilograph_trace
 from .reading import read_road
-from .ride import (
-    RideIndex,
-    SegmentIndices,
-    continuous_ride_index,
-    ride_index,
-    segment_ride_indices,
-    two_track_continuous_ride_index,
-    two_track_ride_index,
-    two_track_segment_ride_indices,
-)
+from .ride import RideIndex, SegmentIndices, continuous_ride_index, ride_index, segment_ride_indices
 from .road import Quality, Road, RoadError
 from .spectra import (
     Density,
@@ -74,6 +62,11 @@ from .spectra import (
 )
 from .statistics import Histogram, histogram
 from .tables import defect_table, joint_table, lot_table, roughness, stretches
+from .two_tracks import (
+    two_track_continuous_ride_index,
+    two_track_ride_index,
+    two_track_segment_ride_indices,
+)
 from .wim import wim_error_index
 
 __all__ = [

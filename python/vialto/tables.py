@@ -14,9 +14,10 @@ from ._profiles import MM_PER_M
 from .defaults import JOINT_SPACING, JOINT_WINDOW_MM, SECTION
 from .grinding import GrindFlag
 from .joints import Feature, JointMethod, find_joints, joint_faults
-from .profilograph import ProfileIndex
-from .ride import RideIndex, segment_ride_indices, two_track_segment_ride_indices
+from .profile_indices import ProfileIndex
+from .ride import RideIndex, segment_ride_indices
 from .road import TRACKS, Road
+from .two_tracks import two_track_segment_ride_indices
 
 if TYPE_CHECKING:
     import pandas as pd

@@ -24,7 +24,8 @@ from vialto.defaults import (
     TENTH_OF_A_MILE,
     TWELVE_WHEELS,
 )
-from vialto.profilograph import profile_index, profilograph_trace
+from vialto.profile_indices import profile_index
+from vialto.profilograph import profilograph_trace
 from vialto.reading import read_road
 from vialto.ride import continuous_ride_index
 from vialto.road import Road, RoadError

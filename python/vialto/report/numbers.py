@@ -11,11 +11,12 @@ from vialto._arrays import Doubles
 from vialto._library import VialtoError
 from vialto._profiles import MM_PER_M
 from vialto.defaults import BLANKING_BAND, STRAIGHTEDGE
-from vialto.profilograph import run_profilograph
-from vialto.ride import RideIndex, ride_index, two_track_ride_index
+from vialto.profile_indices import run_profilograph
+from vialto.ride import RideIndex, ride_index
 from vialto.road import Road
 from vialto.spectra import rolling_straightedge
 from vialto.tables import PER_KM
+from vialto.two_tracks import two_track_ride_index
 
 
 @dataclass(frozen=True)

@@ -14,16 +14,9 @@ from vialto._arrays import Doubles, Reals
 from vialto._library import VialtoError
 from vialto._profiles import MM_PER_M
 from vialto.defaults import BLANKING_BAND, LOCAL_BASE_LENGTH, STRAIGHTEDGE
-from vialto.grinding import (
-    Grinder,
-    GrindSpot,
-    MustGrind,
-    grind,
-    grind_two_tracks,
-    must_grind,
-    must_grind_two_tracks,
-)
-from vialto.profilograph import DefectKind, Profilograph, run_profilograph
+from vialto.grind_search import MustGrind, must_grind, must_grind_two_tracks
+from vialto.grinding import Grinder, GrindSpot, grind, grind_two_tracks
+from vialto.profile_indices import DefectKind, Profilograph, run_profilograph
 from vialto.ride import RideIndex, continuous_ride_index
 from vialto.road import Road
 from vialto.spectra import power_spectral_density, rolling_straightedge
