@@ -505,7 +505,7 @@ namespace Vialto
         public GrindSpot(int first, int last, params Pass[] passes)
         {
             Stretch = new Stretch(first, last);
-            Passes = passes.Length > 0 ? passes : new[] { new Pass(0.0f) };
+            Passes = passes?.Length > 0 ? passes : new[] { new Pass(0.0f) };
         }
 
         /// <summary>The samples.</summary>
@@ -713,17 +713,26 @@ namespace Vialto
     /// <summary>A function for each analysis of the library.</summary>
     /// <remarks>
     /// <para>A profile is an array of elevations in metres, one each interval, which is in metres,
-    /// too; two tracks have one length. No array that is handed over is changed. Samples are not
-    /// looked at: a NaN can give a number that looks right, and no failure.</para>
+    /// too; two tracks have one length. No array that is handed over is changed.</para>
     /// <para>All functions throw <see cref="VialtoException"/> with the failures that the contract
-    /// of the C function tells of, <see cref="ArgumentNullException"/> for an array that is null,
-    /// and <see cref="ArgumentException"/> for arrays whose lengths do not fit. Any number of
-    /// threads may call at the same time.</para>
+    /// of the C function tells of, in the words of C: <c>xStepSize</c> is the interval there, and
+    /// <c>dataarray</c> the profile. <see cref="ArgumentException"/>, or what derives from it, says
+    /// that an array is null, that lengths do not fit, that a sample is not finite (the library
+    /// looks at none, and can give a number that looks right), or that an interval lies outside
+    /// 1 mm to 1 m. <see cref="Native"/> gives the library's own answer to such.</para>
+    /// <para>Where the library is missing the first call throws
+    /// <see cref="DllNotFoundException"/>, and where it is of the other word size
+    /// <see cref="BadImageFormatException"/>.</para>
+    /// <para>Any number of threads may call at the same time. A call returns when it is done: in a
+    /// program with windows make it in a task, and await that. It calls nothing back and cannot be
+    /// interrupted.</para>
     /// <para>Most functions write a diagnostic file to the directory that the environment variable
     /// TMP names; without one, to a directory of the process that goes when it ends.</para>
     /// </remarks>
     public static class Analysis
     {
+        const float ShortestInterval = 0.001f, LongestInterval = 1.0f; // m
+
         /// <summary>Overall ride index of one profile (<c>ride_dlldrv</c>).</summary>
         /// <param name="profile">[N] elevations, m.</param>
         /// <param name="interval">m; up to 1 m for IRI and 0.25 m for RN, beyond which 32 bits lose
@@ -740,7 +749,7 @@ namespace Vialto
                                       RideIndex index = Vialto.RideIndex.Iri,
                                       bool movingAverage = true, bool[] excluded = null)
         {
-            int size = Size(profile, nameof(profile));
+            int size = Size(profile, interval, nameof(profile));
             Native.Check(Native.ride_dlldrv(
                 Native.YesOrNo(excluded != null), Native.YesOrNo(movingAverage), index, size,
                 profile, Mask(excluded, size), interval, out float result, out tEvent e), e);
@@ -764,9 +773,9 @@ namespace Vialto
         {
             var result = Room(segmentPoints);
             Native.Check(Native.rideseg_dlldrv(
-                Native.YesOrNo(movingAverage), index, Size(profile, nameof(profile)), profile,
-                interval, segmentPoints.Length, segmentPoints, result.Index, result.Length,
-                out tEvent e), e);
+                Native.YesOrNo(movingAverage), index, Size(profile, interval, nameof(profile)),
+                profile, interval, segmentPoints.Length, segmentPoints, result.Index,
+                result.Length, out tEvent e), e);
             return result;
         }
 
@@ -785,7 +794,7 @@ namespace Vialto
             float[] profile, float interval, float baseLength = Defaults.LocalBaseLength,
             RideIndex index = Vialto.RideIndex.Iri, bool movingAverage = true)
         {
-            var result = new float[Size(profile, nameof(profile))];
+            var result = new float[Size(profile, interval, nameof(profile))];
             Native.Check(Native.ridecon_dlldrv(
                 Native.YesOrNo(movingAverage), interval, baseLength, index, result.Length, profile,
                 result, out tEvent e), e);
@@ -806,7 +815,7 @@ namespace Vialto
             float[] left, float[] right, float interval, RideIndex index = Vialto.RideIndex.Mri,
             bool movingAverage = true, bool[] excluded = null)
         {
-            int size = Size(left, right);
+            int size = Size(left, right, interval);
             Native.Check(Native.ride2chan_dlldrv(
                 Native.YesOrNo(excluded != null), Native.YesOrNo(movingAverage), index, size, left,
                 right, Mask(excluded, size), interval, out float result, out tEvent e), e);
@@ -829,9 +838,9 @@ namespace Vialto
         {
             var result = Room(segmentPoints);
             Native.Check(Native.rideseg2chan_dlldrv(
-                Native.YesOrNo(movingAverage), index, Size(left, right), left, right, interval,
-                segmentPoints.Length, segmentPoints, result.Index, result.Length, out tEvent e),
-                e);
+                Native.YesOrNo(movingAverage), index, Size(left, right, interval), left, right,
+                interval, segmentPoints.Length, segmentPoints, result.Index, result.Length,
+                out tEvent e), e);
             return result;
         }
 
@@ -851,7 +860,7 @@ namespace Vialto
             float baseLength = Defaults.LocalBaseLength,
             RideIndex index = Vialto.RideIndex.Mri, bool movingAverage = true)
         {
-            var result = new float[Size(left, right)];
+            var result = new float[Size(left, right, interval)];
             Native.Check(Native.ridecon2chan_dlldrv(
                 Native.YesOrNo(movingAverage), index, result.Length, left, right, interval,
                 baseLength, result, out tEvent e), e);
@@ -872,7 +881,7 @@ namespace Vialto
                                             bool bridgingFilter = true,
                                             float shroudingDistance = 0.0f)
         {
-            var result = new float[Size(profile, nameof(profile))];
+            var result = new float[Size(profile, interval, nameof(profile))];
             Native.Check(Native.wimindex_dlldrv(
                 Native.YesOrNo(bridgingFilter), interval, shroudingDistance, result.Length, profile,
                 result, out tEvent e), e);
@@ -896,7 +905,7 @@ namespace Vialto
             int pointsPerOctave = Defaults.PointsPerOctave,
             float? frequencyInterval = null, Stretch? stretch = null)
         {
-            var used = Within(stretch, Size(profile, nameof(profile)), nameof(stretch));
+            var used = Within(stretch, Size(profile, interval, nameof(profile)), nameof(stretch));
             var frequency = new float[used.Count];
             var density = new float[used.Count];
             Native.Check(Native.psd_dll(
@@ -919,7 +928,7 @@ namespace Vialto
         public static StraightedgeResponse RollingStraightedge(float[] profile, float interval,
                                                                float length = Defaults.Straightedge)
         {
-            var deflection = new float[Size(profile, nameof(profile))];
+            var deflection = new float[Size(profile, interval, nameof(profile))];
             Native.Check(Native.rse_dlldrv(
                 deflection.Length, interval, length, profile, deflection, out float acceleration,
                 out int first, out int last, out tEvent e), e);
@@ -942,7 +951,7 @@ namespace Vialto
         public static ProfilographTrace ProfilographTrace(
             float[] profile, float interval, float[] wheelOffsets = null, Stretch? stretch = null)
         {
-            int size = Size(profile, nameof(profile));
+            int size = Size(profile, interval, nameof(profile));
             var used = Within(stretch, size, nameof(stretch));
             var offsets = wheelOffsets ?? Defaults.TwelveWheels;
             var height = Filled(size, float.NaN);
@@ -956,8 +965,9 @@ namespace Vialto
         /// are in the unit of the trace; the defaults are millimetres.</summary>
         /// <param name="trace">[N] heights.</param>
         /// <param name="interval">m.</param>
-        /// <param name="stretch">The samples to use, such as those that are valid; by default the
-        /// whole trace.</param>
+        /// <param name="stretch">The samples to use: the valid ones of a
+        /// <see cref="Vialto.ProfilographTrace"/>, whose others are NaN. By default the whole
+        /// trace.</param>
         /// <param name="lots">The samples of each lot; by default one lot, the stretch. Lots that
         /// share their boundary sample leave nothing between them.</param>
         /// <param name="blankingBand">Full width of the band about the trend line of a lot.</param>
@@ -973,8 +983,10 @@ namespace Vialto
             float blankingBand = Defaults.BlankingBand, float minWidth = Defaults.ScallopWidth,
             float minHeight = Defaults.ScallopHeight, float rounding = Defaults.ScallopRounding)
         {
+            CheckInterval(interval, nameof(interval));
             int size = Size(trace, nameof(trace));
             var used = Within(stretch, size, nameof(stretch));
+            CheckFinite(trace, used, nameof(trace));
             var lotRecords = Array.ConvertAll(
                 lots ?? new[] { used }, lot => new tPGLot { iStart = lot.First, iEnd = lot.Last });
             var defectRecords = new tPGDefect[Limits.Defects];
@@ -1015,7 +1027,7 @@ namespace Vialto
         public static Ground Grind(float[] profile, float interval, GrindSpot[] spots,
                                    Grinder grinder = null)
         {
-            var ground = Copy(profile, nameof(profile));
+            var ground = Copy(profile, interval);
             var flags = new GrindFlag[ground.Length];
             var machine = (grinder ?? new Grinder()).Record();
             Native.Check(Native.grindsimu_dlldrv(
@@ -1034,9 +1046,9 @@ namespace Vialto
         public static GroundTracks GrindTwoTracks(float[] left, float[] right, float interval,
                                                   GrindSpot[] spots, Grinder grinder = null)
         {
-            var flags = new GrindFlag[Size(left, right)];
+            var flags = new GrindFlag[Size(left, right, interval)];
             var ground = new GroundTracks {
-                Left = Copy(left, nameof(left)), Right = Copy(right, nameof(right)), Flags = flags
+                Left = (float[])left.Clone(), Right = (float[])right.Clone(), Flags = flags
             };
             var machine = (grinder ?? new Grinder()).Record();
             Native.Check(Native.grindsimu_2chan_dlldrv(
@@ -1057,7 +1069,7 @@ namespace Vialto
         public static GrindFlag[] MustGrind(float[] profile, float interval,
                                             MustGrind settings = null, Grinder grinder = null)
         {
-            var flags = new GrindFlag[Size(profile, nameof(profile))];
+            var flags = new GrindFlag[Size(profile, interval, nameof(profile))];
             var record = (settings ?? new MustGrind()).Record();
             var machine = (grinder ?? new Grinder()).Record();
             Native.Check(Native.mustgrind_dlldrv(
@@ -1080,7 +1092,7 @@ namespace Vialto
             float[] left, float[] right, float interval, MustGrind settings = null,
             Grinder grinder = null)
         {
-            var flags = new GrindFlag[Size(left, right)];
+            var flags = new GrindFlag[Size(left, right, interval)];
             var record = (settings ?? new MustGrind { Index = Vialto.RideIndex.Mri }).Record();
             var machine = (grinder ?? new Grinder()).Record();
             Native.Check(Native.mustgrind_2chan_dlldrv(
@@ -1101,6 +1113,8 @@ namespace Vialto
             float referenceInterval, float testInterval, float maxOffset = Defaults.LargestOffset,
             bool upsampling = true)
         {
+            CheckInterval(referenceInterval, nameof(referenceInterval));
+            CheckInterval(testInterval, nameof(testInterval));
             var analysis = new tProfAnalysis {
                 x_offset_max = maxOffset, if_upsampling = Native.YesOrNo(upsampling)
             };
@@ -1134,14 +1148,19 @@ namespace Vialto
             Stretch? referenceSection = null, Stretch? testSection = null, bool padding = true,
             bool upsampling = true)
         {
+            float interval = testInterval ?? referenceInterval;
+            var grid = ComparisonGrid(referenceInterval, interval, maxOffset, upsampling);
             tProfinfo[] profiles = {
-                Section(referenceSection, Size(reference, nameof(reference)), referenceInterval,
-                        settings),
-                Section(testSection, Size(test, nameof(test)), testInterval ?? referenceInterval,
-                        settings)
+                Section(referenceSection, Size(reference, referenceInterval, nameof(reference)),
+                        referenceInterval, settings),
+                Section(testSection, Size(test, interval, nameof(test)), interval, settings)
             };
-            var grid = ComparisonGrid(referenceInterval, testInterval ?? referenceInterval,
-                                      maxOffset, upsampling);
+            // Ahead of the room for so many offsets; nearer the ends the library judges.
+            if (maxOffset > Math.Max(reference.Length * referenceInterval, test.Length * interval))
+            {
+                throw new ArgumentOutOfRangeException(
+                    nameof(maxOffset), maxOffset + " m is longer than the profiles");
+            }
             var analysis = new tProfAnalysis {
                 if_outputfilt = Switch.Yes, if_padding = Native.YesOrNo(padding),
                 if_upsampling = Native.YesOrNo(upsampling), x_offset_max = maxOffset,
@@ -1176,18 +1195,19 @@ namespace Vialto
         {
             const int count = Limits.RepeatabilityRuns;
             const int points = Limits.RepeatabilityPoints;
-            Size(reference, nameof(reference));
-            if (runs == null)
-            {
-                throw new ArgumentNullException(nameof(runs));
-            }
-            if (runs.GetLength(0) != count || runs.GetLength(1) != points ||
-                reference.Length != points)
+            Size(runs, nameof(runs));
+            if (runs.GetLength(0) != count || runs.GetLength(1) != points)
             {
                 throw new ArgumentException("ten runs of 1057 points are needed", nameof(runs));
             }
+            if (Size(reference, nameof(reference)) != points)
+            {
+                throw new ArgumentException("1057 points are needed", nameof(reference));
+            }
             var samples = new float[count * points];
             Buffer.BlockCopy(runs, 0, samples, 0, Buffer.ByteLength(runs));
+            CheckFinite(samples, new Stretch(0, samples.Length - 1), nameof(runs));
+            CheckFinite(reference, new Stretch(0, points - 1), nameof(reference));
             Native.Check(Native.pcbia_dlldrv(
                 samples, reference, out float precision, out float bias, out int precisionClass,
                 out int biasClass, out tEvent e), e);
@@ -1211,7 +1231,7 @@ namespace Vialto
             float[] left, float[] right, float interval, float spacing = Defaults.JointSpacing,
             JointMethod method = JointMethod.AntiSmoothing)
         {
-            int size = Size(left, right);
+            int size = Size(left, right, interval);
             var settings = new tJointIDCfg {
                 i_jntid_method = method, if_skewed = Switch.No, xDomJointSpacing = spacing
             };
@@ -1242,8 +1262,8 @@ namespace Vialto
         {
             var faults = Filled(Size(joints, nameof(joints)), float.NaN);
             Native.Check(Native.joint_fault_dlldrv(
-                Size(profileMm, nameof(profileMm)), joints.Length, interval, windowMm, profileMm,
-                joints, faults, out tEvent e), e);
+                Size(profileMm, interval, nameof(profileMm)), joints.Length, interval, windowMm,
+                profileMm, joints, faults, out tEvent e), e);
             return faults;
         }
 
@@ -1257,7 +1277,7 @@ namespace Vialto
         public static AntiSmoothed AntiSmooth(float[] profile, float interval,
                                               float baseLength = Defaults.AntiSmoothingLength)
         {
-            var deviation = Copy(profile, nameof(profile));
+            var deviation = Copy(profile, interval);
             Native.Check(Native.antismth_dlldrv(
                 interval, baseLength, deviation.Length, deviation, out int first, out int last,
                 out tEvent e), e);
@@ -1281,6 +1301,7 @@ namespace Vialto
             float? threshold = null, bool[] excluded = null)
         {
             int size = Size(values, nameof(values));
+            CheckFinite(values, new Stretch(0, size - 1), nameof(values));
             var percentages = new float[Math.Max(0, classes)];
             float even = classes > 2 ? (high - low) / (classes - 2) : high - low;
             Native.Check(Native.histgrm_dlldrv(
@@ -1299,9 +1320,17 @@ namespace Vialto
             return samples.Length;
         }
 
-        static int Size(float[] left, float[] right)
+        static int Size(float[] profile, float interval, string name)
         {
-            if (Size(left, nameof(left)) != Size(right, nameof(right)))
+            CheckInterval(interval, nameof(interval));
+            int size = Size(profile, name);
+            CheckFinite(profile, new Stretch(0, size - 1), name);
+            return size;
+        }
+
+        static int Size(float[] left, float[] right, float interval)
+        {
+            if (Size(left, interval, nameof(left)) != Size(right, interval, nameof(right)))
             {
                 throw new ArgumentException("the tracks have " + left.Length + " and " +
                                             right.Length + " samples", nameof(right));
@@ -1309,10 +1338,33 @@ namespace Vialto
             return left.Length;
         }
 
-        static float[] Copy(float[] samples, string name)
+        static float[] Copy(float[] profile, float interval)
         {
-            Size(samples, name);
-            return (float[])samples.Clone();
+            Size(profile, interval, nameof(profile));
+            return (float[])profile.Clone();
+        }
+
+        static void CheckInterval(float interval, string name)
+        {
+            if (!(interval >= ShortestInterval && interval <= LongestInterval))
+            {
+                throw new ArgumentOutOfRangeException(
+                    name, interval + " m lies outside " + ShortestInterval + " m to " +
+                    LongestInterval + " m");
+            }
+        }
+
+        // A negative start is the library's to refuse.
+        static void CheckFinite(float[] samples, Stretch used, string name)
+        {
+            for (int i = Math.Max(0, used.First); i <= used.Last; ++i)
+            {
+                if (float.IsNaN(samples[i]) || float.IsInfinity(samples[i]))
+                {
+                    throw new ArgumentException(
+                        "sample " + i + " of " + samples.Length + " is not finite", name);
+                }
+            }
         }
 
         static T[] Filled<T>(int size, T value)
@@ -1365,6 +1417,10 @@ namespace Vialto
 
         static tGrindSpot[] Records(GrindSpot[] spots)
         {
+            if (Array.IndexOf(spots, null) >= 0)
+            {
+                throw new ArgumentException("a spot is null", nameof(spots));
+            }
             return Array.ConvertAll(spots, spot => spot.Record());
         }
 

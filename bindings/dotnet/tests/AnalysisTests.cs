@@ -340,18 +340,28 @@ namespace Vialto.Tests
                 "two RN is no longer supported (ride_dlldrv, code 101)"));
         }
 
+        static readonly float[] Spoilt = Road(x => x == 150.0 ? double.NaN : 0.0);
+
         public static readonly TestDelegate[] Misfits = {
             () => Analysis.RideIndex(null, Interval),
             () => Analysis.RideIndex(Wave, Interval, excluded: new bool[1]),
             () => Analysis.TwoTrackRideIndex(Wave, new float[1], Interval),
             () => Analysis.SegmentRideIndices(Wave, Interval, null),
             () => Analysis.ProfilographTrace(Wave, Interval, null, new Stretch(0, Samples)),
+            () => Analysis.RideIndex(Wave, 125.0f), // mm
+            () => Analysis.WimErrorIndex(Spoilt, Interval, false),
+            () => Analysis.TwoTrackRideIndex(Wave, Spoilt, Interval),
+            () => Analysis.ProfileIndex(
+                Analysis.ProfilographTrace(Wave, Interval).Height, Interval),
+            () => Analysis.Histogram(new[] { float.PositiveInfinity }, 2, 0.0f, 0.0f),
+            () => Analysis.CompareProfiles(Wave, Wave, Interval, maxOffset: 1e9f),
             () => Analysis.Grind(Wave, Interval, null),
+            () => Analysis.Grind(Wave, Interval, new GrindSpot[1]),
             () => Analysis.Repeatability(new float[9, 1057], new float[1057])
         };
 
         [Test, TestCaseSource("Misfits")]
-        public void ArraysThatDoNotFitAreRefused(TestDelegate analysis)
+        public void WhatMakesNumbersThatLookRightIsRefused(TestDelegate analysis)
         {
             Assert.That(analysis, Throws.InstanceOf<ArgumentException>());
         }
