@@ -98,6 +98,8 @@ def test_units_that_are_surely_wrong_are_warned_of() -> None:
     road = rough_road(13)
     with pytest.warns(vialto.UnitWarning, match=r"profile has slopes of .* is it in metres"):
         vialto.ride_index(1000.0 * road, INTERVAL)
+    with pytest.warns(vialto.UnitWarning, match="profile jumps by 99.* m in one step"):
+        vialto.ride_index(np.append(road, -99.9), INTERVAL)
     with pytest.warns(vialto.UnitWarning, match="is it in millimetres"):
         vialto.joint_faults(road, INTERVAL, [100.0], window_mm=200.0)
     with pytest.warns(vialto.UnitWarning, match="left reaches 12.. m, .* subtract a constant"):

@@ -18,13 +18,14 @@ SHORTEST_INTERVAL, LONGEST_INTERVAL = 0.001, 1.0  # m
 STEEPEST_ROAD = 0.5  # m/m; mean slope between samples, which a profile in mm has at 0.5 mm/m
 SMOOTHEST_ROAD_MM = 0.05  # mm/m; likewise: a profile in m that is rougher than 50 mm/m has more
 FLATTEST_TRACE = 0.04  # of the blanking band; in metres, a trace has less up to 0.1 m
+HIGHEST_STEP = 0.5  # m; between two samples, which a kerb does not have
 HIGHEST_ROAD = 512.0  # m; 32-bit heights above it are 0.06 mm apart and more
 
 _PACKAGE = str(Path(__file__).parent)
 
 
 class UnitWarning(UserWarning):
-    """Data that is surely in another unit than the function takes."""
+    """Data that is surely in another unit than the function takes, or that is no elevation."""
 
 
 def check_interval(interval: float, name: str = "interval") -> float:
@@ -67,16 +68,20 @@ def profile_in_mm(
     """Elevations in millimetres; warns of those that surely are in metres."""
     check_interval(interval)
     samples = reals(values, name, allow_nonfinite)
-    if 0.0 < _steepness(samples, interval) < SMOOTHEST_ROAD_MM:
+    if 0.0 < float(np.mean(_rises(samples))) / interval < SMOOTHEST_ROAD_MM:
         _warn(f"{name} has slopes below {SMOOTHEST_ROAD_MM} mm/m: is it in millimetres?")
     return samples
 
 
 def check_metres(samples: Reals | Doubles, interval: float, name: str) -> None:
-    """Warn of elevations that are surely not in metres, or too high for 32 bits."""
-    steepness = _steepness(samples, interval)
+    """Warn of elevations that are surely not in metres, no elevations, or too high for 32 bits."""
+    rises = _rises(samples)
+    steepness = float(np.mean(rises)) / interval
+    step = float(np.max(rises))
     if steepness > STEEPEST_ROAD:
         _warn(f"{name} has slopes of {steepness:.3g} m/m: is it in metres?")
+    elif step > HIGHEST_STEP:
+        _warn(f"{name} jumps by {step:.4g} m in one step: is it a mark for a missing sample?")
     highest = float(np.max(np.abs(samples), initial=0.0))
     if highest > HIGHEST_ROAD and np.isfinite(highest):
         apart = MM_PER_M * float(np.spacing(np.float32(highest)))
@@ -96,12 +101,12 @@ def check_trace_in_mm(heights: Reals, blanking_band: float) -> None:
         )
 
 
-def _steepness(samples: Reals | Doubles, interval: float) -> float:
-    """Mean slope between samples, in the unit of the samples per metre."""
+def _rises(samples: Reals | Doubles) -> Reals | Doubles:
+    """How far neighbours lie apart, of those that are finite; 0.0 where there are none."""
     with np.errstate(invalid="ignore", over="ignore"):
         rises = np.abs(np.diff(samples))
     rises = rises[np.isfinite(rises)]
-    return float(np.mean(rises)) / interval if rises.size > 0 else 0.0
+    return rises if rises.size > 0 else np.zeros(1, np.float32)
 
 
 def _warn(words: str) -> None:

@@ -62,7 +62,7 @@ COLUMNS = {
     "resample": "whether samples were to be brought onto an even step",
     "fill_gaps": "m; the longest gap that was to be filled",
     "version": "of vialto, where the row was made",
-    "warning": "of the whole road: what is surely wrong with its unit; empty as a rule",
+    "warning": "of the whole road: what is surely wrong with its elevations; empty as a rule",
 }
 
 
