@@ -69,7 +69,7 @@ def by_distance(road: Road, lines: list[go.Scatter], y_title: str) -> go.Figure:
 
 def styled(figure: go.Figure, height: int = 340) -> go.Figure:
     """The figure, as all of them look. Plots begin at the same place, below each other."""
-    plain = {"automargin": False, "exponentformat": "none"}  # 12400 m and no 12.4k
+    plain = {"automargin": False, "exponentformat": "none"}  # 12,400 m and not 12.4k
     figure.update_xaxes(plain)
     figure.update_yaxes(plain)
     return figure.update_layout(

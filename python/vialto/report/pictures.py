@@ -283,17 +283,20 @@ def _grinding(road: Road, settings: Settings) -> _Drawn:
         max(float(_moving(road, heights[side]).max()) for side in sides)
         for heights in (tracks, after)
     ]
-    return _before_and_after(road, cuts), (
+    return _before_and_after(road, tracks, cuts), (
         f"To grind for {limit}: {_told(found)}. Each, ground alone, lowers the moving IRI somewhere"
-        f" above the limit, however little. Above, the road before and after a machine of"
-        f" {Grinder().wheel_base:g} m has ground them once; below, what it cuts. The worst moving"
-        f" IRI of a track is {worst[0]:.2f} m/km before and {worst[1]:.2f} m/km after."
+        " above the limit, however little. Above, the road off the line through its ends, before"
+        f" and after a machine of {Grinder().wheel_base:g} m has ground them once; below, what it"
+        f" cuts. The worst moving IRI of a track is {worst[0]:.2f} m/km before and"
+        f" {worst[1]:.2f} m/km after."
     )
 
 
-def _before_and_after(road: Road, cuts: Mapping[str, Reals]) -> go.Figure:
+def _before_and_after(
+    road: Road, tracks: Mapping[str, Doubles], cuts: Mapping[str, Reals]
+) -> go.Figure:
     figure = make_subplots(rows=2, shared_xaxes=True, vertical_spacing=0.06)
-    for place, (side, track) in enumerate(road.tracks.items()):
+    for place, (side, track) in enumerate(tracks.items()):
         figure.add_trace(track_line(road, side, track), row=1, col=1)
         ground = track_line(
             road,
@@ -309,7 +312,7 @@ def _before_and_after(road: Road, cuts: Mapping[str, Reals]) -> go.Figure:
         figure.add_trace(depth, row=2, col=1)
     figure.update_xaxes(range=[road.start, road.start + road.length])
     figure.update_xaxes(title="distance, m", row=2, col=1)
-    figure.update_yaxes(title="elevation, m", row=1, col=1)
+    figure.update_yaxes(title="off the grade, m", row=1, col=1)
     figure.update_yaxes(title="cut, mm", rangemode="tozero", row=2, col=1)
     return styled(figure, height=480)
 
