@@ -116,6 +116,7 @@ def outcomes(roads: Sequence[str], settings: Settings, client: Client) -> Iterat
     A road whose worker dies is a suspect, as are those that waited there. Each of them then runs
     alone, so that a death is its own; with the third it is given up.
     """
+    _check_workers(client)
     deaths: dict[str, int] = {}
     for road, future in _done(client, roads, settings):
         died = _killed(future)
@@ -125,6 +126,19 @@ def outcomes(roads: Sequence[str], settings: Settings, client: Client) -> Iterat
             deaths[road] = died
     for road, died in deaths.items():
         yield _alone(client, road, settings, died)
+
+
+def _check_workers(client: Client) -> None:
+    """Refuse workers without the package: the first task would end them, and the rest wait.
+
+    They are asked by `eval`, since a function from here could not reach them.
+    """
+    answers = client.run(eval, "__import__('vialto.network').__version__", on_error="return")
+    without = {worker: told for worker, told in answers.items() if isinstance(told, Exception)}
+    if without:
+        worker, told = next(iter(without.items()))
+        more = f" (and {len(without) - 1} more)" if len(without) > 1 else ""
+        raise ConnectionError(f"worker {worker} cannot load vialto: {told}{more}")
 
 
 def _done(
