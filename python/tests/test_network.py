@@ -201,7 +201,7 @@ def test_what_is_finished_when_interrupted_is_kept_and_resumed(
     run = command(roads, "--to", to, "--workers", 1)
     with fifo.open("wb"):  # the last road is begun
         time.sleep(1.0)
-        os.killpg(run.pid, signal.SIGINT)
+        os.kill(run.pid, signal.SIGTERM)
         run.communicate(timeout=WAIT)
     assert run.returncode == 130
     assert pd.read_csv(to)["road"].nunique() == ROADS
@@ -212,11 +212,14 @@ def test_what_is_finished_when_interrupted_is_kept_and_resumed(
     assert "1 roads, 6 from before, 1 without a result" in words
     assert list(pd.read_csv(tmp_path / "results.errors.csv")["road"]) == [str(fifo)]
     shutil.copy(roads / "0.csv", fifo)
-    assert told(roads, "--to", to, "--resume", *running)[0] == 0
+    near = os.path.relpath(roads)  # the same roads under other names
+    assert told(near, roads / "0.csv", "--to", to, "--resume", *running)[0] == 0
     assert not (tmp_path / "results.errors.csv").exists()
     fresh = tmp_path / "fresh.csv"
-    assert told(roads, "--to", fresh, *running)[0] == 0
+    assert told(near, "--to", fresh, *running)[0] == 0
     assert to.read_bytes() == fresh.read_bytes()
+    words = told(fifo, "--to", to, "--resume", *running)[1]
+    assert "0 roads, 7 from before (6 of them not among those named)" in words
 
 
 def test_a_cluster_that_exists_is_used(roads: Path, tmp_path: Path) -> None:

@@ -2,6 +2,8 @@
 
 from __future__ import annotations
 
+import os
+import signal
 import time
 from collections.abc import Callable, Iterator
 from contextlib import contextmanager
@@ -96,12 +98,14 @@ def network(
             results.keep(read_results(to, settings))
         except (ValueError, OSError) as problem:
             _refuse(str(problem))
+    signal.signal(signal.SIGTERM, signal.default_int_handler)  # what a job system ends a job by
     try:
         with _client(scheduler, workers) as client:
             _run(results, settings, client, console)
     except KeyboardInterrupt:
         results.save()
-        console.print(f"interrupted: {results.told()}; --resume does what is missing")
+        words = f"interrupted: {results.told()}; --resume does what is missing"
+        console.print(words, soft_wrap=True)
         raise typer.Exit(INTERRUPTED) from None
     except ConnectionError as problem:
         results.save()
@@ -137,6 +141,9 @@ class _Results:
     saved: float = field(default_factory=time.monotonic)
 
     def keep(self, earlier: pd.DataFrame) -> None:
+        """Take over earlier rows, under the names that the roads have now."""
+        now = {os.path.abspath(road): road for road in self.roads}
+        earlier["road"] = [now.get(os.path.abspath(road), road) for road in earlier["road"]]
         self.tables.append(earlier)
         self.kept = set(earlier.loc[earlier["kind"] == "road", "road"])
 
@@ -170,6 +177,9 @@ class _Results:
 
     def told(self) -> str:
         kept = f", {len(self.kept)} from before" if self.kept else ""
+        others = len(self.kept.difference(self.roads))
+        if others > 0:
+            kept += f" ({others} of them not among those named)"
         return f"{self.done} roads{kept}{self.failed()}: {self.path}"
 
     def speed(self) -> str:
@@ -206,6 +216,9 @@ def _run(results: _Results, settings: Settings, client: Client, console: Console
     from vialto.network.run import outcomes
 
     missing = results.missing()
+    if not client.nthreads():
+        console.print("the cluster has no workers yet; waiting for one")
+        client.wait_for_workers(1)
     results.begun = time.monotonic()
     with _progress(console, len(missing)) as advance:
         for outcome in outcomes(missing, settings, client):

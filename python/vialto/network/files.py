@@ -38,17 +38,22 @@ def find_roads(
     list of str
         Paths as they were given or found.
     """
-    found: dict[str, None] = {}
+    found: dict[str, str] = {}  # each path under its absolute one
+
+    def add(paths: Iterable[str]) -> None:
+        for path in paths:
+            found.setdefault(os.path.abspath(path), path)
+
     for argument in (os.fspath(given) for given in arguments):
         if os.path.isdir(argument):
             below = (path for path in Path(argument).rglob("*") if path.suffix.lower() in ROADS)
-            found.update(dict.fromkeys(sorted(map(str, below))))
+            add(sorted(map(str, below)))
         elif glob.has_magic(argument) and not os.path.exists(argument):
-            found.update(dict.fromkeys(sorted(glob.glob(argument, recursive=True))))
+            add(sorted(glob.glob(argument, recursive=True)))
         else:
-            found[argument] = None
+            add([argument])
     own = set() if results is None else {results.resolve(), errors_path(results).resolve()}
-    return [road for road in found if Path(road).resolve() not in own]
+    return [road for road in found.values() if Path(road).resolve() not in own]
 
 
 def errors_path(results: Path) -> Path:
