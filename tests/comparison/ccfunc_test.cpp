@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "support/cases.hpp"
 #include "support/host.hpp"
-#include "support/same.hpp"
 #include "vialto/vialto.h"
 
 namespace vialto::test {
@@ -66,8 +66,8 @@ TEST(ComparisonPlan, CountIsOddAndSaturates) {
 
 TEST(ProfileComparison, FindsTheShiftOfTheSectionsAcrossUnequalSteps) {
     const TemporaryDirectory directory;
-    const auto finds = [](const char* claim, Comparison roads, float shift) {
-        SCOPED_TRACE(claim);
+    const auto finds = [](const Claim& claim, Comparison roads, float shift) {
+        const testing::ScopedTrace trace(claim.file, claim.line, claim.text);
         EXPECT_EQ(roads.plan(), "");
         EXPECT_EQ(roads.compare(), "");
         const tProfAnalysis& found = roads.analysis;
@@ -121,9 +121,9 @@ TEST(ProfileComparison, RefusalNamesTheArgument) {
 
 TEST(ProfileComparison, FailureLeavesMarksOrTheSweep) {
     const TemporaryDirectory directory;
-    const auto fails = [](const char* claim, Comparison roads, const std::string& event,
+    const auto fails = [](const Claim& claim, Comparison roads, const std::string& event,
                           float filtered) {
-        SCOPED_TRACE(claim);
+        const testing::ScopedTrace trace(claim.file, claim.line, claim.text);
         EXPECT_EQ(roads.compare(), event);
         EXPECT_EQ(roads.filtered[9], filtered);
         EXPECT_TRUE(same(roads.final_cc, Road(roads.final_cc.size(), -999.0F)));

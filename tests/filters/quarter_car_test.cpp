@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "filters/filter_run.hpp"
+#include "support/cases.hpp"
 #include "support/quarter_car_model.hpp"
 #include "support/roads.hpp"
-#include "support/same.hpp"
 
 namespace vialto::test {
 namespace {

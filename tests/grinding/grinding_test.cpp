@@ -9,10 +9,10 @@
 
 #include "grinding/grindsimu.hpp"
 #include "ride/ride_drv.hpp"
+#include "support/cases.hpp"
 #include "support/host.hpp"
 #include "support/literal_grinding.hpp"
 #include "support/roads.hpp"
-#include "support/same.hpp"
 
 namespace vialto::test {
 namespace {
@@ -196,9 +196,9 @@ TEST_F(Grinding, NamesTheArgumentThatItRefuses) {
 
 TEST_F(Grinding, DropsSpotsByTheirSampleNumbersAndJoinsThemWithThePlaceMovingByOne) {
     // Lengths in samples; flags of one character each.
-    const auto leaves = [&](const char* claim, const std::string& before, float shortest, float gap,
-                            const std::string& after, const Stretches& stretches) {
-        SCOPED_TRACE(claim);
+    const auto leaves = [&](const Claim& claim, const std::string& before, float shortest,
+                            float gap, const std::string& after, const Stretches& stretches) {
+        const testing::ScopedTrace trace(claim.file, claim.line, claim.text);
         flags.assign(before.begin(), before.end());
         std::for_each(flags.begin(), flags.end(), [](std::int32_t& flag) { flag -= '0'; });
         SpotList spots;

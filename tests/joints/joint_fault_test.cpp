@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "joints/polycurvfit.hpp"
+#include "support/cases.hpp"
 #include "support/current_event.hpp"
 #include "support/host.hpp"
-#include "support/same.hpp"
 #include "vialto/vialto.h"
 
 namespace vialto::test {
@@ -49,9 +49,9 @@ struct Request {
 constexpr float untouched = -77.0F;
 
 // To a thousandth of a millimetre.
-void gives(const char* claim, const Request& request, const std::vector<float>& faults,
+void gives(const Claim& claim, const Request& request, const std::vector<float>& faults,
            const std::string& failure = "") {
-    SCOPED_TRACE(claim);
+    const testing::ScopedTrace trace(claim.file, claim.line, claim.text);
     const auto& [profile, joints, window, step] = request;
     std::vector<float> found(joints.size(), untouched);
     EventRecord event;
@@ -62,7 +62,7 @@ void gives(const char* claim, const Request& request, const std::vector<float>& 
     EXPECT_TRUE(same(found, faults, 5e-4F));
 }
 
-void fails(const char* claim, const Request& request, const std::string& failure) {
+void fails(const Claim& claim, const Request& request, const std::string& failure) {
     gives(claim, request, std::vector<float>(request.joints.size(), untouched), failure);
 }
 
@@ -130,9 +130,9 @@ TEST(JointFault, DiagnosticFileTellsOfTheSlopesOfEachJoint) {
               std::string::npos);
 }
 
-void fits(const char* claim, const Values& x, const Values& y, std::optional<std::int32_t> degree,
+void fits(const Claim& claim, const Values& x, const Values& y, std::optional<std::int32_t> degree,
           double value_at_1, const std::string& event = "") {
-    SCOPED_TRACE(claim);
+    const testing::ScopedTrace trace(claim.file, claim.line, claim.text);
     reset_event();
     Values values{7.0};
     EXPECT_EQ(polycurvfit(x, y, Values{1.0}, values, degree), event.empty() ? success : failure);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "joints/joint_loc_screen.hpp"
+#include "support/cases.hpp"
 #include "support/host.hpp"
 #include "support/literal_joint_id.hpp"
 #include "support/roads.hpp"
@@ -59,8 +60,8 @@ struct Identification {
     }
 };
 
-void finds(const char* claim, Identification road, const Features& left, const Features& right) {
-    SCOPED_TRACE(claim);
+void finds(const Claim& claim, Identification road, const Features& left, const Features& right) {
+    const testing::ScopedTrace trace(claim.file, claim.line, claim.text);
     EXPECT_EQ(road.run(), "");
     finds("left track", road.l, left);
     finds("right track", road.r, right);
@@ -102,7 +103,6 @@ TEST(JointIdentification, PutsJointsAndCracksWhereEachTrackShowsThem) {
     finds("the higher of two steps of a last bit",
           {steps({40}, std::nextafter(0.002032F, 1.0F)), steps({40}, 0.002032F), 21.0F}, {{4.05}},
           nowhere);
-    finds("no road", {}, {}, {});
     finds("a spike six samples ahead of the profile's, and half of ten samples on",
           {steps({99, 100}, -0.01F), steps({102, 103}, -0.01F), 5.0F, 0.025F, 3}, {{2.475}},
           {{2.55}});

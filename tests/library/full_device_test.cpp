@@ -3,9 +3,9 @@
 
 #include <filesystem>
 
+#include "support/cases.hpp"
 #include "support/host.hpp"
 #include "support/roads.hpp"
-#include "support/same.hpp"
 #include "vialto/vialto.h"
 
 namespace vialto::test {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "support/cases.hpp"
 #include "support/host.hpp"
-#include "support/same.hpp"
 #include "vialto/vialto.h"
 
 namespace vialto::test {
@@ -56,9 +56,9 @@ struct Index {
 };
 
 // Both indexes of the lots are the same, heights not being rounded; none where the host's are left.
-void gives(const char* claim, Index call, const std::vector<Samples>& lots, const Samples& indexes,
+void gives(const Claim& claim, Index call, const std::vector<Samples>& lots, const Samples& indexes,
            std::int32_t defect_count, const std::string& event = "") {
-    SCOPED_TRACE(claim);
+    const testing::ScopedTrace trace(claim.file, claim.line, claim.text);
     EXPECT_EQ(call.run(lots), event);
     const Samples expected = event.empty() ? indexes : Samples(call.lots.size(), -7.0F);
     EXPECT_TRUE(same(call.indexes(&tPGLot::RawPI), expected)) << "RawPI";
@@ -66,7 +66,7 @@ void gives(const char* claim, Index call, const std::vector<Samples>& lots, cons
     EXPECT_EQ(call.defect_count, defect_count);
 }
 
-void fails(const char* claim, const Index& call, const std::vector<Samples>& lots,
+void fails(const Claim& claim, const Index& call, const std::vector<Samples>& lots,
            const std::string& event, std::int32_t defect_count) {
     gives(claim, call, lots, {}, defect_count, event);
 }

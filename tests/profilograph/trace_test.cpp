@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "profilograph/scallops.hpp"
+#include "support/cases.hpp"
 #include "support/host.hpp"
 #include "support/literal_profilograph.hpp"
 #include "support/roads.hpp"
-#include "support/same.hpp"
 #include "vialto/vialto.h"
 
 namespace vialto::test {
@@ -47,9 +47,9 @@ struct Trace {
 };
 
 TEST(ProfilographTrace, HasTheBitsOfTheLiteralVersionWhereAllWheelsStandOnTheStretch) {
-    const auto reaches = [](const char* wheels, const Samples& offsets, float interval,
+    const auto reaches = [](const Claim& claim, const Samples& offsets, float interval,
                             std::int32_t reach) {
-        SCOPED_TRACE(wheels);
+        const testing::ScopedTrace trace(claim.file, claim.line, claim.text);
         Trace call{offsets, interval};
         EXPECT_EQ(call.run(), "");
         EXPECT_EQ(call.first, reach);
@@ -66,8 +66,8 @@ TEST(ProfilographTrace, HasTheBitsOfTheLiteralVersionWhereAllWheelsStandOnTheStr
     reaches("negative, within an interval", {-0.1F}, 0.25F, 1);
 }
 
-void refuses(const char* claim, Trace call, const std::string& event) {
-    SCOPED_TRACE(claim);
+void refuses(const Claim& claim, Trace call, const std::string& event) {
+    const testing::ScopedTrace trace(claim.file, claim.line, claim.text);
     EXPECT_EQ(call.run(), event);
     EXPECT_TRUE(same(call.trace, call.profile));
     EXPECT_EQ(call.first, -7);
@@ -138,10 +138,10 @@ void expect_partial(const char* place, const PartialScallop& found,
 
 // To the last bit. Whole scallops have a type, distances, samples and a height; partial ones a type,
 // samples, distances, the raw height and the height.
-void finds(const char* claim, const Samples& lot, const ScallopRules& rules, float raw_sum,
+void finds(const Claim& claim, const Samples& lot, const ScallopRules& rules, float raw_sum,
            float sum, const std::vector<Scallop>& scallops, const PartialScallop& start = {},
            const PartialScallop& end = {}) {
-    SCOPED_TRACE(claim);
+    const testing::ScopedTrace trace(claim.file, claim.line, claim.text);
     LotScallops found;
     EXPECT_EQ(CountScallops(lot, 0.5F, rules, found), success);
     EXPECT_EQ(found.xSumRaw, raw_sum);

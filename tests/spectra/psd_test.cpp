@@ -12,9 +12,9 @@
 
 #include "spectra/frequency_grid.hpp"
 #include "spectra/psd_drv.hpp"
+#include "support/cases.hpp"
 #include "support/host.hpp"
 #include "support/roads.hpp"
-#include "support/same.hpp"
 
 namespace vialto::test {
 

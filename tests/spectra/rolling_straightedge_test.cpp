@@ -4,18 +4,18 @@
 #include <string>
 #include <vector>
 
+#include "support/cases.hpp"
 #include "support/host.hpp"
-#include "support/same.hpp"
 
 namespace vialto::test {
 namespace {
 
 using Floats = std::vector<float>;
 
-void rolls(const char* claim, const Floats& profile, float length, std::int32_t first,
+void rolls(const Claim& claim, const Floats& profile, float length, std::int32_t first,
            std::int32_t last, float summary, const Floats& deflections,
            const std::string& failure = "") {
-    SCOPED_TRACE(claim);
+    const testing::ScopedTrace trace(claim.file, claim.line, claim.text);
     const TemporaryDirectory directory;
     EventRecord event;
     Floats d(profile.size(), -7.0F);

@@ -1,4 +1,4 @@
-// Lists of numbers held against each other, in which a NaN stands where a NaN is expected.
+// What the cases of a table share: claims, and lists of numbers held against each other.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -9,7 +9,18 @@
 
 namespace vialto::test {
 
-// Tells of the first number, counted from 0, that differs by more than the tolerance.
+// What a case claims, and where it stands.
+struct Claim {
+    Claim(const char* words, const char* path = __builtin_FILE(), int place = __builtin_LINE())
+        : text(words), file(path), line(place) {}
+
+    const char* text;
+    const char* file;
+    int line;
+};
+
+// Tells of the first number, counted from 0, that differs by more than the tolerance. A NaN stands
+// where a NaN is expected.
 template <class Number>
 [[nodiscard]] testing::AssertionResult
 same(const std::vector<Number>& values, const std::type_identity_t<std::vector<Number>>& expected,
