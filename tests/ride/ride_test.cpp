@@ -170,7 +170,7 @@ TEST(RideExports, LeaveInTheOutputsWhatTheyHadReachedWhenTheyFail) {
           {.selector = MRI, .counts = {300, 702, 0}}, {}, {299 * interval, untouched, untouched},
           beyond);
     Call of_two{.selector = two_channel_RN, .counts = {300, 702, 0}};
-    EXPECT_NE(of_two.rideseg2chan(), "");
+    EXPECT_EQ(of_two.rideseg2chan(), "100 2 rideseg2chan_dlldrv:" + beyond.substr(3));
     EXPECT_GT(of_two.index[0], 0.0F); // a PTRN, which is no Ride Number yet
     EXPECT_LT(of_two.index[0], 0.01F);
 }
