@@ -1185,7 +1185,8 @@ VIALTO_API int32_t VIALTO_CALL CC_CoeffArray(int32_t* iCroxCorrPoints, tProfAnal
  *     either end, and the middle is taken back.
  *  2. Deliberately the last points are lost: of a section that reaches the end of the profile one
  *     sample is left out with if_padding 2, and two otherwise, even if the filter loses none. The
- *     very last one is 0.0 in the filtered profile where it was padded.
+ *     very last one is 0.0 in the filtered profile where it was padded. The first points stay, even
+ *     where the filter has none of its own: with if_padding 2 anti-smoothing leaves 0.0 there.
  *  3. A section whose last sample lies before its first keeps no sample, and the sweep fails.
  *  4. A flat stretch beside one that is not flat gives a NaN at that offset; the optimum passes it
  *     by. An overlap of one sample is flat.

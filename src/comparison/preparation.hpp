@@ -35,7 +35,8 @@ inline constexpr std::int32_t largest_padded_profile = 715827883;
 // Given: n samples; if_padding; i_raw_leadin, not negative, and i_raw_leadout, below n, counted
 // from 0; x_sampleinterval [m]; the filter settings, which are not written.
 // Returned: n points in filtered, of which the first are the trimmed profile; i_filt_leadin 0 and
-// i_filt_leadout, their number minus 1.
+// i_filt_leadout, their number minus 1. Of the filter's valid range the end counts alone: what lies
+// before its begin stays in the section as the filter left it, deliberately.
 //
 // Fails with the failures of profpad and filtcon_drv, and when the filter's last element lies
 // outside the profile.
