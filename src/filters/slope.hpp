@@ -16,7 +16,9 @@ void covertslope_differences(std::span<float> y, float xStepSize);
 void covertslope_integration(std::span<float> y, float xStepSize);
 
 // Least-squares slope per sample through the points (1, y(1)) to (n, y(n)), its sums in 64-bit; 0.0
-// for fewer than two points.
+// for fewer than two points. The lines of numeric/line_fit.hpp, which the profilograph takes, and of
+// numeric/polynomial_fit.hpp, which joint faulting takes, sum in other orders and have other bits:
+// none of the three stands in for another.
 [[nodiscard]] float lrslop(std::span<const float> y);
 
 } // namespace vialto
