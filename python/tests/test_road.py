@@ -93,6 +93,19 @@ def test_files_that_are_no_roads(tmp_path: Path, text: str, words: str) -> None:
         read_road(written(tmp_path, text))
 
 
+def test_units_that_names_lack_are_asked_for(tmp_path: Path) -> None:
+    path = written(tmp_path, "Way,L\n0,1\n25,2\n50,3\n")
+    road = read_road(path, columns=("Way (mm)", "L_cm"))
+    assert (road.interval, road.tracks["left"].tolist()) == (0.025, [0.01, 0.02, 0.03])
+
+
+def test_an_index_of_distances_needs_no_name(tmp_path: Path) -> None:
+    frame = pd.DataFrame({"left": np.zeros(9), "right": np.ones(9)}, index=25.0 * np.arange(9))
+    frame.to_parquet(tmp_path / "road.parquet")
+    with pytest.raises(RoadError, match="interval 25 m lies outside"):
+        read_road(tmp_path / "road.parquet")
+
+
 def test_parquet_that_is_cut_off(tmp_path: Path) -> None:
     path = tmp_path / "road.parquet"
     pd.DataFrame({"x": DISTANCE, "z": DISTANCE}).to_parquet(path)

@@ -29,7 +29,7 @@ SHORTEST_STEP = 1e-6  # m
 LARGEST = 1e12  # in any unit; what is larger is taken for no number
 
 _DISTANCES = {"distance", "dist", "station", "chainage", "position", "x"}
-_UNIT = re.compile(rf"[\s_(\[]+({'|'.join(UNITS)})[\s)\]]*$")
+_UNIT = re.compile(rf"[\s_(\[]+({'|'.join(UNITS)})[\s)\]]*$", re.IGNORECASE)
 _DECIMAL = r"\s*[-+]?\d*{}\d*(?:[eE][-+]?\d+)?\s*"  # a number with this mark
 
 
@@ -117,6 +117,9 @@ def read_rows(path: Path, columns: Sequence[str] | None) -> Rows:
     line = first_line + np.arange(len(frame))
     kept = ~frame.isna().all(axis=1).to_numpy()  # blank lines hold nothing
     frame, line = frame[kept], line[kept]
+    if columns is not None:
+        lacking = {_UNIT.sub("", name): name for name in columns if name not in frame}
+        frame = frame.rename(columns=lacking)
     distance_column, track_columns = _choose(path, frame, columns)
     bad: list[tuple[int, str, str]] = []
     taken = (distance_column, *track_columns.values())
@@ -152,7 +155,10 @@ def _read_frame(path: Path) -> tuple[pd.DataFrame, int, str]:
                 frame = pd.read_parquet(file)
             except (ValueError, OSError) as problem:
                 raise RoadError(f"{path}: no Parquet file that can be read: {problem}") from problem
-        return frame.reset_index(drop=frame.index.names == [None]), 1, "row"
+        # An index without a name numbers rows, unless it is all there is of a distance.
+        floats = frame.index.dtype.kind == "f"
+        numbers = not floats or any(_stem(str(name)) in _DISTANCES for name in frame)
+        return frame.reset_index(drop=numbers and frame.index.names == [None]), 1, "row"
     with path.open(encoding="utf-8-sig", errors="replace") as file:
         skipped, head = 0, file.readline()
         while head.startswith("#"):

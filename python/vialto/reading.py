@@ -31,8 +31,8 @@ def read_road(
     """Read a road from a CSV or Parquet file, and refuse what is none.
 
     The file has a column of distances and one or two of elevations. They are those called so
-    (``distance``, ``station``, ``chainage``, ``position`` or ``x``; a name with ``left`` and one
-    with ``right``); else the first column is the distance, and one or two others are the tracks,
+    (``distance``, ``dist``, ``station``, ``chainage``, ``position`` or ``x``; a name with ``left``
+    and one with ``right``); else the first column is the distance, and one or two others are the tracks,
     the left one first. A CSV has a header line or none, commas, semicolons or tabs; lines that
     start with ``#`` ahead of it are passed over. Numbers have a decimal point or, with semicolons
     or tabs, a decimal comma. A name that ends in a unit, such as
@@ -44,7 +44,9 @@ def read_road(
     path : path
         The file; what ends in ``.parquet`` or ``.pq`` is Parquet, all else CSV.
     columns : sequence of str, optional
-        The columns of the distance and of the elevations, the left one first.
+        The columns of the distance and of the elevations, the left one first. Where the file's
+        names lack a unit, it goes here: ``("distance_mm", "left_mm")`` takes ``distance`` and
+        ``left`` for millimetres.
     resample : float or bool
         Brings uneven samples onto an even step, along straight lines: this one in metres, or,
         with True, the file's own usual step. A longer step lets short waves through as long ones:

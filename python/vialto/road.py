@@ -68,7 +68,9 @@ class Quality:
             found.append(first_of(text, self.place, NO_NUMBER))
         if len(self.uneven) > 0 and not self.resampled:
             words = f"a step of {{step:.6g}} m where {self.interval:.6g} m is usual"
-            found.append(first_of(self.uneven, self.place, words) + ": resample evens them")
+            taken = f", with {self.columns[0]} for the distance" if self.columns else ""
+            uneven = first_of(self.uneven, self.place, words)
+            found.append(f"{uneven}{taken}; resample evens steps")
         if len(gaps) > 0:
             words = "samples missing in the {track} track: {missing}"
             longest = gaps["missing"].max() * self.interval
