@@ -112,10 +112,12 @@ def network(
         _refuse(f"{problem}; {results.told()}; --resume does what is missing")
     results.save()
     console.print(f"{results.told()}{results.speed()}", soft_wrap=True)
+    for words, roads_told in (("warning of", results.warnings), ("no result of", results.errors)):
+        if roads_told:
+            road, why = next(iter(roads_told.items()))
+            more = f" (and {len(roads_told) - 1} more)" if len(roads_told) > 1 else ""
+            console.print(f"{words} {road}: {why}{more}", markup=False, soft_wrap=True)
     if results.errors:
-        road, error = next(iter(results.errors.items()))
-        more = f" (and {len(results.errors) - 1} more)" if len(results.errors) > 1 else ""
-        console.print(f"no result of {road}: {error}{more}", markup=False, soft_wrap=True)
         raise typer.Exit(SOME_FAILED)
 
 
@@ -132,6 +134,7 @@ class _Results:
     roads: list[str]
     tables: list[pd.DataFrame] = field(default_factory=list)
     errors: dict[str, str] = field(default_factory=dict)
+    warnings: dict[str, str] = field(default_factory=dict)
     kept: set[str] = field(default_factory=set)
     done: int = 0
     reading: float = 0.0
@@ -158,6 +161,8 @@ class _Results:
             self.errors[outcome.road] = outcome.error
         else:
             self.tables.append(outcome.rows)
+            if warning := str(outcome.rows["warning"].iloc[-1]):
+                self.warnings[outcome.road] = warning
         if time.monotonic() - self.saved > SAVED_EVERY:
             self.save()
 

@@ -133,14 +133,14 @@ def analyse_road(road: str, path: str, settings: Settings) -> Outcome:
                 fill_gaps=settings.fill_gaps,
             )
             read = time.perf_counter()
-            rows = sections(profile, settings)
+            said = dict.fromkeys(str(warning.message) for warning in caught)
+            rows = sections(profile, settings)  # which would say the same again
         rows.insert(0, "road", road)
         rows["columns"] = ",".join(profile.quality.columns if profile.quality is not None else ())
         rows["resample"] = settings.resample is not False
         rows["fill_gaps"] = float(settings.fill_gaps)
         rows["version"] = vialto.__version__
         rows["warning"] = ""
-        said = dict.fromkeys(str(warning.message) for warning in caught)
         rows.loc[rows.index[-1], "warning"] = "; ".join(said)
         return Outcome(road, rows[list(COLUMNS)], "", read - begin, time.perf_counter() - read)
     except (RoadError, VialtoError, OSError, ValueError) as refusal:
