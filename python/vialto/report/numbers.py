@@ -93,7 +93,7 @@ def acceptance(road: Road) -> list[Number]:
     add(
         f"Worst {STRAIGHTEDGE:g} m straightedge",
         "mm",
-        "EN 13036-7",
+        "middle against ends; EN 13036-7 has the gap",
         MM_PER_M,
         lambda: max(_worst_deflection(track, road.interval) for _, track in sides),
     )

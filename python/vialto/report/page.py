@@ -120,7 +120,11 @@ def _sections(road: Road, settings: Settings) -> str:
         )
         classes = ' class="rough"' if rough else ""
         rows.append(f"<tr{classes}>{cells}</tr>")
-    return f"<table><thead><tr>{head}</tr></thead><tbody>{''.join(rows)}</tbody></table>"
+    limit = (
+        f"<p>Red: an IRI or MRI above {settings.threshold:g} m/km, the limit of the moving IRI.</p>"
+    )
+    note = limit if any("rough" in row for row in rows) else ""
+    return f"{note}<table><thead><tr>{head}</tr></thead><tbody>{''.join(rows)}</tbody></table>"
 
 
 def _picture(picture: Picture) -> str:

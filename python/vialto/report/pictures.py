@@ -141,9 +141,11 @@ def _moving_iri(road: Road, settings: Settings) -> _Drawn:
     }
     figure = by_distance(road, lines, f"IRI over {LOCAL_BASE_LENGTH:g} m, m/km")
     figure.update_layout(shapes=[*bands(found, f"above {settings.threshold:g} m/km"), limit])
+    ends = f" Within {LOCAL_BASE_LENGTH / 2.0:g} m of either end it is a guess."
     if len(found) == 0:
-        return figure, f"No stretch exceeds {settings.threshold:g} m/km."
-    return figure, f"Above {settings.threshold:g} m/km, in one track at least: {_told(found)}."
+        return figure, f"No stretch exceeds {settings.threshold:g} m/km.{ends}"
+    told = f"Above {settings.threshold:g} m/km, in one track at least: {_told(found)}."
+    return figure, told + ends
 
 
 def _told(found: pd.DataFrame) -> str:
@@ -221,7 +223,10 @@ def _straightedge(road: Road, _settings: Settings) -> _Drawn:
         shown[response.valid] = MM_PER_M * response.deflection[response.valid]
         lines.append(track_line(road, side, shown))
     figure = by_distance(road, lines, "deflection, mm")
-    return figure, f"The middle of {STRAIGHTEDGE:g} m against the mean of its ends."
+    return figure, (
+        f"The middle of {STRAIGHTEDGE:g} m against the mean of its ends, positive over a bump. The"
+        " gap under a beam that lies on the road is another number."
+    )
 
 
 def _joints(road: Road, settings: Settings) -> _Drawn:
