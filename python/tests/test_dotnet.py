@@ -23,7 +23,7 @@ OURS = {name: getattr(vialto, name) for name in vialto.__all__}
 
 # First and last sample are one stretch there. The rest is the package's alone.
 STRETCH = {"first", "last", "stretch", "valid"}
-OF_PYTHON = {"allow_nonfinite", "lots_in_metres", "lot_length"}
+OF_PYTHON = {"allow_nonfinite", "lots_in_metres"}
 
 
 def snake(name: str) -> str:

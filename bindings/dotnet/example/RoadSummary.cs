@@ -73,9 +73,7 @@ static class RoadSummary
         bool smoothed = interval < LongestSmoothedInterval;
         float iri = Analysis.RideIndex(profile, interval, RideIndex.Iri, smoothed);
         float rn = Analysis.RideIndex(profile, interval, RideIndex.RN, smoothed);
-        float[] millimetres = profile.Select(height => 1000.0f * height).ToArray();
-        var trace = Analysis.ProfilographTrace(millimetres, interval);
-        var index = Analysis.ProfileIndex(trace.Height, interval, trace.Valid);
+        var index = Analysis.RunProfilograph(profile, interval).Index;
         var spectrum = Analysis.PowerSpectralDensity(profile, interval);
         int peak = Array.IndexOf(spectrum.Density, spectrum.Density.Max());
         var straightedge = Analysis.RollingStraightedge(profile, interval, 3.0f);

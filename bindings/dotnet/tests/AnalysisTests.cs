@@ -172,6 +172,32 @@ namespace Vialto.Tests
             Assert.That((crest.Begin + crest.End) / 2.0, Is.EqualTo(52.5).Within(0.1));
             Assert.That(crest.Stretch.First * Interval, Is.EqualTo(crest.Begin).Within(Interval));
         }
+
+        [Test]
+        public void RunIsTheTraceInMillimetresAndItsLots()
+        {
+            float[] road = Rough(9).Select(height => 10.0f * height).ToArray();
+            float[] heights = road.Select(height => 1000.0f * height).ToArray();
+            var trace = Analysis.ProfilographTrace(heights, Interval);
+            var run = Analysis.RunProfilograph(road, Interval, lotLength: 100.0f);
+            Assert.That(run.Trace.Height, Is.EqualTo(trace.Height));
+            // The outermost wheels stand 31 samples from the middle; 100 m are 800.
+            var lots = new[] { new Stretch(31, 831), new Stretch(831, 1631),
+                               new Stretch(1631, Samples - 32) };
+            Assert.That(run.Index.Lots.Select(lot => lot.Stretch), Is.EqualTo(lots));
+            var index = Analysis.ProfileIndex(trace.Height, Interval, trace.Valid, lots);
+            Assert.That(index.Defects, Is.Not.Empty);
+            Assert.That(run.Index.Defects.Select(defect => defect.Stretch),
+                        Is.EqualTo(index.Defects.Select(defect => defect.Stretch)));
+        }
+
+        [Test]
+        public void StretchesAreAsLongAsTheyCanBe()
+        {
+            Assert.That(Stretch.Where(new[] { 3, 0, 0, 4, 5 }, one => one > 2),
+                        Is.EqualTo(new[] { new Stretch(0, 0), new Stretch(3, 4) }));
+            Assert.That(Stretch.Where(new int[0], one => true), Is.Empty);
+        }
     }
 
     [TestFixture]
@@ -353,6 +379,8 @@ namespace Vialto.Tests
             () => Analysis.TwoTrackRideIndex(Wave, Spoilt, Interval),
             () => Analysis.ProfileIndex(
                 Analysis.ProfilographTrace(Wave, Interval).Height, Interval),
+            () => Analysis.ProfileIndex(Wave, Interval, lotLength: 0.0f),
+            () => Analysis.ProfileIndex(Wave, Interval, lots: new Stretch[1], lotLength: 100.0f),
             () => Analysis.Histogram(new[] { float.PositiveInfinity }, 2, 0.0f, 0.0f),
             () => Analysis.CompareProfiles(Wave, Wave, Interval, maxOffset: 1e9f),
             () => Analysis.Grind(Wave, Interval, null),
