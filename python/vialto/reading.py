@@ -32,12 +32,11 @@ def read_road(
 
     The file has a column of distances and one or two of elevations. They are those called so
     (``distance``, ``dist``, ``station``, ``chainage``, ``position`` or ``x``; a name with ``left``
-    and one with ``right``); else the first column is the distance, and one or two others are the tracks,
-    the left one first. A CSV has a header line or none, commas, semicolons or tabs; lines that
-    start with ``#`` ahead of it are passed over. Numbers have a decimal point or, with semicolons
-    or tabs, a decimal comma. A name that ends in a unit, such as
-    ``elevation_mm`` or ``distance (ft)``, is in that unit (m, mm, cm, km, in, ft, mi), any other
-    in metres.
+    and one with ``right``); else the first column is the distance, and one or two others are the
+    tracks, the left one first. A CSV has a header line or none, commas, semicolons or tabs; lines
+    that start with ``#`` ahead of it are passed over. Numbers have a decimal point or, with
+    semicolons or tabs, a decimal comma. A name that ends in a unit, such as ``elevation_mm`` or
+    ``distance (ft)``, is in that unit (m, mm, cm, km, in, ft, mi), any other in metres.
 
     Parameters
     ----------
