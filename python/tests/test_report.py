@@ -12,7 +12,7 @@ import pytest
 from playwright.sync_api import Browser, Page, sync_playwright
 
 import vialto
-from roads import DISTANCE, INTERVAL, SLAB, SLABS, rough_road
+from roads import DISTANCE, INTERVAL, SAMPLES, SLAB, SLABS, rough_road
 from vialto import report
 
 CHROMIUM = shutil.which("chromium")
@@ -69,6 +69,13 @@ def test_what_is_cut_is_what_grinding_takes_away() -> None:
     assert ground.any()
     assert np.array_equal(cut.y > 0.0, ground)
     assert cut.y[ground] == pytest.approx(1000.0 * (before.y - after.y)[ground], abs=1e-4)
+
+
+def test_what_was_filled_is_marked() -> None:
+    filled = np.isin(np.arange(SAMPLES), (7, 8))
+    marked = vialto.Road("gap", INTERVAL, road("left").tracks, filled=filled)
+    (mark,) = report.figures(marked)["elevation"].layout.shapes
+    assert (mark.x0, mark.x1) == pytest.approx((7 * INTERVAL, 9 * INTERVAL))
 
 
 def test_grade_is_not_ground() -> None:

@@ -110,7 +110,12 @@ _Drawn = tuple[go.Figure | None, str]
 
 def _elevation(road: Road, _settings: Settings) -> _Drawn:
     lines = [track_line(road, side, track) for side, track in road.tracks.items()]
-    return by_distance(road, lines, "elevation, m"), "The road as it was measured."
+    figure = by_distance(road, lines, "elevation, m")
+    filled = stretches(road.filled, road.interval, start=road.start)
+    if len(filled) == 0:
+        return figure, "The road as it was measured."
+    figure.update_layout(shapes=bands(filled, "filled"))
+    return figure, f"The road as it was measured, but for straight lines in gaps: {_told(filled)}."
 
 
 def _moving(road: Road, track: Doubles | Reals) -> Doubles:
