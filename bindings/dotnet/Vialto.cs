@@ -586,8 +586,10 @@ namespace Vialto
     /// <summary>Settings of the search for what must be ground.</summary>
     public sealed class MustGrind
     {
-        /// <summary>The ride index that must be kept.</summary>
-        public RideIndex Index { get; set; } = RideIndex.Iri;
+        /// <summary>The ride index that must be kept; null, the default, is
+        /// <see cref="RideIndex.Iri"/> for one track and <see cref="RideIndex.Mri"/> for
+        /// two.</summary>
+        public RideIndex? Index { get; set; }
         /// <summary>Limit of the continuous ride index, m/m; with
         /// <see cref="RideIndex.TwoRN"/> a Ride Number, 0 to 5.</summary>
         public float Threshold { get; set; } = Defaults.GrindThreshold;
@@ -607,10 +609,10 @@ namespace Vialto
         /// <summary>m; smallest gap between two spots.</summary>
         public float MinGap { get; set; } = Defaults.GrindGap;
 
-        internal tMustGrindCfg Record()
+        internal tMustGrindCfg Record(RideIndex usual)
         {
             return new tMustGrindCfg {
-                iRideIndexType = Index, if250mmFilter = Native.YesOrNo(MovingAverage),
+                iRideIndexType = Index ?? usual, if250mmFilter = Native.YesOrNo(MovingAverage),
                 xRideThreshold = Threshold, xSlideBaseLength = BaseLength,
                 ib_grindopt = new[] { Native.YesOrNo(DropShort), Native.YesOrNo(JoinClose),
                                       Native.YesOrNo(TryEach) },
@@ -1012,7 +1014,8 @@ namespace Vialto
         /// <param name="minHeight">Of a scallop that counts.</param>
         /// <param name="rounding">Step that scallop heights are rounded to; 0.0 for none.</param>
         /// <returns>The lots as asked for, with indexes in heights per metre, and at most 5000
-        /// defects: more are a failure, and a long road is taken in pieces.</returns>
+        /// defects: more are a failure, as are more than 1000 scallops of a lot, and a long road is
+        /// taken in pieces.</returns>
         /// <exception cref="ArgumentOutOfRangeException">The stretch ends behind the
         /// trace.</exception>
         public static ProfileIndex ProfileIndex(
@@ -1143,7 +1146,7 @@ namespace Vialto
                                             MustGrind settings = null, Grinder grinder = null)
         {
             var flags = new GrindFlag[Size(profile, interval, nameof(profile))];
-            var record = (settings ?? new MustGrind()).Record();
+            var record = (settings ?? new MustGrind()).Record(Vialto.RideIndex.Iri);
             var machine = (grinder ?? new Grinder()).Record();
             Native.Check(Native.mustgrind_dlldrv(
                 flags.Length, interval, ref record, ref machine, profile, flags, out tEvent e),
@@ -1166,7 +1169,7 @@ namespace Vialto
             Grinder grinder = null)
         {
             var flags = new GrindFlag[Size(left, right, interval)];
-            var record = (settings ?? new MustGrind { Index = Vialto.RideIndex.Mri }).Record();
+            var record = (settings ?? new MustGrind()).Record(Vialto.RideIndex.Mri);
             var machine = (grinder ?? new Grinder()).Record();
             Native.Check(Native.mustgrind_2chan_dlldrv(
                 flags.Length, interval, ref record, ref machine, left, right, flags, out tEvent e),

@@ -256,6 +256,8 @@ namespace Vialto.Tests
             var settings = new MustGrind { TryEach = false, MinLength = 1000.0f };
             Assert.That(Analysis.MustGrind(road, Interval, settings),
                         Is.All.EqualTo(GrindFlag.None), "every spot is shorter");
+            Assert.That(Analysis.MustGrindTwoTracks(Flat, road, Interval, settings),
+                        Is.All.EqualTo(GrindFlag.None));
         }
     }
 
