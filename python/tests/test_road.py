@@ -178,6 +178,13 @@ def test_sections_have_the_indices_of_the_road() -> None:
     assert sections["complete"].tolist() == [True] * 4 + [False]
 
 
+@pytest.mark.parametrize(("interval", "there"), [(0.5, True), (0.6, False)])
+def test_ride_number_is_told_where_it_is_right(interval: float, there: bool) -> None:
+    table = vialto.roughness(Road("x", interval, {"left": rough_road(6)}))
+    assert table["iri_left"].notna().all()
+    assert (table["ride_number"].notna() == there).all()
+
+
 def test_rest_without_an_index_belongs_to_the_section_before() -> None:
     road = Road("x", INTERVAL, {"left": rough_road(6)})
     sections = vialto.roughness(road, (SAMPLES - 2) * INTERVAL)

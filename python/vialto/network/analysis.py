@@ -47,7 +47,7 @@ COLUMNS = {
     "iri_right": "m/km",
     "mri": "m/km",
     "hri": "m/km",
-    "ride_number": "0 to 5",
+    "ride_number": "0 to 5; NaN for intervals above 0.5 m",
     "straightedge": f"mm; the greatest deflection under {STRAIGHTEDGE:g} m, of either track",
     "profile_index": (
         f"mm/km; of a profilograph with a blanking band of {BLANKING_BAND:g} mm, mean of the"
