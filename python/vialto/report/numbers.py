@@ -15,7 +15,7 @@ from vialto.profile_indices import run_profilograph
 from vialto.ride import RideIndex, ride_index
 from vialto.road import Road
 from vialto.spectra import rolling_straightedge
-from vialto.tables import PER_KM
+from vialto.tables import LONGEST_RIDE_NUMBER_INTERVAL, PER_KM
 from vialto.two_tracks import two_track_ride_index
 
 
@@ -75,6 +75,11 @@ def acceptance(road: Road) -> list[Number]:
             left, right, road.interval, index=index, moving_average=average
         )
 
+    def ride_number() -> float:
+        if road.interval > LONGEST_RIDE_NUMBER_INTERVAL:
+            raise ValueError(f"wrong for intervals above {LONGEST_RIDE_NUMBER_INTERVAL:g} m")
+        return both(RideIndex.RIDE_NUMBER)()
+
     def iri(track: Doubles) -> Callable[[], float]:
         return lambda: ride_index(track, road.interval, moving_average=average)
 
@@ -86,7 +91,7 @@ def acceptance(road: Road) -> list[Number]:
     if len(sides) == 2:
         add("MRI", "m/km", "ASTM E1926, AASHTO R 54", PER_KM, both(RideIndex.MRI))
         add("HRI", "m/km", "Sayers, TRR 1215", PER_KM, both(RideIndex.HRI))
-    add("Ride Number", "of 5", "ASTM E1489", 1.0, both(RideIndex.RIDE_NUMBER))
+    add("Ride Number", "of 5", "ASTM E1489", 1.0, ride_number)
     for side, track in sides:
         band = f"ASTM E1274, blanking band {BLANKING_BAND:g} mm"
         add(f"Profile index {side}", "mm/km", band, PER_KM, profile_index(track))
