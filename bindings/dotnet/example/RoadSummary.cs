@@ -12,8 +12,7 @@ using Vialto;
 
 static class RoadSummary
 {
-    const float LongestSmoothedInterval = 0.167f; // m
-    const double IntervalTolerance = 0.01;        // of the interval
+    const double IntervalTolerance = 0.01; // of the interval
 
     static int Main(string[] arguments)
     {
@@ -70,13 +69,13 @@ static class RoadSummary
 
     static void SummariseTrack(float[] profile, float interval)
     {
-        bool smoothed = interval < LongestSmoothedInterval;
+        bool smoothed = interval < Defaults.LongestSmoothedInterval;
         float iri = Analysis.RideIndex(profile, interval, RideIndex.Iri, smoothed);
         float rn = Analysis.RideIndex(profile, interval, RideIndex.RN, smoothed);
         var index = Analysis.RunProfilograph(profile, interval).Index;
         var spectrum = Analysis.PowerSpectralDensity(profile, interval);
         int peak = Array.IndexOf(spectrum.Density, spectrum.Density.Max());
-        var straightedge = Analysis.RollingStraightedge(profile, interval, 3.0f);
+        var straightedge = Analysis.RollingStraightedge(profile, interval);
         float deepest = 1000.0f * straightedge.Deflection.Max(deflection => Math.Abs(deflection));
         Console.WriteLine($"  IRI                {1000.0f * iri,8:F2} m/km");
         Console.WriteLine($"  Ride Number        {5.0 * Math.Exp(-160.0 * rn),8:F2}");
@@ -89,7 +88,7 @@ static class RoadSummary
 
     static void SummariseBoth(float[] left, float[] right, float interval)
     {
-        bool smoothed = interval < LongestSmoothedInterval;
+        bool smoothed = interval < Defaults.LongestSmoothedInterval;
         float mri = Analysis.TwoTrackRideIndex(left, right, interval, RideIndex.Mri, smoothed);
         float number =
             Analysis.TwoTrackRideIndex(left, right, interval, RideIndex.RideNumber, smoothed);
