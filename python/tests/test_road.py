@@ -43,7 +43,7 @@ def test_road_of_a_file_is_what_was_measured(tmp_path: Path) -> None:
         pytest.param("# by\n#at\nx;right\n0;1\n\n.1;2\n\n", 0.1, {"right": [1, 2]}, id="comments"),
         pytest.param("x, m;z, mm\n0;1\n0,1;-2,5\n", 0.1, {"left": [0.001, -0.0025]}, id="comma"),
         pytest.param("0,0;1\n0,1;2\n", 0.1, {"left": [1, 2]}, id="comma without header"),
-        pytest.param("s (ft)\tz_in\n0\t0\n1\t1\n", 0.3048, {"left": [0, 0.0254]}, id="feet"),
+        pytest.param("s (ft)\tz_inches\n0\t0\n1\t1\n", 0.3048, {"left": [0, 0.0254]}, id="feet"),
         pytest.param(
             "z,distance,lat,right wheel,left wheel\n,0,9,1,2\n,.1,9,3,4\n",
             0.1,

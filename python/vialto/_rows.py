@@ -22,6 +22,8 @@ if TYPE_CHECKING:
 
 #: metres in each unit that a column may be in
 UNITS = {"mm": 0.001, "cm": 0.01, "m": 1.0, "km": 1e3, "in": 0.0254, "ft": 0.3048, "mi": 1609.344}
+UNITS |= {"millimetres": UNITS["mm"], "millimeters": UNITS["mm"], "metres": 1.0, "meters": 1.0}
+UNITS |= {"inches": UNITS["in"], "feet": UNITS["ft"], "miles": UNITS["mi"]}
 
 EVEN = 0.01  # of the interval: how far a step may be off
 ROUNDED = 0.1  # of the interval: how far one may be off for the rounding of printed distances

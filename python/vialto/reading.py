@@ -36,7 +36,8 @@ def read_road(
     tracks, the left one first. A CSV has a header line or none, commas, semicolons or tabs; lines
     that start with ``#`` ahead of it are passed over. Numbers have a decimal point or, with
     semicolons or tabs, a decimal comma. A name that ends in a unit, such as ``elevation_mm`` or
-    ``distance (ft)``, is in that unit (m, mm, cm, km, in, ft, mi), any other in metres.
+    ``distance (feet)``, is in that unit (m, mm, cm, km, in, ft, mi; metres, millimetres, inches,
+    feet, miles), any other in metres.
 
     Parameters
     ----------
