@@ -134,7 +134,7 @@ def _check_workers(client: Client) -> None:
     They are asked by `eval`, since a function from here could not reach them.
     """
     answers = client.run(eval, "__import__('vialto.network').__version__", on_error="return")
-    without = {worker: told for worker, told in answers.items() if isinstance(told, Exception)}
+    without = {worker: told for worker, told in answers.items() if isinstance(told, ImportError)}
     if without:
         worker, told = next(iter(without.items()))
         more = f" (and {len(without) - 1} more)" if len(without) > 1 else ""
