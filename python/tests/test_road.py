@@ -82,6 +82,7 @@ def test_files_that_are_roads(
         ("d,z\n0,1\n.1,1\n.2,1\n.5,1\n", "line 5: samples missing in the left track: 2"),
         ("d,z\n0,1\n.1,1\n.25,1\n.35,1\n", "line 4: a step of 0.15 m where 0.1 m is usual"),
         ("d,z\n0,1\n.1,1\n.1,1\n.2,1\n", "line 4: a step of 0 m where 0.1 m is usual"),
+        ("d,z\n0,1\n.1,1\n.2,1\n0,1\n.1,1\n", "line 5: a step of -0.2 m .* another road may begin"),
         ("d,z\n.2,1\n.1,1\n0,1\n", "distances must ascend, and these descend"),
         ("d,z\n0,1\n25,1\n50,1\n", "interval 25 m lies outside"),
         ("d,z\n0,1\n.1,1,1\n", "Expected 2 fields in line 3, saw 3"),

@@ -70,7 +70,9 @@ class Quality:
             words = f"a step of {{step:.6g}} m where {self.interval:.6g} m is usual"
             taken = f", with {self.columns[0]} for the distance" if self.columns else ""
             uneven = first_of(self.uneven, self.place, words)
-            found.append(f"{uneven}{taken}; resample evens steps")
+            back = bool((self.uneven["step"] < 0.0).any())
+            hint = "where it falls back, another road may begin" if back else "resample evens steps"
+            found.append(f"{uneven}{taken}; {hint}")
         if len(gaps) > 0:
             words = "samples missing in the {track} track: {missing}"
             longest = gaps["missing"].max() * self.interval
