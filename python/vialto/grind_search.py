@@ -31,8 +31,8 @@ class MustGrind:
 
     Attributes
     ----------
-    index : RideIndex
-        What must stay within the threshold.
+    index : RideIndex, optional
+        What must stay within the threshold; by default ``IRI`` for one track, ``MRI`` for two.
     threshold : float
         Of the continuous index, m/m: an IRI of 2 m/km is 0.002.
     base_length : float
@@ -49,7 +49,7 @@ class MustGrind:
         m
     """
 
-    index: RideIndex = RideIndex.IRI
+    index: RideIndex | None = None
     threshold: float = GRIND_THRESHOLD
     base_length: float = LOCAL_BASE_LENGTH
     moving_average: bool = True
@@ -116,7 +116,7 @@ def must_grind(
         "mustgrind_dlldrv",
         samples.size,
         interval,
-        _settings(settings),
+        _settings(settings, RideIndex.IRI),
         grinder_setup(grinder),
         samples,
         flags,
@@ -129,7 +129,7 @@ def must_grind_two_tracks(
     left: ArrayLike,
     right: ArrayLike,
     interval: float,
-    settings: MustGrind = MustGrind(index=RideIndex.MRI),
+    settings: MustGrind = MustGrind(),
     grinder: Grinder = Grinder(),
     *,
     allow_nonfinite: bool = False,
@@ -168,7 +168,7 @@ def must_grind_two_tracks(
         "mustgrind_2chan_dlldrv",
         flags.size,
         interval,
-        _settings(settings),
+        _settings(settings, RideIndex.MRI),
         grinder_setup(grinder),
         *pair,
         flags,
@@ -176,10 +176,10 @@ def must_grind_two_tracks(
     return as_given(left, flags)
 
 
-def _settings(settings: MustGrind) -> MustGrindCfg:
+def _settings(settings: MustGrind, default: RideIndex) -> MustGrindCfg:
     options = settings.drop_short, settings.join_close, settings.try_each
     return MustGrindCfg(
-        iRideIndexType=settings.index,
+        iRideIndexType=default if settings.index is None else settings.index,
         if250mmFilter=yes_or_no(settings.moving_average),
         xRideThreshold=settings.threshold,
         xSlideBaseLength=settings.base_length,

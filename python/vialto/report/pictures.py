@@ -265,8 +265,9 @@ def _grinding(road: Road, settings: Settings) -> _Drawn:
     sides = list(road.tracks)
     tracks = {side: _without_grade(track) for side, track in road.tracks.items()}
     left, right = tracks[sides[0]], tracks[sides[-1]]
+    index = RideIndex.IRI if len(sides) == 1 else RideIndex.MRI
     wanted = MustGrind(
-        index=RideIndex.IRI if len(sides) == 1 else RideIndex.MRI,
+        index=index,
         threshold=settings.threshold / PER_KM,
         base_length=LOCAL_BASE_LENGTH,
         moving_average=road.moving_average,
@@ -276,7 +277,7 @@ def _grinding(road: Road, settings: Settings) -> _Drawn:
     else:
         flags = must_grind_two_tracks(left, right, road.interval, wanted)
     found = stretches(flags, road.interval, start=road.start)
-    limit = f"a moving {wanted.index.name} above {settings.threshold:g} m/km"
+    limit = f"a moving {index.name} above {settings.threshold:g} m/km"
     if len(found) == 0:
         return None, f"Nothing to grind for {limit}."
     spots = [
