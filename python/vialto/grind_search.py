@@ -106,6 +106,8 @@ def must_grind(
     ground far ahead of what is too rough. What `grind` says of potholes holds here, too: a road
     that was ground as flagged can be rougher there.
 
+    A grade is cut, or spares what stands up on it, as `grind` tells: take it off first.
+
     References
     ----------
     FHWA, "Concrete Pavement Preservation Guide", second edition, 2014; AASHTO R 54.

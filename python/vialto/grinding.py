@@ -174,6 +174,10 @@ def grind(
     although it was even, and the dip comes out longer, which can be rougher than before. Compare
     the index before and after.
 
+    The wheels' average lies half a sample late or a whole one, unless ``wheel_length`` is a little
+    below an odd number of intervals: so an even grade is cut uphill, by half a sample's rise or a
+    whole one, and bumps are spared downhill. Take the grade off first.
+
     References
     ----------
     FHWA, "Concrete Pavement Preservation Guide", second edition, 2014.
