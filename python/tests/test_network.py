@@ -101,7 +101,7 @@ def test_sections_tell_what_the_analyses_of_the_whole_road_tell(
 
 def test_a_short_road_has_what_it_is_long_enough_for() -> None:
     road = vialto.Road("short", INTERVAL, {"left": rough_road(0)[:48]})
-    whole = network.analysis.sections(road).iloc[-1]
+    whole = network.sections(road).iloc[-1]
     assert whole["iri_left"] > 0.0
     assert np.isnan(whole["profile_index"])
     assert whole["exceeding"] == 0.0
@@ -109,7 +109,7 @@ def test_a_short_road_has_what_it_is_long_enough_for() -> None:
 
 def test_a_road_of_too_many_scallops_lacks_its_own_profile_index_alone() -> None:
     waves = 0.005 * np.sin(2.0 * np.pi * INTERVAL * np.arange(1_000_000) / 10.0)
-    rows = network.analysis.sections(vialto.Road("25 km", INTERVAL, {"left": waves}))
+    rows = network.sections(vialto.Road("25 km", INTERVAL, {"left": waves}))
     assert (rows["iri_left"] > 1.0).all()
     assert list(np.isnan(rows["profile_index"])) == [False] * (len(rows) - 1) + [True]
 

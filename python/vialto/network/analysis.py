@@ -153,6 +153,23 @@ def sections(road: Road, settings: Settings | None = None) -> pd.DataFrame:
     """The rows of one road: its sections, and last the road as a whole.
 
     The filters run through the whole road once. What a road or a section is too short for is NaN.
+
+    Parameters
+    ----------
+    road : Road
+        One track or two, out of a file or of arrays.
+    settings : Settings, optional
+        A tenth of a mile by default, and 2.5 m/km. What tells how to read a file plays no part.
+
+    Returns
+    -------
+    DataFrame
+        As of ``analyse``, without the columns that tell of a file.
+
+    Raises
+    ------
+    VialtoError, ValueError
+        As in `vialto.roughness`.
     """
     settings = Settings() if settings is None else settings
     deflection = _deflection(road)
