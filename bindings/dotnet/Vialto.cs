@@ -1098,8 +1098,9 @@ namespace Vialto
         /// <param name="spots">Where, how deep and in which direction.</param>
         /// <param name="grinder">The machine; a usual one by default.</param>
         /// <returns>The ground profile. What stands above the plane of the wheels is cut, and
-        /// nothing is filled: wheels that run through a pothole take the head down with
-        /// them.</returns>
+        /// nothing is filled: wheels that run through a pothole take the head down with them. An
+        /// even grade is cut uphill, and bumps are spared downhill: take the grade off
+        /// first.</returns>
         public static Ground Grind(float[] profile, float interval, GrindSpot[] spots,
                                    Grinder grinder = null)
         {
