@@ -930,10 +930,10 @@ VIALTO_API int32_t VIALTO_CALL pgindex_dll(int32_t iStartIndex, int32_t iEndInde
  *     WheelBase * (1 - HeadPosition) - h and + h behind it, each rounded to whole samples. The
  *     plane at the head is interpolated between the axles, an axle's height being the mean of its
  *     wheels.
- *     The wheels average the profile over WheelLength. Such a mean lies half a sample late for an
- *     even number of samples, and a whole one for a whole odd number of intervals; the plane is
+ *     The wheels average the profile over ShortWavelength. Such a mean lies half a sample late for
+ *     an even number of samples, and a whole one for a whole odd number of intervals; the plane is
  *     that much too low uphill, which cuts even road, and too high downhill. Deliberate. Take the
- *     road's grade off first, or a WheelLength a little below an odd number of intervals.
+ *     road's grade off first, or a ShortWavelength a little below an odd number of intervals.
  *  2. A sample that stands more than xDepth_mm above the plane is cut to exactly that level. A
  *     sample for which the head or a wheel would stand off the profile is not cut.
  *  3. A later pass overwrites a flag only where it cuts: a sample flagged 3 becomes 2 when a
