@@ -147,6 +147,16 @@ def test_only_the_rough_end_must_be_ground() -> None:
     assert (flags[1200:] != GrindFlag.NONE).any()
 
 
+def test_search_goes_by_iri_for_one_track_and_by_mri_for_two() -> None:
+    left, right = (np.where(DISTANCE < 150.0, 0.0, rough_road(seed)) for seed in (6, 7))
+    iri, mri = (vialto.MustGrind(index=index) for index in (RideIndex.IRI, RideIndex.MRI))
+    one = vialto.must_grind(left, INTERVAL)
+    two = vialto.must_grind_two_tracks(left, right, INTERVAL)
+    assert (one != GrindFlag.NONE).any()
+    np.testing.assert_array_equal(one, vialto.must_grind(left, INTERVAL, iri))
+    np.testing.assert_array_equal(two, vialto.must_grind_two_tracks(left, right, INTERVAL, mri))
+
+
 def test_road_agrees_with_itself() -> None:
     road = rough_road(7)
     result = vialto.compare_profiles(road, road, INTERVAL)
